@@ -1,0 +1,111 @@
+#include <limits>
+#include <memory>
+
+#include <binder/LocalServiceManager.h>
+
+#include <binder/Status.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace android {
+
+namespace {
+
+constexpr size_t kLongestName = 127;  // characters
+
+std::string keyOf(const String16& name) {
+    return String8(name).string();
+}
+
+bool isLegalCharacter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
+           c == '-' || c == '.' || c == '/';
+}
+
+bool isLegalName(const std::string& name) {
+    return !name.empty() && name.size() <= kLongestName &&
+           std::ranges::all_of(name, isLegalCharacter);
+}
+
+}  // namespace
+
+LocalServiceManager::LocalServiceManager() = default;
+
+LocalServiceManager::~LocalServiceManager() = default;
+
+IBinder* LocalServiceManager::onAsBinder() {
+    return nullptr;
+}
+
+sp<IBinder> LocalServiceManager::findLocked(const std::string& name) const {
+    const auto found = mServices.find(name);
+    return found != mServices.end() ? found->second.binder : nullptr;
+}
+
+sp<IBinder> LocalServiceManager::checkService(const String16& name) const {
+    AutoMutex lock(mLock);
+    return findLocked(keyOf(name));
+}
+
+sp<IBinder> LocalServiceManager::getService(const String16& name) const {
+    return checkService(name);
+}
+
+status_t LocalServiceManager::addService(const String16& name, const sp<IBinder>& service, bool,
+                                         int dumpsysFlags) {
+    const std::string key = keyOf(name);
+    if (service == nullptr || !isLegalName(key)) {
+        return binder::Status::EX_ILLEGAL_ARGUMENT;
+    }
+    Entry entry{service, dumpsysFlags};
+    {
+        AutoMutex lock(mLock);
+        std::swap(mServices[key], entry);
+        mAdded.broadcast();
+    }
+    return OK;  // a service that was replaced is released here, without the lock
+}
+
+Vector<String16> LocalServiceManager::listServices(int dumpsysFlags) {
+    Vector<String16> names;
+    AutoMutex lock(mLock);
+    for (const auto& [name, entry] : mServices) {
+        if ((entry.dumpFlags & dumpsysFlags) != 0) {
+            names.add(String16(name.c_str()));
+        }
+    }
+    return names;
+}
+
+sp<IBinder> LocalServiceManager::waitForService(const String16& name) {
+    const std::string key = keyOf(name);
+    AutoMutex lock(mLock);
+    sp<IBinder> service = findLocked(key);
+    while (service == nullptr) {
+        mAdded.wait(mLock);
+        service = findLocked(key);
+    }
+    return service;
+}
+
+bool LocalServiceManager::isDeclared(const String16& name) {
+    AutoMutex lock(mLock);
+    return mDeclared.contains(keyOf(name));
+}
+
+void LocalServiceManager::declareService(const String16& name) {
+    AutoMutex lock(mLock);
+    mDeclared.insert(keyOf(name));
+}
+
+bool LocalServiceManager::removeService(const String16& name) {
+    decltype(mServices)::node_type removed;
+    {
+        AutoMutex lock(mLock);
+        removed = mServices.extract(keyOf(name));
+    }
+    return !removed.empty();
+}
+
+}  // namespace android

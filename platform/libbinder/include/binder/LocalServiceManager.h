@@ -1,0 +1,66 @@
+#pragma once
+
+#include <binder/IServiceManager.h>
+#include <utils/Condition.h>
+#include <utils/Mutex.h>
+
+#include <map>
+#include <set>
+#include <string>
+
+namespace android {
+
+/**
+ * The services of one process that has no driver. What `defaultServiceManager()` gives there.
+ * Anyone may add and get anything. Thread-safe.
+ */
+class LocalServiceManager : public IServiceManager {
+  public:
+    LocalServiceManager();
+    ~LocalServiceManager() override;
+
+    /** Null when there is none. Never blocks: nobody else could add it meanwhile. */
+    sp<IBinder> getService(const String16& name) const override;
+    sp<IBinder> checkService(const String16& name) const override;
+
+    /**
+     * Replaces a service of the same name. Refuses a null service, and a name that is empty, longer
+     * than 127 characters or not of letters, digits and "_-./", with EX_ILLEGAL_ARGUMENT.
+     * `allowIsolated` has no effect: there are no other callers.
+     */
+    status_t addService(const String16& name, const sp<IBinder>& service,
+                        bool allowIsolated = false,
+                        int dumpsysFlags = DUMP_FLAG_PRIORITY_DEFAULT) override;
+
+    /** Names of the services with one of these dump priorities, sorted. */
+    Vector<String16> listServices(int dumpsysFlags = DUMP_FLAG_PRIORITY_ALL) override;
+
+    /** Blocks until another thread adds the service. */
+    sp<IBinder> waitForService(const String16& name) override;
+
+    bool isDeclared(const String16& name) override;
+
+    /** As an entry of a device's manifest does: `isDeclared` holds from then on. */
+    void declareService(const String16& name);
+
+    /** As when the process of a service dies. Returns false when there was none. */
+    bool removeService(const String16& name);
+
+  protected:
+    IBinder* onAsBinder() override;
+
+  private:
+    struct Entry {
+        sp<IBinder> binder;
+        int dumpFlags = 0;
+    };
+    sp<IBinder> findLocked(const std::string& name) const REQUIRES(mLock);
+
+    // Guards what follows; innermost lock, no binder is called or released while it is held.
+    mutable Mutex mLock;
+    Condition mAdded;
+    std::map<std::string, Entry> mServices GUARDED_BY(mLock);
+    std::set<std::string> mDeclared GUARDED_BY(mLock);
+};
+
+}  // namespace android
