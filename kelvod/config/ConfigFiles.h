@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace kelvo {
+
+/**
+ * Chooses the newest readable file of `count` candidates (of equally new ones the later candidate),
+ * reads and decrypts it: `raw` gets the bytes of the file, `json` its text. Paths are the phone's
+ * own. Index of the file, or -1; the log says why. Thread-safe.
+ */
+int getFileContents(const std::string* paths, int count, std::string& raw, std::string& json);
+
+}  // namespace kelvo

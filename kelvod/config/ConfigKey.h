@@ -1,0 +1,14 @@
+#pragma once
+
+namespace kelvo {
+
+/**
+ * AES-128 key and initialisation vector of stored configuration files. Whatever writes such files
+ * must use the same pair; a change makes every file in the field unreadable.
+ */
+inline constexpr unsigned char kConfigKey[16] = {0xc8, 0xab, 0xc5, 0x96, 0x7c, 0x64, 0xd8, 0x67,
+                                                 0xf6, 0x8e, 0x7a, 0x10, 0x24, 0x7d, 0xbe, 0x9d};
+inline constexpr unsigned char kConfigIv[16] = {0x6d, 0x2f, 0xbb, 0x9c, 0xf6, 0x0a, 0x19, 0x3f,
+                                                0x49, 0xbd, 0xb8, 0x37, 0x37, 0xb7, 0x72, 0x69};
+
+}  // namespace kelvo

@@ -1,0 +1,92 @@
+#include "config/FileUtils.h"
+
+#include <limits>
+#include <memory>
+
+#include <android-base/unique_fd.h>
+#include <binder/IServiceManager.h>
+#include <binder/Parcel.h>
+#include <errno.h>
+#include <fcntl.h>
+#include <stdio.h>
+#include <string.h>
+#include <unistd.h>
+#include <utils/String16.h>
+
+#include "config/DeviceRoot.h"
+#include "core/Log.h"
+
+namespace kelvo {
+
+namespace {
+
+constexpr size_t kMaxNodeText = 127;  // bytes
+constexpr uint32_t kGlobalFramesCode = 1013;
+
+}  // namespace
+
+std::string getFile(const std::string& path) {
+    const android::base::unique_fd fd(open((deviceRoot() + path).c_str(), O_RDONLY | O_CLOEXEC));
+    if (fd.get() < 0) {
+        KLOGD("open %s failed(%s)", path.c_str(), strerror(errno));
+        return {};
+    }
+    char text[kMaxNodeText + 1] = {};
+    if (read(fd.get(), text, kMaxNodeText) < 0) {
+        KLOGE("read file %s failed.(%s)", path.c_str(), strerror(errno));
+        return {};
+    }
+    return text;
+}
+
+int writeFile(const std::string& path, const std::string& content) {
+    const android::base::unique_fd fd(open((deviceRoot() + path).c_str(), O_WRONLY | O_CLOEXEC));
+    if (fd.get() < 0) {
+        KLOGE("open %s failed(%s)", path.c_str(), strerror(errno));
+        return -1;
+    }
+    if (write(fd.get(), content.data(), content.size()) < 1) {
+        KLOGE("write file %s failed.(%s)", path.c_str(), strerror(errno));
+        return -1;
+    }
+    return 0;
+}
+
+int getMtkChipVersion(const std::string& path, tag_chipid& record) {
+    static_assert(sizeof(record) == 20, "the kernel's record has five words");
+    const std::unique_ptr<FILE, decltype(&fclose)> file(fopen((deviceRoot() + path).c_str(), "rbe"),
+                                                        fclose);
+    if (!file) {
+        return -1;
+    }
+    const size_t items = fread(&record, sizeof(record), 1, file.get());
+    if (items != 1) {
+        KLOGE("fread error, ret:%d\n", static_cast<int>(items));
+    }
+    KLOGE("hw_code 1 0x%x  0x%x V1 node\n", record.hw_code, record.hw_subcode);
+    return items == 1 ? 0 : -1;
+}
+
+int32_t getGlobalFrames() {
+    const android::sp<android::IServiceManager> services = android::defaultServiceManager();
+    if (services == nullptr) {
+        KLOGE("Unable to get default service manager!");
+        return -1;
+    }
+    // Not getService(), which would wait seconds for a compositor that is not there.
+    const android::sp<android::IBinder> compositor =
+            services->checkService(android::String16("SurfaceFlinger"));
+    if (compositor == nullptr) {
+        KLOGE("unable to get surfaceflinger");
+        return -1;
+    }
+    android::Parcel data;
+    android::Parcel reply;
+    data.writeInterfaceToken(android::String16("android.ui.ISurfaceComposer"));
+    if (compositor->transact(kGlobalFramesCode, data, &reply) != android::OK) {
+        return -1;
+    }
+    return reply.readInt32();
+}
+
+}  // namespace kelvo

@@ -1,0 +1,147 @@
+#include "config/PlatformAdaptor.h"
+
+#include <errno.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/stat.h>
+
+#include <fstream>
+#include <utility>
+
+#include "config/CpuPowerTable.h"
+#include "config/DeviceRoot.h"
+#include "config/FileUtils.h"
+#include "config/PlatformTable.h"
+#include "core/DataCollector.h"
+#include "core/Log.h"
+
+ANDROID_SINGLETON_STATIC_INSTANCE(kelvo::PlatformAdaptor)
+
+namespace kelvo {
+
+namespace {
+
+constexpr char kMtkChipNode[] = "/proc/device-tree/chosen/atag,chipid";
+constexpr char kMtkChipFolder[] = "/proc/chip";
+
+bool exists(const char* path) {
+    struct stat info = {};
+    return stat((deviceRoot() + path).c_str(), &info) == 0;
+}
+
+bool readNumber(const char* path, int base, int32_t* number) {
+    const std::string text = getFile(path);
+    if (text.empty()) {
+        return false;
+    }
+    *number = static_cast<int32_t>(strtol(text.c_str(), nullptr, base));
+    return true;
+}
+
+}  // namespace
+
+PlatformAdaptor::PlatformAdaptor() {
+    findPlatformKind();
+    readProjectName();
+    int32_t chipId = 0;
+    int32_t subId = 0;
+    if (!(mIsMtk ? readMtkChip(&chipId, &subId) : readNodeChip(&chipId, &subId))) {
+        return;
+    }
+    KLOGI("platform:%d %d, project name: %s\n", chipId, subId, mProjectName.c_str());
+    mPlatform = platformOfChip(chipId);
+    KLOGI("Platform is %d\n", mPlatform);
+}
+
+std::string PlatformAdaptor::getPlatformName() const {
+    return platformNameAt(mPlatform);
+}
+
+void PlatformAdaptor::findPlatformKind() {
+    if (exists(kMtkChipNode)) {
+        return;
+    }
+    KLOGD("stat %s failed(%s)", kMtkChipNode, strerror(errno));
+    mIsMtk = false;
+    if (!exists(kMtkChipFolder)) {
+        KLOGD("stat %s failed(%s). maybe qc platform", kMtkChipFolder, strerror(errno));
+        mIsQcom = true;
+    }
+}
+
+void PlatformAdaptor::readProjectName() {
+    // The first node gets a second chance before the older one stands in for it.
+    for (const char* path : {"/proc/zentaVersion/prjName", "/proc/zentaVersion/prjName",
+                             "/proc/zentaVersion/prjVersion"}) {
+        mProjectName = getFile(path);
+        if (!mProjectName.empty()) {
+            return;
+        }
+    }
+}
+
+bool PlatformAdaptor::readMtkChip(int32_t* chipId, int32_t* subId) {
+    KLOGE("mtk platform");
+    tag_chipid record = {};
+    getMtkChipVersion(kMtkChipNode, record);
+    // A record cut short counts as far as it goes, so the return value does not matter.
+    if (record.hw_code == 0) {
+        KLOGE("get mtk socid error!");
+        return false;
+    }
+    *chipId = static_cast<int32_t>(record.hw_code);
+    *subId = static_cast<int32_t>(record.hw_subcode);
+    collectBCPower();
+    collectLCPower();
+    collectLLCPower();
+    collectStaticPower();
+    return true;
+}
+
+bool PlatformAdaptor::readNodeChip(int32_t* chipId, int32_t* subId) const {
+    if (mIsQcom) {
+        return readNumber("/sys/devices/soc0/soc_id", 10, chipId) &&
+               readNumber("/sys/devices/soc0/raw_version", 10, subId);
+    }
+    return readNumber("/proc/chip/hw_code", 16, chipId) &&
+           readNumber("/proc/chip/hw_subcode", 16, subId);
+}
+
+void PlatformAdaptor::collectBCPower() {
+    Json::Value table;
+    if (parseCpuPowerInfo("/proc/cpufreq/MT_CPU_DVFS_B/cpufreq_oppidx", table) == 0) {
+        KLOGI("DC:\n MT_CPU_DVFS_B : %s", table.toStyledString().c_str());
+        DataCollector::getInstance().setData(DC_THERMAL, "MT_CPU_DVFS_B", table);
+    }
+}
+
+void PlatformAdaptor::collectLCPower() {
+    Json::Value table;
+    if (parseCpuPowerInfo("/proc/cpufreq/MT_CPU_DVFS_L/cpufreq_oppidx", table) == 0) {
+        KLOGI("DC:\n MT_CPU_DVFS_L : %s", table.toStyledString().c_str());
+        DataCollector::getInstance().setData(DC_THERMAL, "MT_CPU_DVFS_L", table);
+    }
+}
+
+void PlatformAdaptor::collectLLCPower() {
+    Json::Value table;
+    if (parseCpuPowerInfo("/proc/cpufreq/MT_CPU_DVFS_LL/cpufreq_oppidx", table) == 0) {
+        KLOGI("DC:\n MT_CPU_DVFS_LL: %s", table.toStyledString().c_str());
+        DataCollector::getInstance().setData(DC_THERMAL, "MT_CPU_DVFS_LL", table);
+    }
+}
+
+void PlatformAdaptor::collectStaticPower() {
+    const std::string text = getFile("/d/static_power");
+    if (!text.empty()) {
+        KLOGI("DC: d_static_power: %s", text.c_str());
+        DataCollector::getInstance().setData(DC_THERMAL, "d_static_power", "static_power", text);
+    }
+}
+
+int PlatformAdaptor::parseCpuPowerInfo(std::string path, Json::Value& out) {
+    std::ifstream in(deviceRoot() + std::move(path));
+    return in ? parseCpuPowerTable(in, out) : -1;
+}
+
+}  // namespace kelvo

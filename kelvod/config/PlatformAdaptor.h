@@ -1,0 +1,46 @@
+#pragma once
+
+#include <json/value.h>
+#include <utils/Singleton.h>
+
+#include <cstdint>
+#include <string>
+
+namespace kelvo {
+
+/**
+ * Which system-on-chip and which project (hardware model) the phone is. Found out once, at
+ * construction; read-only and shared without a lock afterwards.
+ */
+class PlatformAdaptor : public android::Singleton<PlatformAdaptor> {
+  public:
+    /** Index into the platform table, -1 when the chip is not supported. */
+    int32_t getPlatform() const { return mPlatform; }
+    /** Name of the platform ("SM8450"), empty when the chip is not supported. */
+    std::string getPlatformName() const;
+    /** Project name exactly as the node holds it, a trailing newline included. */
+    const std::string& getProjectName() const { return mProjectName; }
+    /** True when neither MediaTek node exists. */
+    bool isQcom() const { return mIsQcom; }
+
+  private:
+    friend class android::Singleton<PlatformAdaptor>;
+    PlatformAdaptor();
+
+    void findPlatformKind();
+    void readProjectName();
+    bool readMtkChip(int32_t* chipId, int32_t* subId);
+    bool readNodeChip(int32_t* chipId, int32_t* subId) const;
+    void collectBCPower();
+    void collectLCPower();
+    void collectLLCPower();
+    void collectStaticPower();
+    int parseCpuPowerInfo(std::string path, Json::Value& out);
+
+    int32_t mPlatform = -1;
+    std::string mProjectName;
+    bool mIsQcom = false;
+    bool mIsMtk = true;
+};
+
+}  // namespace kelvo
