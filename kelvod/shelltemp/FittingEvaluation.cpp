@@ -1,0 +1,22 @@
+#include "shelltemp/FittingEvaluation.h"
+
+#include <algorithm>
+
+#include "core/Numeric.h"
+
+namespace kelvo {
+
+int32_t evaluateLinearModel(const std::vector<int32_t>& temps,
+                            const std::vector<double>& coefficients) {
+    const size_t used = std::min(temps.size(), coefficients.size());
+    double sum = 0.0;
+    for (size_t i = 0; i < used; ++i) {
+        sum += coefficients[i] * temps[i];
+    }
+    if (used < coefficients.size()) {
+        sum += coefficients.back();
+    }
+    return saturatingInt32(sum);
+}
+
+}  // namespace kelvo

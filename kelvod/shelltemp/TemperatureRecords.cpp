@@ -1,0 +1,86 @@
+#include "shelltemp/TemperatureRecords.h"
+
+#include <cstdlib>
+
+#include "config/TimeUtils.h"
+#include "core/Numeric.h"
+
+namespace kelvo {
+
+namespace {
+
+// The magnitude of the smallest int32 does not fit into one.
+int64_t magnitude(int32_t value) {
+    return std::llabs(int64_t{value});
+}
+
+Json::Value extreme(int32_t temp, const std::string& time) {
+    Json::Value value(Json::objectValue);
+    value["temp"] = temp;
+    value["time"] = time;
+    return value;
+}
+
+}  // namespace
+
+void TemperatureRecords::record(const ZoneTemps& zoneTemps, const FittingTemps& fitted,
+                                const FittingTemps& previous) {
+    for (const auto& [index, temp] : zoneTemps) {
+        recordZone(index, temp);
+    }
+    for (const auto& [index, temp] : fitted) {
+        const auto before = previous.find(index);
+        if (before != previous.end()) {
+            recordDelta(index, wrappingSub(temp, before->second));
+        }
+    }
+}
+
+void TemperatureRecords::recordZone(int32_t index, int32_t temp) {
+    TempData& data = mZones[index];
+    const bool first = data.count == 0;
+    ++data.count;
+    data.sum += temp;
+    if (first || temp < data.min) {
+        data.min = temp;
+        data.minTime = getTimestamp();
+    }
+    if (first || temp > data.max) {
+        data.max = temp;
+        data.maxTime = getTimestamp();
+    }
+}
+
+void TemperatureRecords::recordDelta(int32_t index, int32_t delta) {
+    const auto [entry, isNew] = mDeltas.try_emplace(index);
+    if (isNew || magnitude(delta) > magnitude(entry->second.delta)) {
+        entry->second = {delta, getTimestamp()};
+    }
+}
+
+void TemperatureRecords::clear() {
+    mZones.clear();
+    mDeltas.clear();
+}
+
+Json::Value TemperatureRecords::zonesAsJson(const ZoneLabel& label) const {
+    Json::Value zones(Json::objectValue);
+    for (const auto& [index, data] : mZones) {
+        Json::Value& zone = zones[label(index)];
+        zone["min"] = extreme(data.min, data.minTime);
+        zone["max"] = extreme(data.max, data.maxTime);
+    }
+    return zones;
+}
+
+Json::Value TemperatureRecords::deltasAsJson(const ModelLabel& label) const {
+    Json::Value deltas(Json::objectValue);
+    for (const auto& [index, data] : mDeltas) {
+        Json::Value& delta = deltas[label(index)];
+        delta["delta"] = data.delta;
+        delta["time"] = data.time;
+    }
+    return deltas;
+}
+
+}  // namespace kelvo
