@@ -1,0 +1,66 @@
+#pragma once
+
+#include <utils/Looper.h>
+#include <utils/Mutex.h>
+#include <utils/Singleton.h>
+#include <utils/StrongPointer.h>
+
+#include "core/KelvoMessage.h"
+#include "core/SceneMachine.h"
+
+namespace kelvo {
+
+/** Carries one request through the looper to the message manager. */
+class MessageHandle : public android::MessageHandler {
+  public:
+    explicit MessageHandle(const KelvoMessage& message) : mMessage(message) {}
+    /** The looper's message only says which code it is; the request is the one held. */
+    void handleMessage(const android::Message&) override;
+
+  private:
+    const KelvoMessage mMessage;
+};
+
+/**
+ * The message loop: whatever must not run on a caller's thread is posted here and handled one
+ * message at a time on the thread "work". Also owns the scene state machine.
+ *
+ * The sending methods are thread-safe and always return 0; joinLoop() and handleMessage() belong to
+ * the work thread.
+ */
+class MessageManager : public android::Singleton<MessageManager>, private SceneMachine::Actions {
+  public:
+    /** Handles messages for ever, but where pollForever() hands the looper to a scheduler. */
+    void joinLoop();
+
+    int sendMessage(const KelvoMessage& message);
+    int sendMessageDelayed(const KelvoMessage& message, int delayMs);
+    /** Posts the flash scene (code 8); one that is pending already stays. */
+    int sendThrottlingDelayMessage(int delayMs);
+    /** Drops all pending flash scenes and nothing else. */
+    int removeThrottlingDelayMessage();
+
+    void handleMessage(const KelvoMessage& message);
+
+  private:
+    friend class android::Singleton<MessageManager>;
+    MessageManager();
+    ~MessageManager() override = default;
+
+    void dispatch(const KelvoMessage& message);
+    void applySceneOpCode(int32_t opCode);
+
+    bool switchScene(const std::string& scene) override;
+    void scheduleFlash(int delayMs) override;
+    void cancelFlash() override;
+
+    const android::sp<android::Looper> mLooper;
+    // Held while a scene op code (code 9) is applied. Codes 8 and 11 change the scenes without it,
+    // which is safe because all three run on the work thread. Taken before the looper's own lock
+    // and the fitting engine's main mutex.
+    android::Mutex mMutex;
+    const android::sp<MessageHandle> mThrottlingHandler;
+    SceneMachine mScenes;
+};
+
+}  // namespace kelvo

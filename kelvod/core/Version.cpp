@@ -1,0 +1,7 @@
+#include "core/Version.h"
+
+namespace kelvo {
+
+const char kBuildVersion[] = KELVO_BUILD_VERSION;
+
+}  // namespace kelvo

@@ -1,0 +1,26 @@
+#include "core/WorkThread.h"
+
+#include <pthread.h>
+
+#include "core/Log.h"
+
+namespace kelvo {
+
+int startWorkThread(void* (*body)(void*)) {
+    pthread_t thread;
+    const int error = pthread_create(&thread, nullptr, body, nullptr);
+    if (error == 0) {
+        pthread_setname_np(thread, "work");
+        pthread_detach(thread);
+    }
+    return error;
+}
+
+void pollForever(const android::sp<android::Looper>& looper) {
+    while (true) {
+        looper->pollAll(-1);
+        KLOGD("MessageManager loop once");
+    }
+}
+
+}  // namespace kelvo

@@ -1,0 +1,17 @@
+#include <android/log.h>
+
+#include "core/KelvoMain.h"
+#include "core/Log.h"
+#include "core/Version.h"
+
+int main() {
+    // liblog would drop debug lines that the daemon's own level lets through.
+    __android_log_set_minimum_priority(ANDROID_LOG_VERBOSE);
+    KLOGD("kelvo version:(android:%d)", kelvo::kAndroidApiLevel);
+    if (!kelvo::isKelvoEnabled()) {
+        KLOGE("kelvo is not enabled\n");
+        return -1;
+    }
+    kelvo::kelvo_main(nullptr);
+    return -1;  // the daemon never ends in success: it runs until it is killed
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <limits>
+#include <memory>
+
+// The binder headers need the two above.
+#include <binder/IInterface.h>
+
+namespace kelvo {
+
+/** The daemon's binder interface; clients send it numbered transactions. */
+class IKelvoService : public android::IInterface {
+  public:
+    DECLARE_META_INTERFACE(KelvoService)
+};
+
+/** A client's side of it; clients build their own parcels, so it adds no methods. */
+class BpKelvoService : public android::BpInterface<IKelvoService> {
+  public:
+    explicit BpKelvoService(const android::sp<android::IBinder>& remote)
+          : android::BpInterface<IKelvoService>(remote) {}
+};
+
+class BnKelvoService : public android::BnInterface<IKelvoService> {};
+
+}  // namespace kelvo
