@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace sim {
+
+/**
+ * The files of a simulated phone below a folder of the host. Paths are the phone's own ("/sys/…").
+ * Writes that change nothing are skipped. Not thread-safe. Failures throw std::system_error.
+ */
+class DeviceTree {
+  public:
+    /** `root` is created when absent; it is not removed at the end. */
+    explicit DeviceTree(std::string root);
+    ~DeviceTree();
+    DeviceTree(const DeviceTree&) = delete;
+    DeviceTree& operator=(const DeviceTree&) = delete;
+
+    const std::string& root() const { return mRoot; }
+    /** Where a path of the phone lies on the host. */
+    std::string hostPath(std::string_view path) const;
+
+    void addFolder(std::string_view path);
+    /** Creates the node, with its folders, or replaces its text. */
+    void setNode(std::string_view path, std::string_view text);
+    /** The node is gone afterwards: reading it fails. Fine when it was absent. */
+    void removeNode(std::string_view path);
+    std::optional<std::string> node(std::string_view path) const;
+
+    /** thermal_zone`index` with its type; without a temperature (m°C) its "temp" is unreadable. */
+    void addZone(int32_t index, std::string_view type, std::optional<int32_t> temp);
+    void setZoneTemp(int32_t index, std::optional<int32_t> temp);
+    static std::string zonePath(int32_t index, std::string_view node);
+
+    /** A system property, written by rename so that a reader sees the old value or the new. */
+    void setProperty(std::string_view name, std::string_view value);
+    std::optional<std::string> property(std::string_view name) const;
+
+  private:
+    struct Node {
+        int fd = -1;
+        std::string text;
+    };
+    void writeNode(Node& node, std::string_view path, std::string_view text);
+
+    const std::string mRoot;
+    std::map<std::string, Node, std::less<>> mNodes;
+};
+
+/** A folder of its own under the host's temporary folder, removed with all it holds at the end. */
+class TemporaryFolder {
+  public:
+    explicit TemporaryFolder(std::string_view prefix);
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    const std::string& path() const { return mPath; }
+
+  private:
+    std::string mPath;
+};
+
+}  // namespace sim

@@ -1,0 +1,77 @@
+#include "sim/KelvodProcess.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <stdlib.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <system_error>
+
+namespace sim {
+
+namespace {
+
+[[noreturn]] void runKelvod(const std::vector<std::string>& command, const std::string& root,
+                            int log) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    setenv("KELVO_ROOT", root.c_str(), 1);
+    dup2(log, STDOUT_FILENO);
+    dup2(log, STDERR_FILENO);
+    signal(SIGPIPE, SIG_DFL);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    std::vector<char*> arguments;
+    for (const std::string& argument : command) {
+        arguments.push_back(const_cast<char*>(argument.c_str()));
+    }
+    arguments.push_back(nullptr);
+    execvp(arguments[0], arguments.data());
+    std::perror(arguments[0]);
+    _exit(127);
+}
+
+std::string describe(int status) {
+    return WIFEXITED(status) ? "status " + std::to_string(WEXITSTATUS(status))
+                             : "signal " + std::to_string(WTERMSIG(status));
+}
+
+}  // namespace
+
+KelvodProcess::KelvodProcess(const std::vector<std::string>& command, const std::string& root,
+                             const std::string& log) {
+    const int fd = open(log.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    if (fd < 0) {
+        throw std::system_error(errno, std::generic_category(), log);
+    }
+    mPid = fork();
+    if (mPid == 0) {
+        runKelvod(command, root, fd);
+    }
+    const int error = errno;
+    close(fd);
+    if (mPid < 0) {
+        throw std::system_error(error, std::generic_category(), "fork");
+    }
+}
+
+KelvodProcess::~KelvodProcess() {
+    if (!ending()) {
+        // The daemon keeps nothing that a kill could lose.
+        kill(mPid, SIGKILL);
+        waitpid(mPid, nullptr, 0);
+    }
+}
+
+std::optional<std::string> KelvodProcess::ending() {
+    int status = 0;
+    if (!mEnding && waitpid(mPid, &status, WNOHANG) == mPid) {
+        mEnding = describe(status);
+    }
+    return mEnding;
+}
+
+}  // namespace sim

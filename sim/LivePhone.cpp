@@ -1,0 +1,67 @@
+#include "sim/LivePhone.h"
+
+#include <cstdio>
+
+#include "sim/Overloaded.h"
+
+namespace sim {
+
+LivePhone::LivePhone(const Scenario& scenario, const std::string& root,
+                     const std::vector<std::string>& kelvod)
+      : mScenario(scenario),
+        mTree(root),
+        mShellTemp(mTree),
+        mPhone(mTree, scenario, [this](bool present) { mShellTemp.setPresent(present); }),
+        mLogPath(mTree.hostPath("/data/kelvod.log")) {
+    mPhone.build();
+    mTree.addFolder("/data");
+    mPlayer.emplace(scenario, mPhone);
+    mPlayer->feedTree(0);
+    mKelvod = std::make_unique<KelvodProcess>(kelvod, root, mLogPath);
+}
+
+void LivePhone::advanceTo(int64_t timeMs) {
+    mPlayer->feedTree(timeMs);
+    while (const Deed* const deed = mPlayer->takeAction(timeMs)) {
+        perform(*deed, timeMs);
+    }
+}
+
+bool LivePhone::canPerform(const Deed& deed) {
+    return std::holds_alternative<SetZones>(deed) || std::holds_alternative<SetNodes>(deed) ||
+           std::holds_alternative<SetProperties>(deed);
+}
+
+void LivePhone::perform(const Deed& deed, int64_t timeMs) {
+    std::visit(Overloaded{[this](const SetZones& zones) { mPhone.apply(zones); },
+                          [&](const SetNodes& nodes) { mPhone.apply(nodes, timeMs); },
+                          [this](const SetProperties& properties) { mPhone.apply(properties); },
+                          [](const auto&) {}},
+               deed);
+}
+
+const std::map<int32_t, int32_t>& LivePhone::shellTemps() {
+    mShellTemp.takeLines([this](std::string_view line) {
+        int32_t index = 0;
+        int32_t temp = 0;
+        if (std::sscanf(std::string(line).c_str(), "%d %d", &index, &temp) == 2) {
+            mShellTemps[index] = temp;
+        }
+    });
+    return mShellTemps;
+}
+
+std::optional<ZoneSpec> LivePhone::hottestZone() const {
+    std::optional<ZoneSpec> hottest;
+    for (size_t i = 0; i < mScenario.zones.size(); ++i) {
+        const auto text = mTree.node(DeviceTree::zonePath(static_cast<int32_t>(i), "temp"));
+        int32_t temp = 0;
+        const bool known = text && std::sscanf(text->c_str(), "%d", &temp) == 1;
+        if (known && (!hottest || temp > hottest->temp)) {
+            hottest = ZoneSpec{mScenario.zones[i].type, temp};
+        }
+    }
+    return hottest;
+}
+
+}  // namespace sim

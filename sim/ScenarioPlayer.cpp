@@ -1,0 +1,62 @@
+#include "sim/ScenarioPlayer.h"
+
+#include <algorithm>
+
+namespace sim {
+
+namespace {
+
+constexpr int64_t kPlantPeriodMs = 1000;
+
+}  // namespace
+
+ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, PhoneTree& phone)
+      : mScenario(scenario), mPhone(phone) {
+    if (scenario.trace) {
+        mTrace.emplace(*scenario.trace, scenario.zones);
+        mNextRow.emplace();
+        readRow();
+    }
+    if (scenario.plant) {
+        mPlant.emplace(*scenario.plant);
+        mNextPlantMs = 0;
+    }
+}
+
+int64_t ScenarioPlayer::nextTime() const {
+    int64_t next = mNextPlantMs;
+    if (mNextRow) {
+        next = std::min(next, mNextRow->timeMs);
+    }
+    if (mNextAction < mScenario.timeline.size()) {
+        next = std::min(next, mScenario.timeline[mNextAction].timeMs);
+    }
+    return next;
+}
+
+void ScenarioPlayer::feedTree(int64_t timeMs) {
+    while (mNextRow && mNextRow->timeMs <= timeMs) {
+        mPhone.apply(*mNextRow);
+        readRow();
+    }
+    if (mNextPlantMs <= timeMs) {
+        const int64_t seconds = timeMs / kPlantPeriodMs;
+        mPlant->advanceTo(seconds);
+        mPhone.apply(*mPlant);
+        mNextPlantMs = (seconds + 1) * kPlantPeriodMs;
+    }
+}
+
+const Deed* ScenarioPlayer::takeAction(int64_t timeMs) {
+    const bool due = mNextAction < mScenario.timeline.size() &&
+                     mScenario.timeline[mNextAction].timeMs <= timeMs;
+    return due ? &mScenario.timeline[mNextAction++].deed : nullptr;
+}
+
+void ScenarioPlayer::readRow() {
+    if (!mTrace->next(*mNextRow)) {
+        mNextRow.reset();
+    }
+}
+
+}  // namespace sim

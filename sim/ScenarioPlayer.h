@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+
+#include "sim/PhoneTree.h"
+#include "sim/Plant.h"
+#include "sim/Scenario.h"
+#include "sim/Trace.h"
+
+namespace sim {
+
+/**
+ * Plays a scenario's trace, plant and timeline: feeds the first two into the phone's tree and hands
+ * out the actions that have become due. Whoever runs the phone says what time it is. Not
+ * thread-safe. Failures throw.
+ */
+class ScenarioPlayer {
+  public:
+    static constexpr int64_t kNever = std::numeric_limits<int64_t>::max();
+
+    /** Both live longer than this. */
+    ScenarioPlayer(const Scenario& scenario, PhoneTree& phone);
+
+    /** When the next row, plant step or action is due (ms since t = 0), or kNever. */
+    int64_t nextTime() const;
+    /** Applies the trace rows, then the plant, as they are due at `timeMs`. */
+    void feedTree(int64_t timeMs);
+    /** The next action due at `timeMs`, null when there is none. */
+    const Deed* takeAction(int64_t timeMs);
+
+    /** Null without one. */
+    const Plant* plant() const { return mPlant ? &*mPlant : nullptr; }
+
+  private:
+    void readRow();
+
+    const Scenario& mScenario;
+    PhoneTree& mPhone;
+    std::optional<TraceReader> mTrace;
+    std::optional<TraceRow> mNextRow;
+    std::optional<Plant> mPlant;
+    int64_t mNextPlantMs = kNever;
+    size_t mNextAction = 0;
+};
+
+}  // namespace sim

@@ -1,0 +1,61 @@
+#include "sim/ShellTempNode.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <system_error>
+
+#include "sim/PhoneTree.h"
+
+namespace sim {
+
+ShellTempNode::ShellTempNode(DeviceTree& tree) : mTree(tree) {}
+
+ShellTempNode::~ShellTempNode() {
+    if (mFd >= 0) {
+        close(mFd);
+    }
+}
+
+void ShellTempNode::setPresent(bool present) {
+    if (present == (mFd >= 0)) {
+        return;
+    }
+    const std::string path = mTree.hostPath(kShellTempPath);
+    if (!present) {
+        close(mFd);
+        mFd = -1;
+        mPending.clear();
+        unlink(path.c_str());
+        return;
+    }
+    mTree.addFolder("/proc");
+    unlink(path.c_str());
+    if (mkfifo(path.c_str(), 0644) != 0) {
+        throw std::system_error(errno, std::generic_category(), path);
+    }
+    // Open for writing too: the pipe then never ends, and the daemon's open() never waits.
+    mFd = open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    if (mFd < 0) {
+        throw std::system_error(errno, std::generic_category(), path);
+    }
+}
+
+void ShellTempNode::takeLines(const std::function<void(std::string_view)>& take) {
+    std::array<char, 4096> buffer;
+    ssize_t size = 0;
+    while (mFd >= 0 && (size = read(mFd, buffer.data(), buffer.size())) > 0) {
+        mPending.append(buffer.data(), static_cast<size_t>(size));
+    }
+    size_t begin = 0;
+    size_t end = 0;
+    while ((end = mPending.find('\n', begin)) != std::string::npos) {
+        take(std::string_view(mPending).substr(begin, end - begin));
+        begin = end + 1;
+    }
+    mPending.erase(0, begin);
+}
+
+}  // namespace sim

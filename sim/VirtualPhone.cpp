@@ -1,0 +1,111 @@
+#include "sim/VirtualPhone.h"
+
+#include <stdlib.h>
+#include <time.h>
+
+#include <algorithm>
+
+#include "config/DeviceRoot.h"
+#include "core/KelvoMain.h"
+#include "sim/Overloaded.h"
+#include "sim/VirtualScheduler.h"
+#include "sim/VirtualTime.h"
+
+namespace sim {
+
+VirtualPhone::VirtualPhone(const Scenario& scenario)
+      : mScenario(scenario),
+        mTree(kelvo::deviceRoot()),
+        mShellTemp(mTree),
+        mPhone(mTree, scenario, [this](bool present) { mShellTemp.setPresent(present); }) {
+    // Local time in replay is UTC.
+    setenv("TZ", "UTC", 1);
+    tzset();
+    VirtualTime::start(scenario.uptimeMs, scenario.startNs);
+    mPhone.build();
+    mProperties.emplace(mTree);
+    mPlayer.emplace(scenario, mPhone);
+    VirtualScheduler::get().setObserver([this] { collectEvents(); });
+}
+
+bool VirtualPhone::start() {
+    if (!kelvo::isKelvoEnabled() || kelvo::kelvo_start(nullptr) != 0) {
+        return false;
+    }
+    collectEvents();
+    return true;
+}
+
+void VirtualPhone::run() {
+    if (start()) {
+        runUntil(mScenario.durationMs);
+    }
+    VirtualTime::advanceTo(mScenario.durationMs);
+    emit({now(), "end", {}});
+}
+
+void VirtualPhone::runUntil(int64_t timeMs) {
+    for (int64_t next = nextTime(); next <= timeMs; next = nextTime()) {
+        runMoment(next);
+    }
+    VirtualTime::advanceTo(timeMs);
+}
+
+int64_t VirtualPhone::now() const {
+    return VirtualTime::now();
+}
+
+int64_t VirtualPhone::nextTime() const {
+    const int64_t next = std::min(VirtualScheduler::get().nextTime(), mPlayer->nextTime());
+    return std::max(next, now());
+}
+
+void VirtualPhone::runMoment(int64_t timeMs) {
+    VirtualTime::advanceTo(timeMs);
+    mPlayer->feedTree(timeMs);
+    while (const Deed* const deed = mPlayer->takeAction(timeMs)) {
+        apply(*deed);
+    }
+    VirtualScheduler::get().handleMessages();
+    VirtualScheduler::get().runLoops();
+}
+
+void VirtualPhone::perform(const Deed& deed) {
+    apply(deed);
+    VirtualScheduler::get().runLoops();
+}
+
+bool VirtualPhone::canPerform(const Deed& deed) {
+    return std::holds_alternative<SetZones>(deed) || std::holds_alternative<SetNodes>(deed) ||
+           std::holds_alternative<SetProperties>(deed);
+}
+
+void VirtualPhone::apply(const Deed& deed) {
+    std::visit(Overloaded{[this](const SetZones& zones) { mPhone.apply(zones); },
+                          [this](const SetNodes& nodes) { mPhone.apply(nodes, now()); },
+                          [this](const SetProperties& properties) {
+                              mPhone.apply(properties);
+                              mProperties->dropChanges();
+                          },
+                          [](const auto&) {}},
+               deed);
+    collectEvents();
+    VirtualScheduler::get().handleMessages();
+}
+
+void VirtualPhone::collectEvents() {
+    mShellTemp.takeLines([this](std::string_view line) {
+        emit({now(),
+              "write",
+              {{"path", std::string(kShellTempPath)}, {"text", std::string(line)}}});
+    });
+    mProperties->takeChanges([this](const std::string& name, const std::string& value) {
+        emit({now(), "property", {{"name", name}, {"value", value}}});
+    });
+}
+
+void VirtualPhone::emit(Event event) {
+    mListener(event);
+}
+
+}  // namespace sim

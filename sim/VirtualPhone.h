@@ -1,0 +1,62 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "sim/Event.h"
+#include "sim/PhoneTree.h"
+#include "sim/PropertyWatch.h"
+#include "sim/Scenario.h"
+#include "sim/ScenarioPlayer.h"
+#include "sim/ShellTempNode.h"
+
+namespace sim {
+
+/**
+ * A simulated phone with the daemon's real engines on it, in one process and in virtual time: the
+ * same scenario gives the same events on every run and every machine. The device tree stands below
+ * the process's device root. One a process; one thread. Failures throw.
+ */
+class VirtualPhone {
+  public:
+    /** `scenario` lives longer than this. Builds the tree; the daemon does not run yet. */
+    explicit VirtualPhone(const Scenario& scenario);
+
+    /** Told of each event as it happens; none by default. */
+    void setListener(std::function<void(const Event&)> listener) {
+        mListener = std::move(listener);
+    }
+
+    /** Starts the daemon as on a phone. False when its property disables it. */
+    bool start();
+    /** Runs everything due up to and at `timeMs` after t = 0. Needs start(). */
+    void runUntil(int64_t timeMs);
+    /** The scenario from start to end, closed by the event "end". */
+    void run();
+
+    /** Performs an action now, and what it makes due. */
+    void perform(const Deed& deed);
+    DeviceTree& tree() { return mTree; }
+    int64_t now() const;
+
+    /** Whether this action can be replayed. */
+    static bool canPerform(const Deed& deed);
+
+  private:
+    int64_t nextTime() const;
+    void runMoment(int64_t timeMs);
+    void apply(const Deed& deed);
+    void collectEvents();
+    void emit(Event event);
+
+    const Scenario& mScenario;
+    DeviceTree mTree;
+    ShellTempNode mShellTemp;
+    PhoneTree mPhone;
+    std::optional<PropertyWatch> mProperties;
+    std::optional<ScenarioPlayer> mPlayer;
+    std::function<void(const Event&)> mListener = [](const Event&) {};
+};
+
+}  // namespace sim
