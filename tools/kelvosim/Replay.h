@@ -1,0 +1,17 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+struct ReplayOptions {
+    std::string scenario;
+    std::string events;  // where the events go; "-" is standard output, empty nowhere
+    std::string log;     // likewise the daemon's log
+    std::optional<int> logLevel;
+};
+
+/**
+ * `kelvosim replay`: runs a scenario on the daemon's engines in virtual time. Returns the exit
+ * status. `argv` is the program's own, which runs a second time below a device root of its own.
+ */
+int replayScenario(const ReplayOptions& options, char** argv);

@@ -1,0 +1,78 @@
+// kelvosim: the simulated phone.
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "Check.h"
+#include "Live.h"
+#include "Replay.h"
+
+namespace {
+
+constexpr int kFailure = 1;
+constexpr int kWrongUsage = 2;
+
+/** Adds the command and what it does; options live as long as the program. */
+void addCheck(CLI::App& app) {
+    static std::string scenario;
+    CLI::App* const command = app.add_subcommand("check", "Say whether a scenario is correct");
+    command->add_option("SCENARIO", scenario, "Scenario file")->required();
+    command->callback([] { checkScenario(scenario); });
+}
+
+void addReplay(CLI::App& app, char** argv, int* status) {
+    static ReplayOptions options;
+    CLI::App* const command = app.add_subcommand(
+            "replay",
+            "Run a scenario on the daemon's engines in virtual time.\n"
+            "Prints the events unless an option sends something somewhere; - is standard output");
+    command->add_option("SCENARIO", options.scenario, "Scenario file")->required();
+    command->add_option("--events", options.events, "Where the events go, one JSON object a line");
+    command->add_option("--log", options.log, "Where the daemon's log goes");
+    command->add_option("--loglevel", options.logLevel,
+                        "0 error lines, 1 info lines too, 2 debug lines too, negative: none");
+    command->callback([argv, status] {
+        if (options.events.empty() && options.log.empty()) {
+            options.events = "-";
+        }
+        *status = replayScenario(options, argv);
+    });
+}
+
+void addLive(CLI::App& app, int* status) {
+    static LiveOptions options;
+    CLI::App* const command = app.add_subcommand(
+            "live", "Run a scenario in real time with kelvod as a process; a line a second");
+    command->add_option("SCENARIO", options.scenario, "Scenario file")->required();
+    command->add_option("--root", options.root,
+                        "Device root, an empty or new folder that is kept; else a temporary one");
+    command->add_option("--speed", options.speed, "Seconds of the scenario in one real second")
+            ->check(CLI::Range(0.001, 100000.0));
+    command->add_option("KELVOD", options.kelvod,
+                        "After --: the daemon and its arguments, else kelvod beside kelvosim");
+    command->callback([status] { *status = runLive(options); });
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app("A simulated phone for kelvod", "kelvosim");
+    app.set_version_flag("--version", "kelvosim " KELVO_VERSION);
+    app.require_subcommand(1);
+    int status = 0;
+    addCheck(app);
+    addReplay(app, argv, &status);
+    addLive(app, &status);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& success) {
+        return app.exit(success);
+    } catch (const CLI::ParseError& error) {
+        std::cerr << "kelvosim: " << error.what() << "\n";
+        return kWrongUsage;
+    } catch (const std::exception& error) {
+        std::cerr << "kelvosim: " << error.what() << "\n";
+        return kFailure;
+    }
+    return status;
+}
