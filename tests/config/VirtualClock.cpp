@@ -1,0 +1,5 @@
+#include "VirtualClock.h"
+
+nsecs_t systemTime(int) {
+    return gVirtualTime;
+}

@@ -1,0 +1,183 @@
+#include <cutils/properties.h>
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+
+#include <atomic>
+#include <cstring>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "sim/DeviceTree.h"
+
+namespace {
+
+class PropertiesTest : public testing::Test {
+  protected:
+    static std::string get(const char* name, const char* defaultValue = nullptr) {
+        char value[PROPERTY_VALUE_MAX] = "untouched";
+        const int length = property_get(name, value, defaultValue);
+        EXPECT_EQ(strlen(value), static_cast<size_t>(length));
+        return value;
+    }
+
+    static std::map<std::string, std::string> list() {
+        std::map<std::string, std::string> found;
+        const auto add = [](const char* name, const char* value, void* cookie) {
+            (*static_cast<decltype(found)*>(cookie))[name] = value;
+        };
+        EXPECT_EQ(0, property_list(add, &found));
+        return found;
+    }
+
+    sim::DeviceTree mTree{getenv("KELVO_ROOT")};
+};
+
+const std::string kLongest(PROP_VALUE_MAX - 1, 'x');
+const std::string kTooLong(PROP_VALUE_MAX, 'x');
+constexpr char kInsteadOfLong[] = "Must use __system_property_read_callback() to read";
+
+TEST_F(PropertiesTest, givesTheDefaultForWhatIsAbsentOrEmpty) {
+    EXPECT_EQ("", get("a.b"));
+    EXPECT_EQ("fallback", get("a.b", "fallback"));
+    EXPECT_EQ(kLongest, get("a.b", kTooLong.c_str()));
+    ASSERT_EQ(0, property_set("a.b", "value"));
+    EXPECT_EQ("value", get("a.b", "fallback"));
+    ASSERT_EQ(0, property_set("a.b", nullptr));
+    EXPECT_EQ("fallback", get("a.b", "fallback"));
+    EXPECT_EQ("", list().at("a.b"));
+}
+
+TEST_F(PropertiesTest, limitsValuesUnlessTheyAreReadOnly) {
+    EXPECT_EQ(0, property_set("a", kLongest.c_str()));
+    EXPECT_EQ(-1, property_set("a", kTooLong.c_str()));
+    EXPECT_EQ(kLongest, get("a"));
+    EXPECT_EQ(0, property_set("ro.a", kTooLong.c_str()));
+    EXPECT_EQ(kInsteadOfLong, get("ro.a"));
+    EXPECT_EQ(kTooLong, list().at("ro.a"));
+}
+
+TEST_F(PropertiesTest, readsFilesAsAnEditorLeavesThem) {
+    const struct {
+        std::string text, value;
+    } rows[] = {{"1\n", "1"},
+                {"1\n\n", "1\n"},
+                {"\n", ""},
+                {" 1 ", " 1 "},
+                {kLongest + "\n", kLongest},
+                {kTooLong, ""},
+                {kTooLong + "\n", ""},
+                {std::string("1\0002", 3), "1"}};
+    for (const auto& row : rows) {
+        mTree.setNode("/dev/properties/edited", row.text);
+        EXPECT_EQ(row.value, get("edited")) << row.text;
+    }
+    std::filesystem::create_directory(mTree.hostPath("/dev/properties/folder"));
+    EXPECT_EQ("default", get("folder", "default"));
+    ASSERT_EQ(0, mkfifo(mTree.hostPath("/dev/properties/pipe").c_str(), 0600));
+    EXPECT_EQ("default", get("pipe", "default"));
+}
+
+TEST_F(PropertiesTest, setsReadOnlyPropertiesOnce) {
+    EXPECT_EQ(0, property_set("ro.empty", ""));
+    EXPECT_EQ(-1, property_set("ro.empty", "late"));
+    EXPECT_EQ(0, property_set("ro", "1"));
+    EXPECT_EQ(0, property_set("ro", "2"));
+
+    std::vector<std::thread> writers;
+    std::atomic<int> winners = 0;
+    for (int i = 0; i < 8; ++i) {
+        writers.emplace_back([&, value = std::to_string(i)] {
+            winners += property_set("ro.race", value.c_str()) == 0 ? 1 : 0;
+        });
+    }
+    for (std::thread& writer : writers) {
+        writer.join();
+    }
+    EXPECT_EQ(1, winners);
+}
+
+TEST_F(PropertiesTest, acceptsAndroidsNames) {
+    const std::string longName(200, 'n');
+    for (const char* name : {"a", "A.b-c_d@e:f.0", longName.c_str(), "-a", "a:"}) {
+        EXPECT_EQ(0, property_set(name, "1")) << name;
+        EXPECT_EQ("1", get(name)) << name;
+    }
+    mTree.setNode("/dev/escaped", "outside");
+    for (const char* name : {"", ".", "..", "../escaped", "/escaped", "a/b", ".a", "a.", "a..b",
+                             "a b", "a\n", "ä", "a$", "a/../escaped"}) {
+        EXPECT_EQ(-1, property_set(name, "1")) << name;
+        EXPECT_EQ("", get(name)) << name;
+    }
+    EXPECT_EQ(-1, property_set(nullptr, "1"));
+    EXPECT_EQ("outside", mTree.node("/dev/escaped"));
+}
+
+TEST_F(PropertiesTest, listsNoDraftsAndNoForeignFiles) {
+    property_set("b", "2");
+    property_set("a", "1");
+    mTree.setNode("/dev/properties/.draft-abc", "3");
+    mTree.setNode("/dev/properties/README~", "4");
+    std::map<std::string, std::string> found = list();
+    found.erase("persist.sys.kelvo.loglevel");
+    EXPECT_EQ((std::map<std::string, std::string>{{"a", "1"}, {"b", "2"}}), found);
+}
+
+TEST_F(PropertiesTest, convertsToBool) {
+    const struct {
+        const char* text;
+        int8_t value;
+    } rows[] = {{"1", 1},   {"y", 1},   {"yes", 1},  {"on", 1},    {"true", 1},  {"0", 0},
+                {"n", 0},   {"no", 0},  {"off", 0},  {"false", 0}, {"", 7},      {"2", 7},
+                {" on", 7}, {"on ", 7}, {"TRUE", 7}, {"t", 7},     {"truer", 7}, {"01", 7}};
+    for (const auto& row : rows) {
+        property_set("bool", row.text);
+        EXPECT_EQ(row.value, property_get_bool("bool", 7)) << row.text;
+    }
+    EXPECT_EQ(7, property_get_bool(nullptr, 7));
+}
+
+TEST_F(PropertiesTest, convertsToIntegers) {
+    const struct {
+        const char* text;
+        int32_t value32;
+        int64_t value64;
+    } rows[] = {{"12", 12, 12},
+                {"-12", -12, -12},
+                {"+12", 12, 12},
+                {"0x1F", 31, 31},
+                {"010", 8, 8},
+                {"09", 0, 0},
+                {"  12", 12, 12},
+                {"12 rest", 12, 12},
+                {"12.9", 12, 12},
+                {"", 7, 7},
+                {" ", 7, 7},
+                {"x12", 7, 7},
+                {"-", 7, 7},
+                {"2147483647", INT32_MAX, INT32_MAX},
+                {"2147483648", 7, 2147483648},
+                {"-2147483648", INT32_MIN, INT32_MIN},
+                {"-2147483649", 7, -2147483649},
+                {"9223372036854775807", 7, INT64_MAX},
+                {"9223372036854775808", 7, 7},
+                {"-9223372036854775808", 7, INT64_MIN},
+                {"-9223372036854775809", 7, 7}};
+    for (const auto& row : rows) {
+        property_set("number", row.text);
+        EXPECT_EQ(row.value32, property_get_int32("number", 7)) << row.text;
+        EXPECT_EQ(row.value64, property_get_int64("number", 7)) << row.text;
+    }
+    EXPECT_EQ(7, property_get_int32(nullptr, 7));
+}
+
+const int32_t sAtStaticInitialisation = property_get_int32("persist.sys.kelvo.loglevel", 7);
+
+TEST_F(PropertiesTest, areReadableDuringStaticInitialisation) {
+    EXPECT_EQ(2, sAtStaticInitialisation);
+}
+
+}  // namespace

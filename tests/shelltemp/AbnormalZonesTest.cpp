@@ -1,0 +1,74 @@
+#include "shelltemp/AbnormalZones.h"
+
+#include <gtest/gtest.h>
+
+#include "support/LogCapture.h"
+
+using kelvo::AbnormalTZoneData;
+using kelvo::AbnormalZones;
+using kelvo::ThermalZone;
+using kelvo::ZoneState;
+
+namespace {
+
+const ThermalZone kCpu{7, "cpu"};
+const ThermalZone kGpu{8, "gpu"};
+
+class AbnormalZonesTest : public testing::Test {
+  protected:
+    void fail(const ThermalZone& zone, int times) {
+        for (int i = 0; i < times; ++i) {
+            zones.recordFailure(zone, -1, ZoneState::READ_FAILED);
+        }
+    }
+
+    LogCapture log;
+    AbnormalZones zones;
+};
+
+}  // namespace
+
+TEST_F(AbnormalZonesTest, listsAZoneOnceItFailsMoreOftenThanTheLimit) {
+    fail(kCpu, 60);
+    EXPECT_TRUE(zones.badZones().empty());
+    EXPECT_FALSE(zones.badZonesChanged());
+    fail(kCpu, 1);
+    EXPECT_EQ(zones.badZones(), std::vector<int32_t>{7});
+    EXPECT_TRUE(zones.badZonesChanged());
+    fail(kCpu, 1);
+    EXPECT_EQ(zones.badZones(), std::vector<int32_t>{7});
+    EXPECT_TRUE(log.has("Get temp(tz:7) still failed! add list(size:1)"));
+}
+
+TEST_F(AbnormalZonesTest, countsAnewAfterAGoodReading) {
+    fail(kCpu, 60);
+    zones.recordGood(kCpu);
+    EXPECT_EQ(log.count(ANDROID_LOG_INFO, "The tzone 7 has been restored."), 1u);
+    zones.recordGood(kCpu);
+    EXPECT_EQ(log.count("The tzone 7 has been restored."), 1u);
+    fail(kCpu, 60);
+    EXPECT_TRUE(zones.badZones().empty());
+    EXPECT_EQ(zones.find(7)->totalCount, 120);
+}
+
+TEST_F(AbnormalZonesTest, listsZonesAgainWhenTheirFailuresInterleave) {
+    zones.setLimit(0);
+    for (int i = 0; i < 2; ++i) {
+        fail(kCpu, 1);
+        fail(kGpu, 1);
+    }
+    EXPECT_EQ(zones.badZones(), (std::vector<int32_t>{7, 8, 7, 8}));
+}
+
+TEST_F(AbnormalZonesTest, neverBlamesAZoneForAHalService) {
+    zones.setLimit(0);
+    zones.recordFailure(kCpu, 5, ZoneState::HAL_FAILED);
+    EXPECT_EQ(zones.find(7), nullptr);
+    const AbnormalTZoneData* const data = zones.find(-1);
+    ASSERT_NE(data, nullptr);
+    EXPECT_EQ(data->failCount, 0);
+    EXPECT_EQ(data->totalCount, 1);
+    EXPECT_EQ(data->tzIndex, 7);
+    EXPECT_TRUE(zones.badZones().empty());
+    EXPECT_TRUE(log.has("Get hal service failed(state:2), not tzone exception."));
+}

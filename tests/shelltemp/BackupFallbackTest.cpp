@@ -1,0 +1,88 @@
+#include "shelltemp/ShellTempFitting.h"
+#include "support/EngineTest.h"
+
+using Writes = std::vector<std::string>;
+
+namespace {
+
+constexpr double kLimit = 2;  // failures in a row that are forgiven
+
+/** default uses zone 0; backup_a zone 1; backup_b zone 2 first and zone 1 second. */
+class BackupFallbackTest : public EngineTest {
+  protected:
+    BackupFallbackTest() {
+        for (const char* type : {"skin", "cpu", "board"}) {
+            addZone(type, 40000);
+        }
+        setConfig(
+                json("{'max_abn_tz_detect_times':2,'shell_temp_fitting_model':{"
+                     "'default':{'temp_model':{'m':" +
+                     model(0, "skin") +
+                     "}},"
+                     "'backup_a':{'temp_model':{'m':" +
+                     model(1, "cpu") +
+                     "}},"
+                     "'backup_b':{'temp_model':{'m':" +
+                     model(2, "board") + ",'n':" + model(3, "cpu") + "}}}}"));
+    }
+
+    static std::string model(int index, const std::string& zone) {
+        return "{'index':" + std::to_string(index) + ",'thermal_zone':['" + zone +
+               "'],'coefficient':[1]}";
+    }
+};
+
+}  // namespace
+
+TEST_F(BackupFallbackTest, movesToTheFirstHealthySetOnceTheZoneFailsPastTheLimit) {
+    startPhone();
+    runUntil(0);
+    takeWrites();
+    setTemp(0, std::nullopt);
+    runUntil(15);
+    EXPECT_EQ(takeWrites(), Writes{}) << "three failures list the zone";
+    runUntil(20);
+    EXPECT_EQ(takeWrites(), Writes{"1 40000"}) << "backup_a";
+    EXPECT_EQ(log.count(ANDROID_LOG_INFO, "update current fitting model(scene:backup_a)."), 1u);
+}
+
+TEST_F(BackupFallbackTest, skipsSetsWhoseFirstModelUsesTheBadZone) {
+    startPhone();
+    runUntil(0);
+    ASSERT_EQ(ShellTempFitting::getInstance().switchFittingScene("backup_a"), 1);
+    setTemp(1, std::nullopt);
+    runUntil(20);
+    EXPECT_TRUE(
+            log.has("disable the fitting model(scene:backup_a, bad tzone:1), available "
+                    "fittimg models 1."));
+    EXPECT_TRUE(log.has("update current fitting model(scene:backup_b)."))
+            << "its second model uses the zone, which is not examined";
+}
+
+TEST_F(BackupFallbackTest, keepsTheSetWhenNoBackupIsLeft) {
+    startPhone();
+    runUntil(0);
+    for (const int32_t zone : {2, 1}) {
+        setTemp(zone, std::nullopt);
+    }
+    auto& engine = ShellTempFitting::getInstance();
+    engine.switchFittingScene("backup_a");
+    runUntil(20);
+    engine.switchFittingScene("backup_b");
+    runUntil(60);
+    EXPECT_TRUE(log.has("no temp fitting model is available."));
+    EXPECT_EQ(log.count("update current fitting model(scene:backup_a)."), 0u);
+}
+
+TEST_F(BackupFallbackTest, startsTheCountAnewAfterOneGoodReading) {
+    startPhone();
+    runUntil(0);
+    setTemp(0, std::nullopt);
+    runUntil(5 * kLimit);
+    setTemp(0, 40000);
+    runUntil(15);
+    setTemp(0, std::nullopt);
+    runUntil(15 + 5 * kLimit);
+    EXPECT_FALSE(log.has("Get temp(tz:0) still failed! add list(size:1)"));
+    EXPECT_EQ(log.count(ANDROID_LOG_INFO, "The tzone 0 has been restored."), 1u);
+}

@@ -1,0 +1,76 @@
+// What the engine hands to the big-data collector, and when.
+
+#include "core/DataCollector.h"
+#include "shelltemp/ShellTempFitting.h"
+#include "support/EngineTest.h"
+
+namespace {
+
+constexpr double kHour = 3600;
+constexpr double kMidnight = 16 * kHour;  // the scenario starts at 08:00
+
+constexpr char kModels[] =
+        "{'shell_temp_fitting_model':{'default':{'temp_model':{'front':{'index':0,"
+        "'thermal_zone':['skin'],'coefficient':[1]}}}}";
+
+class BigDataTest : public EngineTest {
+  protected:
+    BigDataTest() {
+        addZone("skin", 40000);
+        addZone("cpu", 55000);
+        setConfig(std::string(kModels) + "}");
+    }
+
+    static Json::Value data() { return kelvo::DataCollector::getInstance().getData(); }
+};
+
+}  // namespace
+
+TEST_F(BigDataTest, handsOverTheRecordsAtEachFullHour) {
+    startPhone();
+    ShellTempFitting::getInstance().updateScene("com.game", false, 0);
+    runUntil(600);
+    setTemp(0, 40300);
+    runUntil(kHour - 1);
+    EXPECT_FALSE(data().isMember("shelltemp"));
+    runUntil(kHour);
+    const Json::Value record = data()["shelltemp"]["20260301"];
+    EXPECT_EQ(record["scene"], "default");
+    EXPECT_EQ(record["package"], "com.game");
+    EXPECT_EQ(record["charging"], false);
+    EXPECT_EQ(record["starttime"], "20260301080000");
+    EXPECT_EQ(record["timestamp"], "20260301090000");
+    EXPECT_EQ(record["duration"], 3600);
+    EXPECT_EQ(record["fitting"]["front"], 40300);
+    EXPECT_EQ(record["temp"]["skin"]["min"]["temp"], 40000);
+    EXPECT_EQ(record["temp"]["skin"]["max"]["time"], "20260301081005");
+    EXPECT_EQ(record["fitting-delta"]["front"]["delta"], 300);
+}
+
+TEST_F(BigDataTest, startsNewRecordsAtTheFirstSceneOfADay) {
+    startPhone();
+    runUntil(kMidnight + 10);
+    EXPECT_FALSE(data()["shelltemp"].isMember("20260302"));
+    auto& engine = ShellTempFitting::getInstance();
+    engine.updateScene("SCREEN:ON", false, 0);
+    EXPECT_EQ(data()["shelltemp"]["20260301"]["duration"], 16 * 3600 + 10);
+    runUntil(kMidnight + 10 + kHour);
+    EXPECT_EQ(data()["shelltemp"]["20260302"]["starttime"], "20260302000010");
+    EXPECT_EQ(data()["shelltemp"]["20260302"]["duration"], 3600)
+            << "the hours count from the new day's start";
+}
+
+TEST_F(BigDataTest, reportsTheTsensorsOnceWhenTheDayChanges) {
+    setConfig(std::string(kModels) + ",'tsensor_tempzone_info':{'thermal_zone_type':['cpu']}}");
+    startPhone();
+    runUntil(kMidnight - 1);
+    EXPECT_FALSE(data().isMember("tsensorthermal"));
+    runUntil(kMidnight);
+    const Json::Value report = data()["tsensorthermal"]["20260301"];
+    EXPECT_EQ(report["localDay"], "20260301");
+    EXPECT_EQ(report["cpu_t"][1], 16 * 3600 + 1) << "a sample a second, at 55 °C";
+    EXPECT_EQ(report["cpu_c"][1], 0) << "the episode has not ended";
+    EXPECT_EQ(log.count(ANDROID_LOG_DEBUG, "Collect tsensor big data."), 1u);
+    runUntil(kMidnight + 24 * kHour);
+    EXPECT_EQ(data()["tsensorthermal"]["20260302"]["cpu_t"][1], 24 * 3600);
+}

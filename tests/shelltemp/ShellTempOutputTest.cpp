@@ -1,0 +1,188 @@
+// What a cycle makes of zone temperatures: limits, and what reaches the kernel node.
+
+#include <filesystem>
+
+#include "shelltemp/ShellTempFitting.h"
+#include "support/EngineTest.h"
+
+using Writes = std::vector<std::string>;
+
+namespace {
+
+class ShellTempOutputTest : public EngineTest {
+  protected:
+    ShellTempOutputTest() { addZone("skin", 40000); }
+
+    /** Two models of weight 1 over the zones "skin" and "ref", with these indexes. */
+    void useModels(const std::string& models) {
+        setConfig("{'shell_temp_fitting_model':{'default':{'temp_model':{" + models + "}}}}");
+    }
+    static std::string model(const std::string& name, int index, const std::string& zone) {
+        return "'" + name + "':{'index':" + std::to_string(index) + ",'thermal_zone':['" + zone +
+               "'],'coefficient':[1]}";
+    }
+    int32_t fitted(int32_t index) {
+        return ShellTempFitting::getInstance().getFittingTemps().at(index);
+    }
+};
+
+}  // namespace
+
+TEST_F(ShellTempOutputTest, writesAValueWhenItsTenthChanges) {
+    useModels(model("back", 2, "skin"));
+    scenario.zones[0].temp = 38740;
+    startPhone();
+    const struct {
+        int32_t temp;
+        Writes writes;
+    } cases[] = {
+            {38740, {"2 38740"}},
+            {38790, {}},
+            {38800, {"2 38800"}},
+            {38799, {"2 38799"}},
+    };
+    double time = 0;
+    for (const auto& test : cases) {
+        setTemp(0, test.temp);
+        runUntil(time);
+        EXPECT_EQ(takeWrites(), test.writes) << test.temp;
+        time += 5;
+    }
+}
+
+TEST_F(ShellTempOutputTest, writesIndexesInOrderAndNegativeOnesNever) {
+    useModels(model("a", 3, "skin") + "," + model("b", 0, "skin") + "," + model("r", -2, "skin"));
+    startPhone();
+    runUntil(0);
+    EXPECT_EQ(takeWrites(), (Writes{"0 40000", "3 40000"}));
+    EXPECT_TRUE(log.has("update shell temp -2:40000"));
+}
+
+TEST_F(ShellTempOutputTest, capsToTheReferenceFromMoreThanTwentyDegreesAbove) {
+    addZone("ref", 30000);
+    scenario.zones[0].temp = 50000;
+    useModels(model("front", 0, "skin") + "," + model("ref", -1, "ref"));
+    startPhone();
+    runUntil(0);
+    EXPECT_EQ(fitted(0), 50000);
+    setTemp(0, 50001);
+    runUntil(5);
+    EXPECT_TRUE(log.has("index:0, temp:50001"));
+    // The fall from 50000 to the reference is limited again, as for any other value.
+    EXPECT_EQ(fitted(0), 50000 - 5 * 125);
+}
+
+TEST_F(ShellTempOutputTest, smoothsAJumpWithTwiceTheFastestChange) {
+    useModels(model("front", 0, "skin"));
+    startPhone();
+    const struct {
+        double time;
+        int32_t temp;
+        int32_t value;
+    } cases[] = {
+            {0, 40000, 40000},  {5, 40500, 40500},  // 100 m°C/s enters the history
+            {10, 44500, 41500},                     // 800 m°C/s: limited to 2 * 100
+            {15, 44500, 43500},  // 600 m°C/s: the limit of before counts as a change
+            {20, 44500, 44500},  // 200 m°C/s is believed
+    };
+    for (const auto& test : cases) {
+        setTemp(0, test.temp);
+        runUntil(test.time);
+        EXPECT_EQ(fitted(0), test.value) << test.time;
+    }
+    EXPECT_TRUE(
+            log.has("Shell temp was shaking 0: delta 800 (40500->44500), smoothed 200 "
+                    "(44500->41500)"));
+}
+
+TEST_F(ShellTempOutputTest, leavesTheFirstFiveSecondsAfterScreenOnAlone) {
+    useModels(model("front", 0, "skin"));
+    scenario.properties["persist.sys.shelltemp.interval"] = "1";
+    startPhone();
+    runUntil(0);
+    auto& engine = ShellTempFitting::getInstance();
+    const struct {
+        double time;
+        bool smoothed;
+    } cases[] = {{4, false}, {5, false}, {6, true}};
+    runUntil(10);
+    engine.updateScene("SCREEN:ON", false, 0);
+    int32_t temp = 40000;
+    for (const auto& test : cases) {
+        temp += 5000;
+        runUntil(10 + test.time - 0.5);
+        setTemp(0, temp);
+        runUntil(10 + test.time);
+        EXPECT_EQ(fitted(0) != temp, test.smoothed) << test.time;
+    }
+}
+
+TEST_F(ShellTempOutputTest, writesNothingWhileAZoneFailsAndRecovers) {
+    addZone("cpu", 40000);
+    useModels(model("a", 0, "skin") + "," + model("b", 1, "cpu"));
+    startPhone();
+    runUntil(0);
+    takeWrites();
+    setTemp(0, 40400);
+    setTemp(1, std::nullopt);
+    runUntil(5);
+    EXPECT_EQ(takeWrites(), Writes{}) << "also not the model that was evaluated before";
+    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "Get temp(tz:1) failed!"), 1u);
+    setTemp(1, 40000);
+    runUntil(10);
+    EXPECT_EQ(takeWrites(), (Writes{"0 40400", "1 625"})) << "index 1 creeps up from 0";
+}
+
+TEST_F(ShellTempOutputTest, writesAgainOnceTheNodeIsBack) {
+    useModels(model("a", 0, "skin") + "," + model("b", 1, "skin"));
+    scenario.nodes.push_back({"/proc/shell-temp", std::nullopt});
+    startPhone();
+    runUntil(5);
+    EXPECT_EQ(
+            log.count(ANDROID_LOG_ERROR, "open /proc/shell-temp failed(No such file or directory)"),
+            2u)
+            << "one try a cycle: the indexes after a failed write wait";
+    phone().perform(sim::SetNodes{{{"/proc/shell-temp", ""}}});
+    runUntil(10);
+    EXPECT_EQ(takeWrites(), (Writes{"0 40000", "1 40000"}));
+}
+
+TEST_F(ShellTempOutputTest, writesAgainOnceTheDiskHasRoom) {
+    useModels(model("a", 0, "skin"));
+    scenario.nodes.push_back({"/proc/shell-temp", std::nullopt});
+    startPhone();
+    const std::string node = phone().tree().hostPath("/proc/shell-temp");
+    phone().tree().addFolder("/proc");
+    std::filesystem::create_symlink("/dev/full", node);
+    runUntil(5);
+    EXPECT_EQ(log.count(ANDROID_LOG_ERROR,
+                        "write file /proc/shell-temp failed.(No space left on device)"),
+              2u);
+    std::filesystem::remove(node);
+    phone().perform(sim::SetNodes{{{"/proc/shell-temp", ""}}});
+    runUntil(10);
+    EXPECT_EQ(takeWrites(), Writes{"0 40000"});
+}
+
+TEST_F(ShellTempOutputTest, correctsTheInnerAreaOfItsProject) {
+    addZone("hot", 48000);
+    useModels(model("inner", 0, "skin"));
+    scenario.nodes.push_back({"/proc/zentaVersion/prjName", "47213"});
+    startPhone();
+    scenario.zones[0].temp = 47999;
+    setTemp(0, 47999);
+    runUntil(0);
+    EXPECT_EQ(fitted(0), 45999);
+    setTemp(0, 48000);
+    runUntil(5);
+    EXPECT_EQ(fitted(0), 48000);
+}
+
+TEST_F(ShellTempOutputTest, skipsModelsOfAnUnsupportedType) {
+    useModels("'a':{'index':0,'thermal_zone':['skin'],'coefficient':[1],'type':3}," +
+              model("b", 1, "skin"));
+    startPhone();
+    runUntil(0);
+    EXPECT_EQ(takeWrites(), Writes{"1 40000"});
+    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "fitting model (3) has not supported!"), 1u);
+}

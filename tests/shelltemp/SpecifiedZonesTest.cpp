@@ -1,0 +1,61 @@
+#include "shelltemp/SpecifiedZones.h"
+
+#include "sim/VirtualTime.h"
+#include "support/EngineTest.h"
+
+using kelvo::SpecifiedZones;
+
+namespace {
+
+class SpecifiedZonesTest : public EngineTest {
+  protected:
+    SpecifiedZonesTest() {
+        addZone("cpu", 40000);
+        addZone("gpu", 41000);
+        buildPhone();
+    }
+
+    SpecifiedZones zones;
+    std::vector<int> temps;
+};
+
+}  // namespace
+
+TEST_F(SpecifiedZonesTest, readsTheZonesAtMostOnceInTwentySeconds) {
+    zones.configure({{{1, "gpu"}, {0, "cpu"}}, std::nullopt});
+    ASSERT_EQ(zones.getTemps(temps), 0);
+    EXPECT_EQ(temps, (std::vector<int>{41000, 40000}));
+    const struct {
+        int64_t timeMs;
+        int32_t temp;
+    } cases[] = {{5000, 41000}, {19999, 41000}, {20000, 45000}};
+    phone().tree().setZoneTemp(1, 45000);
+    for (const auto& test : cases) {
+        sim::VirtualTime::advanceTo(test.timeMs);
+        std::vector<int> now;
+        EXPECT_EQ(zones.getTemps(now), 0);
+        EXPECT_EQ(now.front(), test.temp) << test.timeMs;
+    }
+}
+
+TEST_F(SpecifiedZonesTest, keepsCacheWhenAZoneFails) {
+    zones.configure({{{0, "cpu"}, {1, "gpu"}}, std::nullopt});
+    ASSERT_EQ(zones.getTemps(temps), 0);
+    sim::VirtualTime::advanceTo(20000);
+    phone().tree().setZoneTemp(1, std::nullopt);
+    std::vector<int> partial;
+    EXPECT_EQ(zones.getTemps(partial), -1);
+    EXPECT_EQ(partial, (std::vector<int>{40000})) << "what was read so far";
+    phone().tree().setZoneTemp(1, 42000);
+    std::vector<int> again;
+    EXPECT_EQ(zones.getTemps(again), 0);
+    EXPECT_EQ(again, (std::vector<int>{40000, 42000})) << "read at once, not from the cache";
+}
+
+TEST_F(SpecifiedZonesTest, failsWithoutZones) {
+    EXPECT_EQ(zones.getTemps(temps), -1);
+    zones.configure({{{0, "cpu"}}, "\"none\"\n"});
+    EXPECT_EQ(zones.getTemps(temps), -1) << "one unknown zone disables the list";
+    EXPECT_EQ(log.count(ANDROID_LOG_DEBUG, "specified Tz is empty!"), 2u);
+    EXPECT_TRUE(log.has("can not find tz: \"none\"\n"));
+}

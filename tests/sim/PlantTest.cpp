@@ -1,0 +1,162 @@
+#include "sim/Plant.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+using sim::kAmbientNode;
+using sim::PlantParams;
+
+PlantParams::Source source(int32_t node, sim::Profile power) {
+    return {"s" + std::to_string(node), node, std::move(power), true};
+}
+
+/** A die on a board on a shell in still air of 25 °C: seconds, then minutes. */
+PlantParams phone(double watts) {
+    PlantParams params;
+    params.ambient = {{{0, 25}}};
+    params.nodes = {{"die", 1, 25}, {"board", 30, 25}, {"shell", 80, 25}};
+    params.links = {{0, 1, 4}, {1, 2, 2}, {2, kAmbientNode, 5}};
+    params.sources = {source(0, {{{0, watts}}})};
+    params.zones = {{0, "die", 0, 0, 1, 0}, {1, "shell", 2, 1500, 100, 0}};
+    return params;
+}
+
+TEST(Profile, isLinearBetweenItsPointsAndHeldOutside) {
+    const sim::Profile profile{{{10, 1}, {20, 3}, {20, 5}, {30, 5}}};
+    const std::pair<double, double> values[] = {{0, 1},  {10, 1}, {15, 2}, {19.5, 2.9},
+                                                {20, 5}, {25, 5}, {99, 5}};
+    for (const auto& [time, value] : values) {
+        EXPECT_DOUBLE_EQ(sim::valueAt(profile, time), value) << time;
+    }
+}
+
+TEST(Plant, settlesAtTheAnalyticTemperatures) {
+    sim::Plant plant(phone(3));
+    plant.advanceTo(20000);
+    EXPECT_NEAR(*plant.nodeTemp("shell"), 25 + 3 * 5, 1e-6);
+    EXPECT_NEAR(*plant.nodeTemp("board"), 25 + 3 * 7, 1e-6);
+    EXPECT_NEAR(*plant.nodeTemp("die"), 25 + 3 * 11, 1e-6);
+    EXPECT_EQ(plant.nodeTemp("none"), std::nullopt);
+}
+
+TEST(Plant, keepsEveryJouleWhenNothingLeaves) {
+    PlantParams params = phone(0);
+    params.links.pop_back();
+    params.sources[0].power = {{{0, 0}, {100, 4}, {100, 1}, {200, 1}}};
+    sim::Plant plant(params);
+    plant.advanceTo(200);
+    double joules = 0;
+    for (size_t i = 0; i < params.nodes.size(); ++i) {
+        joules += params.nodes[i].capacity * (plant.nodeTemp(i) - 25);
+    }
+    // Each step holds the power of its start: the ramp loses half a step of its rise.
+    EXPECT_NEAR(joules, 100 * 4 / 2.0 + 100 * 1, 4 * 0.1 / 2 + 1e-6);
+}
+
+TEST(Plant, followsTheExponentialOfOneNode) {
+    PlantParams params = phone(0);
+    params.nodes = {{"n", 20, 45}};
+    params.links = {{kAmbientNode, 0, 5}};
+    params.zones.clear();
+    sim::Plant plant(params);
+    plant.advanceTo(100);  // one time constant
+    EXPECT_NEAR(plant.nodeTemp(size_t{0}), 25 + 20 / std::exp(1.0), 0.01);
+}
+
+TEST(Plant, risesWhileHeatedAndFallsAfterwardsWithoutOvershoot) {
+    PlantParams params = phone(0);
+    params.sources[0].power = {{{0, 3}, {300, 3}, {300, 0}}};
+    sim::Plant plant(params);
+    double shell = 25;
+    for (int64_t t = 1; t <= 300; ++t) {
+        plant.advanceTo(t);
+        EXPECT_GE(*plant.nodeTemp("die"), *plant.nodeTemp("board"));
+        EXPECT_GE(*plant.nodeTemp("board"), *plant.nodeTemp("shell"));
+        EXPECT_GE(*plant.nodeTemp("shell"), shell);
+        shell = *plant.nodeTemp("shell");
+    }
+    EXPECT_GT(shell, 27);
+    EXPECT_LT(shell, 40);
+    const double hottest = *plant.nodeTemp("die");
+    plant.advanceTo(5000);
+    EXPECT_LT(*plant.nodeTemp("die"), hottest);
+    EXPECT_GE(*plant.nodeTemp("shell"), 25);
+}
+
+TEST(Plant, reachesTheSameStateInOneStrideOrMany) {
+    sim::Plant stride(phone(3));
+    sim::Plant steps(phone(3));
+    stride.advanceTo(60);
+    for (int64_t t = 0; t <= 60; ++t) {
+        steps.advanceTo(t);
+    }
+    steps.advanceTo(10);  // the past changes nothing
+    EXPECT_EQ(stride.nodeTemp("die"), steps.nodeTemp("die"));
+    EXPECT_EQ(steps.time(), 60);
+}
+
+TEST(Plant, followsTheAmbient) {
+    PlantParams params = phone(0);
+    params.ambient = {{{0, 25}, {1000, 5}}};
+    sim::Plant plant(params);
+    plant.advanceTo(1000);
+    EXPECT_DOUBLE_EQ(plant.ambient(), 5);
+    EXPECT_LT(*plant.nodeTemp("shell"), 20);
+    EXPECT_GT(*plant.nodeTemp("shell"), 5);
+}
+
+TEST(Plant, showsZonesWithOffsetAndResolution) {
+    PlantParams params = phone(0);
+    params.nodes[2].start = 33.3339;
+    params.nodes[0].start = -0.0015;
+    const sim::Plant plant(params);
+    EXPECT_EQ(plant.zoneTemp("shell"), 34800);
+    EXPECT_EQ(plant.zoneTemp("die"), -1);
+    EXPECT_EQ(plant.zoneTemp("none"), std::nullopt);
+}
+
+TEST(Plant, repeatsItsNoiseWithinItsBounds) {
+    PlantParams params = phone(0);
+    params.zones[0].noise = 50;
+    sim::Plant first(params);
+    sim::Plant second(params);
+    int32_t least = 25000;
+    int32_t most = 25000;
+    for (int64_t t = 1; t <= 200; ++t) {
+        first.advanceTo(t);
+        second.advanceTo(t);
+        EXPECT_EQ(first.zoneTemp("die"), second.zoneTemp("die"));
+        least = std::min(least, *first.zoneTemp("die"));
+        most = std::max(most, *first.zoneTemp("die"));
+    }
+    EXPECT_GE(least, 24950);
+    EXPECT_LT(least, 24960);
+    EXPECT_LE(most, 25050);
+    EXPECT_GT(most, 25040);
+}
+
+TEST(Plant, chargesAndDrainsTheBattery) {
+    PlantParams params = phone(2);
+    EXPECT_EQ(sim::Plant(params).batteryCurrent(), std::nullopt);
+    params.battery = {4, {{{0, 0}, {10, 0}, {10, 6}}}};
+    params.sources.push_back({"loss", 1, {{{0, 1}}}, false});
+    sim::Plant plant(params);
+    EXPECT_EQ(plant.batteryCurrent(), 500);
+    EXPECT_DOUBLE_EQ(plant.totalPower(), 3);
+    plant.advanceTo(10);
+    EXPECT_EQ(plant.batteryCurrent(), -1000);
+}
+
+TEST(Plant, findsTheNodeThatWouldSwing) {
+    PlantParams params = phone(1);
+    EXPECT_EQ(sim::unstableNode(params), -1);
+    params.nodes[0].capacity = 0.0251;  // step / (R C) is just below 1
+    EXPECT_EQ(sim::unstableNode(params), -1);
+    params.nodes[0].capacity = 0.025;
+    EXPECT_EQ(sim::unstableNode(params), 0);
+}
+
+}  // namespace

@@ -1,0 +1,133 @@
+#include "sim/ScenarioParser.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "sim/DeviceTree.h"
+
+namespace {
+
+/** What parseScenario says against this text; empty when it is accepted. */
+std::string refusal(const std::string& text) {
+    try {
+        sim::parseScenario(text, "s.json", ".");
+    } catch (const sim::ScenarioError& error) {
+        EXPECT_EQ(error.file(), "s.json");
+        return error.place() + ": " + error.problem();
+    }
+    return "";
+}
+
+TEST(ScenarioParser, givesDefaultsToAbsentMembers) {
+    const auto scenario = sim::parseScenario(R"({"duration": 1.5})", "s.json", ".");
+    EXPECT_EQ(scenario.startNs, 1772352000LL * 1000000000);
+    EXPECT_EQ(scenario.uptimeMs, 100000);
+    EXPECT_EQ(scenario.durationMs, 1500);
+    EXPECT_EQ(scenario.properties.at("persist.sys.kelvo.enable"), "1");
+    EXPECT_EQ(scenario.services.size(), 6U);
+    EXPECT_FALSE(scenario.config.main || scenario.trace || scenario.plant);
+}
+
+TEST(ScenarioParser, takesWhatIsGiven) {
+    const auto scenario = sim::parseScenario(
+            R"({"name": "n", "start": "1970-01-02T00:00:01.5Z", "uptime": 0, "duration": 1,
+                "properties": {"persist.sys.kelvo.enable": "0"}, "services": ["health"],
+                "nodes": {"/a/b": "x\n", "/a/c": {"hex": "00 fF"}, "/d": null},
+                "zones": [{"type": "cpu", "temp": -40000}, {"type": "cpu", "temp": null}]})",
+            "s.json", ".");
+    EXPECT_EQ(scenario.startNs, 86401500000000);
+    EXPECT_EQ(scenario.properties.at("persist.sys.kelvo.enable"), "0");
+    EXPECT_EQ(scenario.services, std::set<std::string>{"health"});
+    ASSERT_EQ(scenario.nodes.size(), 3U);
+    EXPECT_EQ(scenario.nodes[1].text, std::string("\0\xff", 2));
+    EXPECT_EQ(scenario.nodes[2].text, std::nullopt);
+    EXPECT_EQ(scenario.zones[0].temp, -40000);
+    EXPECT_EQ(scenario.zones[1].temp, std::nullopt);
+}
+
+TEST(ScenarioParser, readsConfigurationFilesBesideTheScenario) {
+    const sim::TemporaryFolder folder("kelvo-scenario-");
+    sim::DeviceTree files(folder.path());
+    files.setNode("/sub/main.json", "{not json");
+    files.setNode("/s.json", R"({"duration": 1, "config": {"main": "sub/main.json"}})");
+    EXPECT_EQ(sim::loadScenario(folder.path() + "/s.json").config.main, "{not json");
+}
+
+TEST(ScenarioParser, refusesWithPlaceAndReason) {
+    const struct {
+        const char* text;
+        const char* message;
+    } cases[] = {
+            {"{\"duration\": 1,\n \"zones\": [}",
+             "line 2, column 12: not JSON: Syntax error: value, object or array expected."},
+            {"{}", ": the member \"duration\" is missing"},
+            {"[]", ": expected an object"},
+            {R"({"duration": 0})", "duration: expected seconds above 0"},
+            {R"({"duration": -1})", "duration: expected seconds from 0 to 1000000000"},
+            {R"({"duration": "1"})", "duration: expected seconds from 0 to 1000000000"},
+            {R"({"duration": 1, "zone": []})", "zone: unknown member, did you mean \"zones\"?"},
+            {R"({"duration": 1, "qwertz": []})", "qwertz: unknown member"},
+            {R"({"duration": 1, "start": "2026-02-29T08:00:00Z"})",
+             "start: expected a time like \"2026-03-01T08:00:00Z\", from 1970 to 2200"},
+            {R"({"duration": 1, "start": "2026-03-01 08:00:00"})",
+             "start: expected a time like \"2026-03-01T08:00:00Z\", from 1970 to 2200"},
+            {R"({"duration": 1, "zones": [{"type": "cpu", "temp": 1.5}]})",
+             "zones[0].temp: expected a whole number of m°C or null"},
+            {R"({"duration": 1, "zones": [{"type": "cpu"}]})",
+             "zones[0]: the member \"temp\" is missing"},
+            {R"({"duration": 1, "nodes": {"/sys/../etc": "x"}})",
+             "nodes./sys/../etc: expected an absolute path without \"..\""},
+            {R"({"duration": 1, "nodes": {"sys": "x"}})",
+             "nodes.sys: expected an absolute path without \"..\""},
+            {R"({"duration": 1, "nodes": {"/a": {"hex": "0"}}})",
+             "nodes./a.hex: expected an even number of hexadecimal digits"},
+            {R"({"duration": 1, "nodes": {"/a": "x", "/a/b": "y"}})",
+             "nodes./a/b: \"/a\" is a node, not a folder"},
+            {R"({"duration": 1, "properties": {"a/b": "1"}})",
+             "properties.a/b: this is no name of a property"},
+            {R"({"duration": 1, "properties": {"a": 1}})", "properties.a: expected a text"},
+            {R"({"duration": 1, "services": ["helth"]})",
+             "services[0]: no service \"helth\", did you mean \"health\"?"},
+            {R"({"duration": 1, "config": {"main": "absent.json"}})",
+             "config.main: cannot read ./absent.json (No such file or directory)"},
+    };
+    for (const auto& row : cases) {
+        EXPECT_EQ(refusal(row.text), row.message) << row.text;
+    }
+}
+
+TEST(ScenarioParser, refusesPlantsThatCannotBe) {
+    const struct {
+        const char* member;
+        const char* value;
+        const char* message;
+    } cases[] = {
+            {"\"capacity\": 10", "\"capacity\": 0",
+             "plant.nodes.a.capacity: expected J/K from 0.000001 to 1000000000"},
+            {"\"resistance\": 2", "\"resistance\": 0.01",
+             "plant.nodes.a: the step is too long for this capacity and its links: step × "
+             "Σ 1/(resistance × capacity) must stay below 1"},
+            {"\"ambient\"]", "\"b\"]",
+             "plant.links[0].between[1]: no plant node \"b\", did you "
+             "mean \"a\"?"},
+            {"[[0, 1]]", "[[5, 1], [4, 1]]", "plant.sources.s.power[1][0]: time goes back"},
+            {"\"z\":", "\"y\":", "plant.zones.y: no zone, or more than one, of this type"},
+            {"\"step\": 0.1", "\"step\": 0.3",
+             "plant.step: expected seconds of which whole steps make one second, 0.001 to 1"},
+    };
+    const std::string good =
+            R"({"duration": 1, "zones": [{"type": "z", "temp": 1}], "plant": {"step": 0.1,
+                "ambient": 25, "nodes": {"a": {"capacity": 10}},
+                "links": [{"between": ["a", "ambient"], "resistance": 2}],
+                "sources": {"s": {"node": "a", "power": [[0, 1]]}},
+                "zones": {"z": {"node": "a"}}}})";
+    EXPECT_EQ(refusal(good), "");
+    for (const auto& row : cases) {
+        std::string text = good;
+        text.replace(text.find(row.member), std::string(row.member).size(), row.value);
+        EXPECT_EQ(refusal(text), row.message);
+    }
+}
+
+}  // namespace

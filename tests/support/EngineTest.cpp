@@ -1,0 +1,55 @@
+#include "support/EngineTest.h"
+
+#include <algorithm>
+
+std::string json(std::string_view text) {
+    std::string result(text);
+    std::ranges::replace(result, '\'', '"');
+    return result;
+}
+
+EngineTest::EngineTest() {
+    scenario.name = "test";
+    scenario.startNs = 1'772'352'000'000'000'000;  // 2026-03-01T08:00:00Z
+    scenario.durationMs = 1'000'000'000;
+    scenario.properties["persist.sys.kelvo.enable"] = "1";
+    scenario.properties["persist.sys.kelvo.loglevel"] = "2";
+    // SM8450, a Qualcomm chip
+    scenario.nodes.push_back({"/sys/devices/soc0/soc_id", "457\n"});
+    scenario.nodes.push_back({"/sys/devices/soc0/raw_version", "2\n"});
+}
+
+void EngineTest::addZone(std::string type, std::optional<int32_t> temp) {
+    scenario.zones.push_back({std::move(type), temp});
+}
+
+void EngineTest::setConfig(std::string text) {
+    text.insert(text.find('{') + 1, "'thermal_status_model':{'temp_threshold_down':[]},");
+    scenario.config.main = json(text);
+}
+
+void EngineTest::buildPhone() {
+    mPhone = std::make_unique<sim::VirtualPhone>(scenario);
+    mPhone->setListener([this](const sim::Event& event) {
+        if (event.name == "write") {
+            mWrites.push_back(event.members.back().second.asString());
+        }
+    });
+}
+
+void EngineTest::startPhone() {
+    buildPhone();
+    ASSERT_TRUE(mPhone->start());
+}
+
+void EngineTest::runUntil(double seconds) {
+    mPhone->runUntil(static_cast<int64_t>(seconds * 1000));
+}
+
+void EngineTest::setTemp(int32_t zone, std::optional<int32_t> temp) {
+    mPhone->perform(sim::SetZones{{{zone, temp}}});
+}
+
+std::vector<std::string> EngineTest::takeWrites() {
+    return std::exchange(mWrites, {});
+}

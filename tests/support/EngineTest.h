@@ -1,0 +1,48 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sim/VirtualPhone.h"
+#include "support/LogCapture.h"
+
+/**
+ * The real engines on a simulated phone in virtual time. A case fills the scenario with zones and
+ * a configuration, calls startPhone(), and moves time. Each case has its own process.
+ */
+class EngineTest : public testing::Test {
+  protected:
+    EngineTest();
+
+    /** Adds thermal_zoneN with its type and temperature (m°C). */
+    void addZone(std::string type, std::optional<int32_t> temp);
+    /** The main configuration file; "temp_threshold_down" is put into it. Single quotes serve as
+     * double ones. */
+    void setConfig(std::string json);
+    void startPhone();
+    /** Builds the tree but leaves the daemon's engines alone. */
+    void buildPhone();
+
+    sim::VirtualPhone& phone() { return *mPhone; }
+    /** Runs up to `seconds` after t = 0. */
+    void runUntil(double seconds);
+    void setTemp(int32_t zone, std::optional<int32_t> temp);
+
+    /** Texts written to "/proc/shell-temp" since the last call. */
+    std::vector<std::string> takeWrites();
+
+    LogCapture log;
+    sim::Scenario scenario;
+
+  private:
+    std::unique_ptr<sim::VirtualPhone> mPhone;
+    std::vector<std::string> mWrites;
+};
+
+/** JSON with single quotes for double ones. */
+std::string json(std::string_view text);
