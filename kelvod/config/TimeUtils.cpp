@@ -2,23 +2,16 @@
 
 #include <android-base/stringprintf.h>
 #include <time.h>
-#include <utils/Timers.h>
 
 #include "core/Log.h"
+#include "core/Time.h"
 
 namespace kelvo {
 
 namespace {
 
-constexpr nsecs_t kNanosPerSecond = 1'000'000'000;
-
-long wallClockSeconds() {
-    return static_cast<long>(systemTime(SYSTEM_TIME_REALTIME) / kNanosPerSecond);
-}
-
 bool toLocalTime(long seconds, struct tm* local) {
-    // localtime_r() alone need not notice that the user has changed the time zone.
-    tzset();
+    // Reentrant; on a phone it also notices that the user has changed the time zone.
     const time_t time = seconds;
     return localtime_r(&time, local) != nullptr;
 }

@@ -1,8 +1,7 @@
 #include "core/DataCollector.h"
 
-#include <utils/Timers.h>
-
 #include "core/Log.h"
+#include "core/Time.h"
 
 ANDROID_SINGLETON_STATIC_INSTANCE(kelvo::DataCollector)
 
@@ -70,7 +69,7 @@ Json::Value DataCollector::getData() const {
 
 void DataCollector::reset(int minDays) {
     android::Mutex::Autolock lock(mMutex);
-    const auto nowDay = static_cast<int32_t>(systemTime(SYSTEM_TIME_REALTIME) / kNanosPerDay);
+    const auto nowDay = static_cast<int32_t>(wallClockNanos() / kNanosPerDay);
     if (nowDay - mLastResetDay >= minDays) {
         for (const std::string& name : mRoot.getMemberNames()) {
             mRoot[name] = Json::Value();

@@ -8,6 +8,7 @@
 
 #include "config/KelvoConfig.h"
 #include "core/Log.h"
+#include "core/Time.h"
 #include "core/WorkThread.h"
 #include "shelltemp/ShellTempFitting.h"
 
@@ -99,8 +100,7 @@ int MessageManager::sendMessageDelayed(const KelvoMessage& message, int delayMs)
 }
 
 int MessageManager::sendThrottlingDelayMessage(int delayMs) {
-    KLOGD("delay sendThrottlingDelayMessage, delayMs:%d, cur:%d", delayMs,
-          static_cast<int>(ns2s(systemTime(SYSTEM_TIME_MONOTONIC))));
+    KLOGD("delay sendThrottlingDelayMessage, delayMs:%d, cur:%d", delayMs, monotonicSeconds());
     mLooper->sendMessageDelayed(millisecondsToNanos(delayMs), mThrottlingHandler,
                                 Message(MSG_LOAD_FLASH_SCENE));
     return 0;

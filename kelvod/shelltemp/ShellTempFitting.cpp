@@ -2,11 +2,11 @@
 
 #include <cutils/properties.h>
 #include <string.h>
-#include <utils/Timers.h>
 
 #include "config/PlatformAdaptor.h"
 #include "config/TimeUtils.h"
 #include "core/Log.h"
+#include "core/Time.h"
 #include "shelltemp/ZoneReader.h"
 
 using android::Mutex;
@@ -21,7 +21,6 @@ constexpr char kIpaProperty[] = "sys.ipa_thermal_number";
 // The inner display of this project runs two degrees cooler than its model says.
 constexpr char kInnerProject[] = "47213";
 
-constexpr int32_t kDefaultInterval = 5;  // s
 constexpr int32_t kTsensorInterval = 1;  // s
 constexpr int32_t kTicksPerFitting = 5;  // while tsensors are sampled
 
@@ -38,7 +37,7 @@ ShellTempFitting::ShellTempFitting() : mLoop("st-fitting", this, kDefaultInterva
     readInterval();
     {
         Mutex::Autolock lock(mMutex);
-        mStartTime = systemTime(SYSTEM_TIME_MONOTONIC);
+        mStartTime = kelvo::monotonicNanos();
         mRecordDay = kelvo::getLocalDay();
         mRecordStart = kelvo::getTimestamp();
     }

@@ -19,6 +19,7 @@
 #include "shelltemp/ThermalZone.h"
 #include "shelltemp/TsensorCollector.h"
 #include "shelltemp/ZoneTable.h"
+#include "shelltemp/ZoneTemps.h"
 
 /**
  * The shell-temperature engine: computes the temperatures of the phone's shell from thermal zones
@@ -46,7 +47,7 @@ class ShellTempFitting : public android::Singleton<ShellTempFitting>,
      */
     int updateScene(const std::string& scene, bool flag, int);
     /** Switches the models to a scene from the next cycle on. 1 switched, 0 kept. */
-    int switchFittingScene(std::string scene);
+    int switchFittingScene(const std::string& scene);
     void updateChargeStatus(bool charging);
     void updateFoldStatus(bool folded);
 
@@ -81,6 +82,8 @@ class ShellTempFitting : public android::Singleton<ShellTempFitting>,
 
     using FittingSet = kelvo::TempFittingModel;
 
+    static constexpr int32_t kDefaultInterval = 5;  // s
+
     // Configuration (ShellTempFittingConfig.cpp)
     int initConfig();
     int initConfigLocked() REQUIRES(mMutex);
@@ -108,9 +111,8 @@ class ShellTempFitting : public android::Singleton<ShellTempFitting>,
     int getAndCheckTemp(const kelvo::ThermalZone& zone, int& temp) REQUIRES(mMutex);
     int recordAbnTZone(const kelvo::ThermalZone& zone, const int& temp, const int& state)
             REQUIRES(mMutex);
-    int gatherTemps(const kelvo::FittingModel& model, kelvo::ZoneTemps& zoneTemps,
-                    std::vector<int32_t>& temps) REQUIRES(mMutex);
-    int fitModel(const kelvo::FittingModel& model, kelvo::ZoneTemps& zoneTemps) REQUIRES(mMutex);
+    int gatherTemps(const kelvo::FittingModel& model, std::vector<int32_t>& temps) REQUIRES(mMutex);
+    int fitModel(const kelvo::FittingModel& model) REQUIRES(mMutex);
     void specialHandlingInnerTemp(int index) REQUIRES(mMutex);
     void capToReference() REQUIRES(mMutex);
     bool screenJustTurnedOn() REQUIRES(mMutex);
@@ -151,6 +153,7 @@ class ShellTempFitting : public android::Singleton<ShellTempFitting>,
     int32_t mBackupCount GUARDED_BY(mMutex) = 0;  // those still enabled
     std::map<int32_t, std::string> mModelNameByIndex GUARDED_BY(mMutex);
     std::vector<std::string> mAvailableAmbientModels GUARDED_BY(mMutex);
+    kelvo::ZoneTemps mZoneTemps GUARDED_BY(mMutex);  // of the latest cycle
     kelvo::FittingTemps mFittingTemps GUARDED_BY(mMutex);
     kelvo::FittingTemps mLastFittingTemps GUARDED_BY(mMutex);
     int32_t mFittingTime GUARDED_BY(mMutex) = 0;      // monotonic, s

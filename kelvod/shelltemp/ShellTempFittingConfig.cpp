@@ -14,7 +14,6 @@ namespace {
 
 constexpr char kModelsKey[] = "shell_temp_fitting_model";
 constexpr char kIntervalProperty[] = "persist.sys.shelltemp.interval";
-constexpr int32_t kDefaultInterval = 5;  // s
 
 int32_t readAbnormalLimit() {
     Json::Value limit;

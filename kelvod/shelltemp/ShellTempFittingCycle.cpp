@@ -2,7 +2,6 @@
 
 #include <cutils/trace.h>
 #include <stdio.h>
-#include <utils/Timers.h>
 
 #include <algorithm>
 #include <set>
@@ -12,12 +11,15 @@
 #include "core/DataCollector.h"
 #include "core/Log.h"
 #include "core/Numeric.h"
+#include "core/Time.h"
 #include "shelltemp/FittingEvaluation.h"
 #include "shelltemp/ShellTempFitting.h"
 
 using android::Mutex;
 using kelvo::FittingModel;
 using kelvo::FittingTemps;
+using kelvo::kNanosPerSecond;
+using kelvo::monotonicNanos;
 using kelvo::ThermalZone;
 using kelvo::ZoneTemps;
 
@@ -30,16 +32,7 @@ constexpr int32_t kInnerHighTemp = 47999;   // m°C, up to here the inner area i
 constexpr int32_t kInnerCorrection = 2000;  // m°C
 constexpr int32_t kScreenGuardSeconds = 5;  // no smoothing right after "SCREEN:ON"
 constexpr int32_t kTraceZeroTemp = 40000;   // m°C that a trace counter shows as 0
-constexpr int64_t kNanosPerSecond = 1'000'000'000;
-constexpr int64_t kCollectPeriod = 3600;  // s
-
-int64_t monotonicNanos() {
-    return systemTime(SYSTEM_TIME_MONOTONIC);
-}
-
-int32_t monotonicSeconds() {
-    return static_cast<int32_t>(monotonicNanos() / kNanosPerSecond);
-}
+constexpr int64_t kCollectPeriod = 3600;    // s
 
 void traceTemps(const std::map<std::string, int32_t>& temps) {
     if (atrace_is_tag_enabled(ATRACE_TAG_ALWAYS) == 0) {
@@ -87,9 +80,9 @@ int ShellTempFitting::getAndfitTemp() {
     mLastFittingTemps.swap(mFittingTemps);
     mLastFittingTime = mFittingTime;
     mFittingTemps.clear();
-    ZoneTemps zoneTemps;
+    mZoneTemps.clear();
     for (const FittingModel& model : mCurrentFittingModel->models) {
-        if (fitModel(model, zoneTemps) != 0) {
+        if (fitModel(model) != 0) {
             return -1;
         }
     }
@@ -97,13 +90,13 @@ int ShellTempFitting::getAndfitTemp() {
         mLastFittingTemps = mFittingTemps;
         mLastFittingTime = mFittingTime;
     }
-    recordTempData(zoneTemps);
+    recordTempData(mZoneTemps);
     return 0;
 }
 
-int ShellTempFitting::fitModel(const FittingModel& model, ZoneTemps& zoneTemps) {
+int ShellTempFitting::fitModel(const FittingModel& model) {
     std::vector<int32_t> temps;
-    if (gatherTemps(model, zoneTemps, temps) != 0) {
+    if (gatherTemps(model, temps) != 0) {
         return -1;
     }
     if (temps.empty()) {
@@ -120,17 +113,15 @@ int ShellTempFitting::fitModel(const FittingModel& model, ZoneTemps& zoneTemps) 
     if (mInnerSpecialHandling && model.name == "inner") {
         specialHandlingInnerTemp(model.index);
     }
-    mFittingTime = monotonicSeconds();
+    mFittingTime = kelvo::monotonicSeconds();
     return 0;
 }
 
-int ShellTempFitting::gatherTemps(const FittingModel& model, ZoneTemps& zoneTemps,
-                                  std::vector<int32_t>& temps) {
+int ShellTempFitting::gatherTemps(const FittingModel& model, std::vector<int32_t>& temps) {
     temps.reserve(model.zones.size());
     for (const ThermalZone& zone : model.zones) {
-        const auto known = zoneTemps.find(zone.index);
-        if (known != zoneTemps.end()) {
-            temps.push_back(known->second);
+        if (const int32_t* const known = mZoneTemps.find(zone.index)) {
+            temps.push_back(*known);
             continue;
         }
         int temp = 0;
@@ -138,7 +129,7 @@ int ShellTempFitting::gatherTemps(const FittingModel& model, ZoneTemps& zoneTemp
             KLOGE("Get temp(tz:%d) failed!", zone.index);
             return -1;
         }
-        zoneTemps.emplace(zone.index, temp);
+        mZoneTemps.add(zone.index, temp);
         temps.push_back(temp);
     }
     return 0;

@@ -1,13 +1,12 @@
 // What makes the engine change its cadence, its models or its configuration.
 
-#include <utils/Timers.h>
-
 #include <algorithm>
-#include <cinttypes>
+#include <cstdio>
 
 #include "config/KelvoConfig.h"
 #include "config/TimeUtils.h"
 #include "core/Log.h"
+#include "core/Time.h"
 #include "shelltemp/ShellTempFitting.h"
 
 using android::Mutex;
@@ -16,7 +15,6 @@ using kelvo::KelvoConfig;
 namespace {
 
 constexpr int32_t kScreenOffInterval = 5;  // s, at least
-constexpr int64_t kNanosPerSecond = 1'000'000'000;
 
 }  // namespace
 
@@ -36,7 +34,7 @@ int ShellTempFitting::updateScene(const std::string& scene, bool flag, int) {
         mRecordDay = today;
         mRecords.clear();
         mRecordStart = kelvo::getTimestamp();
-        mStartTime = systemTime(SYSTEM_TIME_MONOTONIC);
+        mStartTime = kelvo::monotonicNanos();
     }
     KLOGI("Update package %s interval %d", scene.c_str(), interval);
     return 0;
@@ -50,12 +48,12 @@ void ShellTempFitting::applyCadence(const std::string& scene, int32_t* interval)
         mLoop.setIntervalLocked(mConfiguredInterval);
     }
     if (scene == "SCREEN:ON") {
-        mScreenOnTime = static_cast<int32_t>(systemTime(SYSTEM_TIME_MONOTONIC) / kNanosPerSecond);
+        mScreenOnTime = kelvo::monotonicSeconds();
     }
     *interval = mLoop.intervalLocked();
 }
 
-int ShellTempFitting::switchFittingScene(std::string scene) {
+int ShellTempFitting::switchFittingScene(const std::string& scene) {
     Mutex::Autolock lock(mMutex);
     const auto found = mSceneModels.find(scene);
     if (found == mSceneModels.end() || found->second.models.empty()) {
@@ -226,7 +224,7 @@ int ShellTempFitting::reload() {
     if (result == 0) {
         char text[64];
         snprintf(text, sizeof(text), "Reload@%lld",
-                 static_cast<long long>(systemTime(SYSTEM_TIME_MONOTONIC)));
+                 static_cast<long long>(kelvo::monotonicNanos()));
         updateScene(text, false, 0);
     }
     initSpecifiedConfig();

@@ -1,9 +1,8 @@
 #include "shelltemp/SpecifiedZones.h"
 
-#include <utils/Timers.h>
-
 #include "core/Log.h"
 #include "core/Numeric.h"
+#include "core/Time.h"
 #include "shelltemp/ZoneReader.h"
 
 namespace kelvo {
@@ -11,10 +10,6 @@ namespace kelvo {
 namespace {
 
 constexpr int32_t kCacheSeconds = 19;  // a value is read again when it is older
-
-int32_t wallClockSeconds() {
-    return static_cast<int32_t>(nanoseconds_to_seconds(systemTime(SYSTEM_TIME_REALTIME)));
-}
 
 }  // namespace
 
@@ -41,7 +36,7 @@ int SpecifiedZones::getTemps(std::vector<int>& temps) {
         KLOGD("specified Tz is empty!");
         return -1;
     }
-    const int32_t now = wallClockSeconds();
+    const auto now = static_cast<int32_t>(wallClockSeconds());
     if (wrappingSub(now, mCacheTime) > kCacheSeconds) {
         return refreshLocked(temps, now);
     }

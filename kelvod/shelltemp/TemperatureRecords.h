@@ -7,7 +7,7 @@
 #include <map>
 #include <string>
 
-#include "shelltemp/ThermalZone.h"
+#include "shelltemp/ZoneTemps.h"
 
 namespace kelvo {
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <string>
 
 namespace kelvo {
@@ -19,8 +18,5 @@ enum class ZoneState : int32_t {
     HAL_FAILED = 2,  // a HAL service failed, which is no fault of the zone
     OUT_OF_RANGE = 3,
 };
-
-/** Zone index → temperature (m°C) of one fitting cycle. */
-using ZoneTemps = std::map<int32_t, int32_t>;
 
 }  // namespace kelvo

@@ -1,5 +1,6 @@
 #include "shelltemp/ZoneReader.h"
 
+#include <stdio.h>
 #include <stdlib.h>
 
 #include "config/FileUtils.h"
@@ -10,6 +11,7 @@ namespace kelvo {
 
 namespace {
 
+constexpr size_t kPathSize = 64;
 constexpr int32_t kLowestTemp = -39999;   // m°C
 constexpr int32_t kHighestTemp = 115000;  // m°C
 
@@ -19,7 +21,9 @@ std::string zoneTempPath(const ThermalZone& zone, bool isQcom) {
     if (!isQcom && zone.name.starts_with("mtkts")) {
         return "/proc/mtktz/" + zone.name;
     }
-    return "/sys/class/thermal/thermal_zone" + std::to_string(zone.index) + "/temp";
+    char path[kPathSize];
+    snprintf(path, sizeof(path), "/sys/class/thermal/thermal_zone%d/temp", zone.index);
+    return path;
 }
 
 bool isPlausibleTemp(int32_t temp) {
