@@ -104,7 +104,7 @@ void VirtualPhone::collectEvents() {
     });
 }
 
-void VirtualPhone::emit(Event event) {
+void VirtualPhone::emit(const Event& event) {
     mListener(event);
 }
 

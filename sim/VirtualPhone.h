@@ -48,7 +48,7 @@ class VirtualPhone {
     void runMoment(int64_t timeMs);
     void apply(const Deed& deed);
     void collectEvents();
-    void emit(Event event);
+    void emit(const Event& event);
 
     const Scenario& mScenario;
     DeviceTree mTree;

@@ -53,9 +53,7 @@ void addLive(CLI::App& app, int* status) {
     command->callback([status] { *status = runLive(options); });
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
     CLI::App app("A simulated phone for kelvod", "kelvosim");
     app.set_version_flag("--version", "kelvosim " KELVO_VERSION);
     app.require_subcommand(1);
@@ -65,14 +63,23 @@ int main(int argc, char** argv) {
     addLive(app, &status);
     try {
         app.parse(argc, argv);
-    } catch (const CLI::Success& success) {
-        return app.exit(success);
+    } catch (const CLI::Success& request) {
+        return app.exit(request);
     } catch (const CLI::ParseError& error) {
-        std::cerr << "kelvosim: " << error.what() << "\n";
+        std::cerr << "kelvosim: " << error.what() << ": command line\n"
+                  << "Run kelvosim --help for the usage.\n";
         return kWrongUsage;
-    } catch (const std::exception& error) {
-        std::cerr << "kelvosim: " << error.what() << "\n";
-        return kFailure;
     }
     return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& error) {
+        std::cerr << "kelvosim: " << error.what() << '\n';
+        return kFailure;
+    }
 }
