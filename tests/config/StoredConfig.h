@@ -1,7 +1,11 @@
 #pragma once
 
+#include <stdlib.h>
+#include <utime.h>
+
 #include <string>
 
+#include "sim/ConfigStore.h"
 #include "sim/DeviceTree.h"
 
 inline constexpr char kOriginConfig[] = "/system_ext/etc/kelvo/kelvo.conf";
@@ -9,14 +13,18 @@ inline constexpr char kDataConfig[] = "/data/zenta_lib/kelvo.conf";
 inline constexpr char kSubConfig[] = "/system_ext/etc/kelvo/kelvo_SM8450.conf";
 
 /** The device tree of the test's own phone. */
-sim::DeviceTree phone();
+inline sim::DeviceTree phone() {
+    return sim::DeviceTree(getenv("KELVO_ROOT"));
+}
 
 /** Writes a file of the phone with its modification time in seconds since the epoch. */
-void setFile(const std::string& path, const std::string& bytes, time_t mtime);
-/** The same for a JSON text, which is stored encrypted. */
-void storeConfig(const std::string& path, const std::string& json, time_t mtime);
+inline void setFile(const std::string& path, const std::string& bytes, time_t mtime) {
+    phone().setNode(path, bytes);
+    const utimbuf times{mtime, mtime};
+    utime(phone().hostPath(path).c_str(), &times);
+}
 
-/** Encrypts whole blocks, whatever they hold. */
-std::string encryptBlocks(const std::string& plain);
-/** Four bytes, little-endian. */
-std::string littleEndian(uint32_t number);
+/** The same for a JSON text, which is stored encrypted. */
+inline void storeConfig(const std::string& path, const std::string& json, time_t mtime) {
+    setFile(path, kelvo::encryptConfig(json), mtime);
+}

@@ -2,24 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "config/VirtualClock.h"
+#include <tuple>
+
+#include "sim/VirtualTime.h"
 #include "support/LogCapture.h"
 
 using kelvo::DataCollector;
-
-namespace {
-
-constexpr nsecs_t kDay = 86'400'000'000'000;
-
-void fill() {
-    DataCollector::getInstance().setData(kelvo::DC_PKG, "key", "field", "value");
-}
-
-bool isFilled() {
-    return DataCollector::getInstance().getData()["pkg"].isObject();
-}
-
-}  // namespace
 
 TEST(DataCollector, storesByTypeKeyAndField) {
     DataCollector& collector = DataCollector::getInstance();
@@ -42,42 +30,22 @@ TEST(DataCollector, storesByTypeKeyAndField) {
     EXPECT_EQ(data["pkg"]["whole"].size(), 1U);
 }
 
-TEST(DataCollector, resetKeepsNamesOnly) {
-    fill();
-    gVirtualTime = 20'000 * kDay;
-    DataCollector::getInstance().reset(7);
-    EXPECT_EQ(DataCollector::getInstance().asJson(), "{\n\t\"pkg\" : null\n}\n");
-    fill();
-    EXPECT_TRUE(isFilled());
-}
-
-TEST(DataCollector, resetCountsWholeDaysOfUtc) {
-    DataCollector& collector = DataCollector::getInstance();
+TEST(DataCollector, resetCountsWholeDaysOfUtcAndKeepsNames) {
+    constexpr int64_t kDay = 86'400'000'000'000;
+    const std::tuple<int64_t, int, const char*, bool> rows[] = {
+            {20'001 * kDay - 1, 7, "nowDay=20000, mLastResetDay=20000", true},
+            {20'007 * kDay - 1, 7, "nowDay=20006, mLastResetDay=20000", false},
+            {20'007 * kDay, 7, "nowDay=20007, mLastResetDay=20007", true},
+            {20'007 * kDay, 0, "nowDay=20007, mLastResetDay=20007", true},
+            {20'007 * kDay - 1, 0, "nowDay=20006, mLastResetDay=20007", false},
+    };
     LogCapture log;
-    gVirtualTime = 20'001 * kDay - 1;
-    collector.reset(7);
-    fill();
-    gVirtualTime = 20'007 * kDay - 1;
-    collector.reset(7);
-    EXPECT_TRUE(isFilled());
-    EXPECT_EQ(log.count(ANDROID_LOG_DEBUG, "DataCollector reset nowDay=20006, mLastResetDay=20000"),
-              1U);
-    gVirtualTime = 20'007 * kDay;
-    collector.reset(7);
-    EXPECT_FALSE(isFilled());
-    EXPECT_TRUE(log.has("DataCollector reset nowDay=20007, mLastResetDay=20007"));
-}
-
-TEST(DataCollector, resetZeroClearsUnlessTheClockWentBack) {
-    gVirtualTime = 100 * kDay;
-    fill();
-    DataCollector::getInstance().reset(0);
-    EXPECT_FALSE(isFilled());
-    fill();
-    gVirtualTime = 99 * kDay;
-    DataCollector::getInstance().reset(0);
-    EXPECT_TRUE(isFilled());
-    gVirtualTime = 100 * kDay;
-    DataCollector::getInstance().reset(0);
-    EXPECT_FALSE(isFilled());
+    for (const auto& [nowNs, minDays, days, clears] : rows) {
+        log.clear();
+        sim::VirtualTime::start(0, nowNs);
+        DataCollector::getInstance().setData(kelvo::DC_PKG, "key", "field", "value");
+        DataCollector::getInstance().reset(minDays);
+        EXPECT_EQ(log.count(ANDROID_LOG_DEBUG, std::string("DataCollector reset ") + days), 1u);
+        EXPECT_EQ(DataCollector::getInstance().asJson() == "{\n\t\"pkg\" : null\n}\n", clears);
+    }
 }

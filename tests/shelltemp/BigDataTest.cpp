@@ -9,16 +9,12 @@ namespace {
 constexpr double kHour = 3600;
 constexpr double kMidnight = 16 * kHour;  // the scenario starts at 08:00
 
-constexpr char kModels[] =
-        "{'shell_temp_fitting_model':{'default':{'temp_model':{'front':{'index':0,"
-        "'thermal_zone':['skin'],'coefficient':[1]}}}}";
-
 class BigDataTest : public EngineTest {
   protected:
     BigDataTest() {
         addZone("skin", 40000);
         addZone("cpu", 55000);
-        setConfig(std::string(kModels) + "}");
+        setScenes(scene("default", 0, "skin"));
     }
 
     static Json::Value data() { return kelvo::DataCollector::getInstance().getData(); }
@@ -41,10 +37,10 @@ TEST_F(BigDataTest, handsOverTheRecordsAtEachFullHour) {
     EXPECT_EQ(record["starttime"], "20260301080000");
     EXPECT_EQ(record["timestamp"], "20260301090000");
     EXPECT_EQ(record["duration"], 3600);
-    EXPECT_EQ(record["fitting"]["front"], 40300);
+    EXPECT_EQ(record["fitting"]["m"], 40300);
     EXPECT_EQ(record["temp"]["skin"]["min"]["temp"], 40000);
     EXPECT_EQ(record["temp"]["skin"]["max"]["time"], "20260301081005");
-    EXPECT_EQ(record["fitting-delta"]["front"]["delta"], 300);
+    EXPECT_EQ(record["fitting-delta"]["m"]["delta"], 300);
 }
 
 TEST_F(BigDataTest, startsNewRecordsAtTheFirstSceneOfADay) {
@@ -61,7 +57,7 @@ TEST_F(BigDataTest, startsNewRecordsAtTheFirstSceneOfADay) {
 }
 
 TEST_F(BigDataTest, reportsTheTsensorsOnceWhenTheDayChanges) {
-    setConfig(std::string(kModels) + ",'tsensor_tempzone_info':{'thermal_zone_type':['cpu']}}");
+    setConfig("{'tsensor_tempzone_info':{'thermal_zone_type':['cpu']}}");
     startPhone();
     runUntil(kMidnight - 1);
     EXPECT_FALSE(data().isMember("tsensorthermal"));

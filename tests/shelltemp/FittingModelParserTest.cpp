@@ -91,8 +91,3 @@ TEST_F(FittingModelParserTest, readsZonesTypeAndCoefficients) {
     EXPECT_EQ(model.coefficients, (std::vector<double>{1.0, 2.5}));
     EXPECT_EQ(set.models[1].type, kelvo::kLinearModel) << "a type that is no unsigned int";
 }
-
-TEST_F(FittingModelParserTest, namesEveryIndexAlsoOfADroppedModel) {
-    parse("{'gone':{'index':3,'thermal_zone':['x'],'coefficient':[1]}}");
-    EXPECT_EQ(names, (std::map<int32_t, std::string>{{3, "gone"}}));
-}

@@ -14,12 +14,8 @@ class StartingModelsTest : public EngineTest {
         addZone("soc_thermal_ipa", 45000);
     }
 
-    static std::string scene(const std::string& name, int index, const std::string& zone) {
-        return "'" + name + "':{'temp_model':{'m':{'index':" + std::to_string(index) +
-               ",'thermal_zone':['" + zone + "'],'coefficient':[1]}}}";
-    }
     Writes firstWrites(const std::string& scenes) {
-        setConfig("{'shell_temp_fitting_model':{" + scenes + "}}");
+        setScenes(scenes);
         startPhone();
         runUntil(0);
         return takeWrites();
@@ -27,11 +23,6 @@ class StartingModelsTest : public EngineTest {
 };
 
 }  // namespace
-
-TEST_F(StartingModelsTest, usesTheDefaultScene) {
-    EXPECT_EQ(firstWrites(scene("backup_a", 1, "skin") + "," + scene("default", 0, "skin")),
-              Writes{"0 40000"});
-}
 
 TEST_F(StartingModelsTest, usesTheFirstBackupWhenDefaultIsForAnotherBoard) {
     EXPECT_EQ(firstWrites(scene("backup_b", 2, "skin") + "," + scene("backup_a", 1, "skin") + "," +
@@ -41,20 +32,12 @@ TEST_F(StartingModelsTest, usesTheFirstBackupWhenDefaultIsForAnotherBoard) {
             log.has("ShellTempFitting, current fitting model is empty, use backup front model"));
 }
 
-TEST_F(StartingModelsTest, writesNothingWithoutModels) {
-    setConfig("{}");
-    startPhone();
-    runUntil(60);
-    EXPECT_EQ(takeWrites(), Writes{});
-    EXPECT_TRUE(log.has("no shell temp fitting model"));
-    EXPECT_EQ(ShellTempFitting::getInstance().getCurrentFittingModelType(), -1);
-}
-
 TEST_F(StartingModelsTest, runsOnWithoutAnyConfigurationFile) {
     startPhone();
     runUntil(60);
     EXPECT_EQ(takeWrites(), Writes{});
     EXPECT_TRUE(log.has("Get file contents failed!"));
+    EXPECT_TRUE(log.has("no shell temp fitting model"));
 }
 
 TEST_F(StartingModelsTest, runsOnWhenSectionsHaveTheWrongType) {
@@ -67,15 +50,6 @@ TEST_F(StartingModelsTest, runsOnWhenSectionsHaveTheWrongType) {
     EXPECT_TRUE(log.has("can't find any valid fitting model, exit."));
 }
 
-TEST_F(StartingModelsTest, namesTheKindOfTheModel) {
-    firstWrites(
-            "'default':{'temp_model':{"
-            "'a':{'index':-1,'thermal_zone':['skin','skin'],'coefficient':[1]},"
-            "'b':{'index':0,'thermal_zone':['skin'],'coefficient':[1]}}}");
-    EXPECT_EQ(ShellTempFitting::getInstance().getCurrentFittingModelType(), 3)
-            << "negative indexes are passed over";
-}
-
 TEST_F(StartingModelsTest, publishesTheIpaZone) {
     startPhone();
     EXPECT_EQ(phone().tree().property("sys.ipa_thermal_number"), "1");
@@ -86,12 +60,4 @@ TEST_F(StartingModelsTest, leavesIpaAloneWhenItsZoneIsSet) {
     scenario.properties["ro.vendor.zenta.ipa.thermalzone"] = "4";
     startPhone();
     EXPECT_EQ(phone().tree().property("sys.ipa_thermal_number"), std::nullopt);
-}
-
-TEST_F(StartingModelsTest, tellsOldSafetyProjectsApart) {
-    setConfig("{'old_safety_project':['20001',7,'47213']}");
-    scenario.nodes.push_back({"/proc/zentaVersion/prjName", "30000"});
-    startPhone();
-    EXPECT_EQ(ShellTempFitting::getInstance().isOldSafetyProject(), 2);
-    EXPECT_EQ(log.count(ANDROID_LOG_DEBUG, "isNewSafetyProject 47213"), 1u);
 }

@@ -36,7 +36,6 @@ TEST_F(PhoneTree, buildsWhatTheScenarioSays) {
     mScenario.config = {"{main}", "{data}", "{sub}"};
     sim::PhoneTree(mTree, mScenario).build();
     EXPECT_EQ(mTree.property("a.b"), "c");
-    EXPECT_EQ(mTree.property("persist.sys.kelvo.enable"), "1");
     EXPECT_EQ(mTree.node("/raw"), std::string("\0\1", 2));
     EXPECT_EQ(mTree.node("/sys/class/thermal/thermal_zone1/type"), "board\n");
     EXPECT_EQ(temp(0), "30000\n");
@@ -50,12 +49,6 @@ TEST_F(PhoneTree, buildsWhatTheScenarioSays) {
         EXPECT_EQ(mTree.node(path), kelvo::encryptConfig(json)) << path;
         EXPECT_EQ(changed(path), start) << path;
     }
-}
-
-TEST_F(PhoneTree, storesNoConfigurationThatIsNotGiven) {
-    sim::PhoneTree(mTree, mScenario).build();
-    EXPECT_EQ(mTree.node(sim::kMainConfigPath), std::nullopt);
-    EXPECT_EQ(mTree.node(sim::kDataConfigPath), std::nullopt);
 }
 
 TEST_F(PhoneTree, appliesActionsAndRows) {
@@ -88,12 +81,19 @@ TEST_F(PhoneTree, leavesShellTempToTheHook) {
     EXPECT_EQ(mTree.node("/proc/shell-temp"), std::nullopt);
 }
 
-TEST_F(PhoneTree, startsWithoutShellTempWhenTheScenarioSaysSo) {
+TEST_F(PhoneTree, leavesOutWhatTheScenarioDoesNotHave) {
     mScenario.nodes.push_back({"/proc/shell-temp", std::nullopt});
     sim::PhoneTree phone(mTree, mScenario);
     phone.build();
     EXPECT_FALSE(phone.shellTempPresent());
-    EXPECT_EQ(mTree.node("/proc/shell-temp"), std::nullopt);
+    for (const auto path : {sim::kShellTempPath, sim::kMainConfigPath, sim::kDataConfigPath}) {
+        EXPECT_EQ(mTree.node(path), std::nullopt) << path;
+    }
+}
+
+TEST(ConfigStore, addsTheLeastFiller) {
+    EXPECT_EQ(kelvo::encryptConfig(std::string(12, 'x')).size(), 16U);
+    EXPECT_EQ(kelvo::encryptConfig(std::string(13, 'x')).size(), 32U);
 }
 
 TEST_F(PhoneTree, lettingThePlantDriveKeepsUnreadableZonesSo) {
@@ -116,10 +116,7 @@ TEST_F(PhoneTree, lettingThePlantDriveKeepsUnreadableZonesSo) {
 
 TEST(PlatformOf, readsTheNodesAsTheDaemonDoes) {
     const std::string record("\x14\0\0\0\x07\x09\0\0\0\x8a\0\0\0\xca\0\0\0\0\0\0", 20);
-    const struct {
-        std::vector<sim::NodeChange> nodes;
-        const char* platform;
-    } cases[] = {
+    const std::pair<std::vector<sim::NodeChange>, const char*> cases[] = {
             {{}, ""},
             {{{"/sys/devices/soc0/soc_id", "519\n"}, {"/sys/devices/soc0/raw_version", "1"}},
              "SM8550"},
@@ -129,8 +126,8 @@ TEST(PlatformOf, readsTheNodesAsTheDaemonDoes) {
             {{{"/proc/device-tree/chosen/atag,chipid", record}, {"/proc/chip/hw_code", "1066"}},
              "MT6983"},
     };
-    for (const auto& row : cases) {
-        EXPECT_EQ(sim::platformOf(row.nodes), row.platform);
+    for (const auto& [nodes, platform] : cases) {
+        EXPECT_EQ(sim::platformOf(nodes), platform);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <set>
 
 namespace {
 
@@ -33,12 +34,15 @@ TEST(Profile, isLinearBetweenItsPointsAndHeldOutside) {
     }
 }
 
-TEST(Plant, settlesAtTheAnalyticTemperatures) {
-    sim::Plant plant(phone(3));
+TEST(Plant, settlesAtTheAnalyticTemperaturesOverTheAmbient) {
+    PlantParams params = phone(3);
+    params.ambient = {{{0, 25}, {1000, 5}}};
+    sim::Plant plant(params);
     plant.advanceTo(20000);
-    EXPECT_NEAR(*plant.nodeTemp("shell"), 25 + 3 * 5, 1e-6);
-    EXPECT_NEAR(*plant.nodeTemp("board"), 25 + 3 * 7, 1e-6);
-    EXPECT_NEAR(*plant.nodeTemp("die"), 25 + 3 * 11, 1e-6);
+    EXPECT_DOUBLE_EQ(plant.ambient(), 5);
+    EXPECT_NEAR(*plant.nodeTemp("shell"), 5 + 3 * 5, 1e-6);
+    EXPECT_NEAR(*plant.nodeTemp("board"), 5 + 3 * 7, 1e-6);
+    EXPECT_NEAR(*plant.nodeTemp("die"), 5 + 3 * 11, 1e-6);
     EXPECT_EQ(plant.nodeTemp("none"), std::nullopt);
 }
 
@@ -66,26 +70,6 @@ TEST(Plant, followsTheExponentialOfOneNode) {
     EXPECT_NEAR(plant.nodeTemp(size_t{0}), 25 + 20 / std::exp(1.0), 0.01);
 }
 
-TEST(Plant, risesWhileHeatedAndFallsAfterwardsWithoutOvershoot) {
-    PlantParams params = phone(0);
-    params.sources[0].power = {{{0, 3}, {300, 3}, {300, 0}}};
-    sim::Plant plant(params);
-    double shell = 25;
-    for (int64_t t = 1; t <= 300; ++t) {
-        plant.advanceTo(t);
-        EXPECT_GE(*plant.nodeTemp("die"), *plant.nodeTemp("board"));
-        EXPECT_GE(*plant.nodeTemp("board"), *plant.nodeTemp("shell"));
-        EXPECT_GE(*plant.nodeTemp("shell"), shell);
-        shell = *plant.nodeTemp("shell");
-    }
-    EXPECT_GT(shell, 27);
-    EXPECT_LT(shell, 40);
-    const double hottest = *plant.nodeTemp("die");
-    plant.advanceTo(5000);
-    EXPECT_LT(*plant.nodeTemp("die"), hottest);
-    EXPECT_GE(*plant.nodeTemp("shell"), 25);
-}
-
 TEST(Plant, reachesTheSameStateInOneStrideOrMany) {
     sim::Plant stride(phone(3));
     sim::Plant steps(phone(3));
@@ -96,16 +80,6 @@ TEST(Plant, reachesTheSameStateInOneStrideOrMany) {
     steps.advanceTo(10);  // the past changes nothing
     EXPECT_EQ(stride.nodeTemp("die"), steps.nodeTemp("die"));
     EXPECT_EQ(steps.time(), 60);
-}
-
-TEST(Plant, followsTheAmbient) {
-    PlantParams params = phone(0);
-    params.ambient = {{{0, 25}, {1000, 5}}};
-    sim::Plant plant(params);
-    plant.advanceTo(1000);
-    EXPECT_DOUBLE_EQ(plant.ambient(), 5);
-    EXPECT_LT(*plant.nodeTemp("shell"), 20);
-    EXPECT_GT(*plant.nodeTemp("shell"), 5);
 }
 
 TEST(Plant, showsZonesWithOffsetAndResolution) {
@@ -123,19 +97,15 @@ TEST(Plant, repeatsItsNoiseWithinItsBounds) {
     params.zones[0].noise = 50;
     sim::Plant first(params);
     sim::Plant second(params);
-    int32_t least = 25000;
-    int32_t most = 25000;
+    std::set<int32_t> seen;
     for (int64_t t = 1; t <= 200; ++t) {
         first.advanceTo(t);
         second.advanceTo(t);
         EXPECT_EQ(first.zoneTemp("die"), second.zoneTemp("die"));
-        least = std::min(least, *first.zoneTemp("die"));
-        most = std::max(most, *first.zoneTemp("die"));
+        seen.insert(*first.zoneTemp("die"));
     }
-    EXPECT_GE(least, 24950);
-    EXPECT_LT(least, 24960);
-    EXPECT_LE(most, 25050);
-    EXPECT_GT(most, 25040);
+    EXPECT_NEAR(*seen.begin(), 24955, 5);
+    EXPECT_NEAR(*seen.rbegin(), 25045, 5);
 }
 
 TEST(Plant, chargesAndDrainsTheBattery) {

@@ -1,12 +1,6 @@
 #include "support/EngineTest.h"
 
-#include <algorithm>
-
-std::string json(std::string_view text) {
-    std::string result(text);
-    std::ranges::replace(result, '\'', '"');
-    return result;
-}
+#include <utility>
 
 EngineTest::EngineTest() {
     scenario.name = "test";
@@ -26,6 +20,10 @@ void EngineTest::addZone(std::string type, std::optional<int32_t> temp) {
 void EngineTest::setConfig(std::string text) {
     text.insert(text.find('{') + 1, "'thermal_status_model':{'temp_threshold_down':[]},");
     scenario.config.main = json(text);
+}
+
+void EngineTest::setScenes(const std::string& scenes) {
+    setConfig("{'shell_temp_fitting_model':{" + scenes + "}}");
 }
 
 void EngineTest::buildPhone() {

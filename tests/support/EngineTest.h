@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "sim/VirtualPhone.h"
+#include "support/Json.h"
 #include "support/LogCapture.h"
 
 /**
@@ -25,6 +26,8 @@ class EngineTest : public testing::Test {
      * double ones. */
     void setConfig(std::string json);
     void startPhone();
+    /** The same with just these scenes, each as scene() gives it. */
+    void setScenes(const std::string& scenes);
     /** Builds the tree but leaves the daemon's engines alone. */
     void buildPhone();
 
@@ -43,6 +46,3 @@ class EngineTest : public testing::Test {
     std::unique_ptr<sim::VirtualPhone> mPhone;
     std::vector<std::string> mWrites;
 };
-
-/** JSON with single quotes for double ones. */
-std::string json(std::string_view text);

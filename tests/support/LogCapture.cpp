@@ -29,14 +29,6 @@ std::vector<LogCapture::Line> LogCapture::lines() const {
     return sLines;
 }
 
-std::vector<std::string> LogCapture::texts() const {
-    std::vector<std::string> texts;
-    for (const Line& line : lines()) {
-        texts.push_back(line.text);
-    }
-    return texts;
-}
-
 size_t LogCapture::count(const std::string& text) const {
     std::lock_guard lock(sMutex);
     return static_cast<size_t>(std::ranges::count(sLines, text, &Line::text));

@@ -19,8 +19,6 @@ class LogCapture {
     LogCapture& operator=(const LogCapture&) = delete;
 
     std::vector<Line> lines() const;
-    /** Texts of all lines, in order. */
-    std::vector<std::string> texts() const;
     /** How many lines have exactly this text, or this text at this priority. */
     size_t count(const std::string& text) const;
     size_t count(int priority, const std::string& text) const;

@@ -3,7 +3,9 @@
 
 #include <android/log.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <cstdio>
 #include <string_view>
 
 #include "sim/RootedRun.h"
@@ -21,13 +23,22 @@ bool listsTestsOnly(int argc, char** argv) {
 
 }  // namespace
 
+extern "C" {
+
 // The thread sanitizer does not see the fence between the last two decStrong() of libutils, which
 // is not built with it, and takes the destructor that follows for a race.
-
-extern "C" const char* __tsan_default_suppressions();
-
-extern "C" const char* __tsan_default_suppressions() {
+const char* __tsan_default_suppressions();
+const char* __tsan_default_suppressions() {
     return "race:android::RefBase::decStrong\n";
+}
+
+// At once, because the end below is not one that the sanitizer could turn into a failure.
+const char* __tsan_default_options();
+const char* __tsan_default_options() {
+    return "halt_on_error=1";
+}
+
+void __lsan_do_leak_check() __attribute__((weak));
 }
 
 int main(int argc, char** argv) {
@@ -38,5 +49,11 @@ int main(int argc, char** argv) {
     }
     __android_log_set_minimum_priority(ANDROID_LOG_VERBOSE);
     testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    const int result = RUN_ALL_TESTS();
+    if (__lsan_do_leak_check != nullptr) {
+        __lsan_do_leak_check();
+    }
+    // The daemon's threads never end: no static object may be destroyed under them.
+    std::fflush(nullptr);
+    _exit(result);
 }

@@ -75,14 +75,3 @@ TEST(KelvosimReplayTest, writesOnlyTheEndWhenTheDaemonIsDisabled) {
     EXPECT_EQ(Program::run("kelvosim", {"replay", scenario}).out,
               "{\"t\":3.000,\"event\":\"end\"}\n");
 }
-
-TEST(KelvosimReplayTest, refusesWhatItCannotReplay) {
-    const sim::TemporaryFolder folder("kelvo-test-");
-    const std::string scenario = folder.path() + "/scenario.json";
-    std::ofstream(scenario) << R"({"name":"x","duration":3,
-        "timeline":[{"t":1,"do":"dump"}]})";
-    const Program::Result result = Program::run("kelvosim", {"replay", scenario});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.out, "");
-    EXPECT_TRUE(result.err.starts_with("kelvosim: the action needs a service")) << result.err;
-}

@@ -1,5 +1,0 @@
-#include "VirtualClock.h"
-
-nsecs_t systemTime(int) {
-    return gVirtualTime;
-}
