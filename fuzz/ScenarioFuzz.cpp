@@ -1,0 +1,30 @@
+// Scenarios: whatever the text is, it is refused with a place, or it can be played.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "sim/Plant.h"
+#include "sim/Scenario.h"
+#include "sim/ScenarioParser.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
+
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    constexpr int64_t kPlayedSeconds = 3;
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    try {
+        const sim::Scenario scenario = sim::parseScenario(text, "fuzz.json", "/nonexistent");
+        if (scenario.plant) {
+            sim::Plant plant(*scenario.plant);
+            plant.advanceTo(kPlayedSeconds);
+            for (size_t i = 0; i < scenario.plant->zones.size(); ++i) {
+                plant.zoneTemp(i);
+            }
+        }
+    } catch (const sim::ScenarioError&) {
+        // refused
+    }
+    return 0;
+}
