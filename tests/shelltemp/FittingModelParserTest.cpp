@@ -56,11 +56,8 @@ TEST_F(FittingModelParserTest, keepsUsableModelsInTheOrderOfTheirNames) {
             {"{'a':{'thermal_zone':['cpu'],'coefficient':[1]}}", ""},
             {"{'a':{'index':0,'thermal_zone':'cpu','coefficient':[1]}}", ""},
             {"{'a':{'index':0,'thermal_zone':['cpu'],'coefficient':1}}", ""},
-            {"{'a':{'index':0,'thermal_zone':[],'coefficient':[1]}}", ""},
             {"{'a':{'index':0,'thermal_zone':['cpu'],'coefficient':[0.5,'x']}}", ""},
-            {"{'a':{'index':0,'thermal_zone':['cpu'],'coefficient':[]}}", ""},
             {"{'a':7}", ""},
-            {"[]", ""},
             // A number equal to the count of zones is accepted, one more is not.
             {"{'a':{'index':0,'thermal_zone':[2],'coefficient':[1]}}", "a:0 "},
             {"{'a':{'index':0,'thermal_zone':[3],'coefficient':[1]}}", ""},

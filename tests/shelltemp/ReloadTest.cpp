@@ -36,13 +36,6 @@ TEST_F(ReloadTest, takesUpNewModelsAtOnce) {
     EXPECT_EQ(engine().getFittingTemps().at(0), 41000) << "woken: no wait for the next interval";
 }
 
-TEST_F(ReloadTest, keepsScenesThatTheNewConfigurationLacks) {
-    setScenes(scene("default", 0, "skin") + "," + scene("flashon", 1, "cpu"));
-    startPhone();
-    reload(scene("default", 0, "skin"));
-    EXPECT_EQ(engine().switchFittingScene("flashon"), 1);
-}
-
 TEST_F(ReloadTest, staysOnTheBackupSceneItHadFallenBackTo) {
     setScenes(scene("backup_a", 1, "skin"));
     startPhone();

@@ -34,7 +34,6 @@ TEST(ZoneReaderTest, judgesWhatTheNodeHolds) {
             {"-40000\n", ZoneState::OUT_OF_RANGE, -40000},
             {"  41000 m\n", ZoneState::GOOD, 41000},
             {"garbage\n", ZoneState::GOOD, 0},
-            {"\n", ZoneState::GOOD, 0},
             {"-274000\n", ZoneState::OUT_OF_RANGE, -274000},
             {longText.c_str(), ZoneState::GOOD, 45000},
             {"", ZoneState::READ_FAILED, kBefore},
