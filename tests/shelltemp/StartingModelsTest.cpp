@@ -57,7 +57,7 @@ TEST_F(StartingModelsTest, publishesTheIpaZone) {
 }
 
 TEST_F(StartingModelsTest, leavesIpaAloneWhenItsZoneIsSet) {
-    scenario.properties["ro.vendor.zenta.ipa.thermalzone"] = "4";
+    scenario.properties["ro.vendor.zenta.ipa.thermalzone"] = "-1";
     startPhone();
     EXPECT_EQ(phone().tree().property("sys.ipa_thermal_number"), std::nullopt);
 }
