@@ -26,7 +26,7 @@ install_packages() {
     "${sudo[@]}" apt-get update -qq >&2
     # shellcheck disable=SC2086  # one word a package
     "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive \
-        apt-get install -qq -y --no-install-recommends $missing >&2
+        apt-get install -qq -y --no-install-recommends $missing >/dev/null
 }
 
 # build PRESET [TARGET...]: configures and builds; the output is shown only when it fails.

@@ -23,10 +23,21 @@ namespace {
 constexpr size_t kMaxNodeText = 127;  // bytes
 constexpr uint32_t kGlobalFramesCode = 1013;
 
+/**
+ * The path below the device root; lives until this thread's next call. Nodes are read many times a
+ * second, so the memory is kept.
+ */
+const char* hostPath(const std::string& path) {
+    thread_local std::string host;
+    host = deviceRoot();
+    host += path;
+    return host.c_str();
+}
+
 }  // namespace
 
 std::string getFile(const std::string& path) {
-    const android::base::unique_fd fd(open((deviceRoot() + path).c_str(), O_RDONLY | O_CLOEXEC));
+    const android::base::unique_fd fd(open(hostPath(path), O_RDONLY | O_CLOEXEC));
     if (fd.get() < 0) {
         KLOGD("open %s failed(%s)", path.c_str(), strerror(errno));
         return {};
@@ -40,7 +51,7 @@ std::string getFile(const std::string& path) {
 }
 
 int writeFile(const std::string& path, const std::string& content) {
-    const android::base::unique_fd fd(open((deviceRoot() + path).c_str(), O_WRONLY | O_CLOEXEC));
+    const android::base::unique_fd fd(open(hostPath(path), O_WRONLY | O_CLOEXEC));
     if (fd.get() < 0) {
         KLOGE("open %s failed(%s)", path.c_str(), strerror(errno));
         return -1;
@@ -54,8 +65,7 @@ int writeFile(const std::string& path, const std::string& content) {
 
 int getMtkChipVersion(const std::string& path, tag_chipid& record) {
     static_assert(sizeof(record) == 20, "the kernel's record has five words");
-    const std::unique_ptr<FILE, decltype(&fclose)> file(fopen((deviceRoot() + path).c_str(), "rbe"),
-                                                        fclose);
+    const std::unique_ptr<FILE, decltype(&fclose)> file(fopen(hostPath(path), "rbe"), fclose);
     if (!file) {
         return -1;
     }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 #include "config/FileUtils.h"
 #include "config/TimeUtils.h"
@@ -17,7 +18,6 @@
 
 using android::Mutex;
 using kelvo::FittingModel;
-using kelvo::FittingTemps;
 using kelvo::kNanosPerSecond;
 using kelvo::monotonicNanos;
 using kelvo::ThermalZone;
@@ -33,16 +33,6 @@ constexpr int32_t kInnerCorrection = 2000;  // m°C
 constexpr int32_t kScreenGuardSeconds = 5;  // no smoothing right after "SCREEN:ON"
 constexpr int32_t kTraceZeroTemp = 40000;   // m°C that a trace counter shows as 0
 constexpr int64_t kCollectPeriod = 3600;    // s
-
-void traceTemps(const std::map<std::string, int32_t>& temps) {
-    if (atrace_is_tag_enabled(ATRACE_TAG_ALWAYS) == 0) {
-        return;
-    }
-    for (const auto& [name, temp] : temps) {
-        atrace_int(ATRACE_TAG_ALWAYS, name.c_str(),
-                   kelvo::wrappingSub(temp, kTraceZeroTemp) / kWriteStep);
-    }
-}
 
 }  // namespace
 
@@ -195,13 +185,17 @@ void ShellTempFitting::limitJumps() {
 }
 
 int ShellTempFitting::setShellTemp() {
-    const FittingTemps temps = getFittingTemps();
-    for (const auto& [index, temp] : temps) {
-        const auto entry = mWrittenTemps.find(index);
-        const int32_t written = entry == mWrittenTemps.end() ? 0 : entry->second;
-        if (temp / kWriteStep == written / kWriteStep) {
-            continue;
+    // Mostly empty: a shell changes slowly.
+    std::vector<std::pair<int32_t, int32_t>> changed;
+    {
+        Mutex::Autolock lock(mMutex);
+        for (const auto& [index, temp] : mFittingTemps) {
+            if (temp / kWriteStep != mWrittenTemps[index] / kWriteStep) {
+                changed.emplace_back(index, temp);
+            }
         }
+    }
+    for (const auto& [index, temp] : changed) {
         if (index >= 0) {
             char line[32];
             snprintf(line, sizeof(line), "%d %d\n", index, temp);
@@ -217,6 +211,9 @@ int ShellTempFitting::setShellTemp() {
 }
 
 void ShellTempFitting::updateGlobalShellTemp() {
+    if (atrace_is_tag_enabled(ATRACE_TAG_ALWAYS) == 0) {
+        return;  // tracing is the only reader of the names so far
+    }
     std::map<std::string, int32_t> temps;
     {
         Mutex::Autolock lock(mMutex);
@@ -225,7 +222,10 @@ void ShellTempFitting::updateGlobalShellTemp() {
             temps[mModelNameByIndex[index]] = temp;
         }
     }
-    traceTemps(temps);
+    for (const auto& [name, temp] : temps) {
+        atrace_int(ATRACE_TAG_ALWAYS, name.c_str(),
+                   kelvo::wrappingSub(temp, kTraceZeroTemp) / kWriteStep);
+    }
 }
 
 void ShellTempFitting::recordTempData(const ZoneTemps& zoneTemps) {
