@@ -40,6 +40,7 @@ int runBelowOwnRoot(char** argv, const std::function<void(DeviceTree&)>& prepare
         DeviceTree tree(root.path());
         prepare(tree);
     }
+    signal(SIGCHLD, SIG_DFL);  // inherited as ignored, it would take the exit status away
     sigset_t stops;
     sigset_t before;
     sigemptyset(&stops);

@@ -33,6 +33,7 @@ constexpr int64_t kLineMs = 1000;
 class StopSignals {
   public:
     StopSignals() {
+        signal(SIGCHLD, SIG_DFL);  // inherited as ignored, it would hide how the daemon ended
         sigset_t set;
         sigemptyset(&set);
         for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGCHLD}) {
