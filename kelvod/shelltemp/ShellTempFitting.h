@@ -27,7 +27,8 @@
  * "/proc/shell-temp". Its thread "st-fitting" runs from construction on.
  *
  * Thread-safe; what belongs to the fitting thread says so. Lock order: the main mutex, then the
- * loop's mutex or one of the leaves (specified zones, tsensors).
+ * loop's mutex or a leaf (specified zones, configuration, data collector, a singleton's creation);
+ * the tsensors' mutex is taken without the main one.
  */
 class ShellTempFitting : public android::Singleton<ShellTempFitting>,
                          private kelvo::PeriodicLoop::Client {
