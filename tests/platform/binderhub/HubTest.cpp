@@ -1,0 +1,352 @@
+// The hub without its listening socket, driven by clients with hand-made commands.
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <functional>
+
+#include "HubClient.h"
+#include "Server.h"
+#include "TestClient.h"
+
+namespace binderhub {
+
+namespace {
+
+constexpr uint64_t kCookie = 77;
+
+binder_handle_cookie deathOf(uint32_t handle) {
+    return {handle, kCookie};
+}
+
+/** A service manager and a client that has given it a binder, of which it holds handle 1. */
+class HubTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        ASSERT_EQ(0, manager.becomeManager());
+        loop.emplace(manager.newLooper());
+        user.emplace(client.newThread());
+    }
+
+    void TearDown() override {
+        EXPECT_EQ("", hub.checkInvariants());
+        manager.socket.reset();
+        client.socket.reset();
+        for (int i = 0; i < 3; ++i) {
+            hub.step(0);
+        }
+        EXPECT_EQ("", hub.checkInvariants());
+        EXPECT_NE(std::string::npos,
+                  hub.state().find("\"totals\":{\"processes\":0,\"threads\":0,\"nodes\":0,"
+                                   "\"handles\":0,\"death_notices\":0,\"transactions\":0,"
+                                   "\"buffers\":0,\"bytes\":0}"))
+                << hub.state();
+    }
+
+    /** What the manager's looper is told when the client calls it so. */
+    std::string call(const Objects& objects, uint32_t flags = 0) {
+        user->send(Batch().transfer(BC_TRANSACTION, 0, objects, flags));
+        return loop->read();
+    }
+
+    /** The manager gets and keeps handle 1 of the client's binder 10 with cookie 11. */
+    void giveBinder() {
+        ASSERT_EQ("TRANSACTION", call({object(BINDER_TYPE_BINDER, 10, 11)}));
+        const binder_ptr_cookie name = {10, 11};
+        loop->exchange(
+                Batch().add(BC_ACQUIRE, 1U).add(BC_FREE_BUFFER, loop->bufferId).transfer(BC_REPLY));
+        ASSERT_EQ("INCREFS ACQUIRE COMPLETE REPLY", user->read());
+        // What remains of the reply comes with the next call: it is taken here.
+        loop->send(Batch().transfer(BC_TRANSACTION, 0xbad));
+        ASSERT_EQ("COMPLETE FAILED_REPLY", loop->read());
+        loop->send({});
+        user->exchange(Batch().add(BC_INCREFS_DONE, name)
+                               .add(BC_ACQUIRE_DONE, name)
+                               .add(BC_FREE_BUFFER, user->bufferId)
+                               .add(BC_ENTER_LOOPER));
+    }
+
+    Hub hub;
+    TestProcess manager{hub, 100, 1};
+    TestProcess client{hub, 200};
+    std::optional<TestThread> loop;
+    std::optional<TestThread> user;
+};
+
+TEST_F(HubTest, translatesObjectsForTheReceiver) {
+    giveBinder();
+    TestProcess third(hub, 300);
+    TestThread thread = third.newThread();
+    const struct {
+        TestThread& sender;
+        flat_binder_object sent;
+        uint32_t type;
+        uint64_t name;
+        uint64_t cookie;
+    } kCases[] = {
+            {*user, object(BINDER_TYPE_BINDER, 10, 11), BINDER_TYPE_HANDLE, 1, 0},
+            {*user, object(BINDER_TYPE_BINDER, 20, 21), BINDER_TYPE_HANDLE, 2, 0},
+            {*user, object(BINDER_TYPE_WEAK_BINDER, 10, 11), BINDER_TYPE_WEAK_HANDLE, 1, 0},
+            {thread, object(BINDER_TYPE_BINDER, 10, 12), BINDER_TYPE_HANDLE, 2, 0},
+    };
+    for (const auto& row : kCases) {
+        row.sender.exchange(Batch().transfer(BC_TRANSACTION, 0, {row.sent}));
+        const std::string names = loop->read();
+        EXPECT_EQ("TRANSACTION", names.substr(names.rfind(' ') + 1));
+        ASSERT_EQ(1U, loop->objects.size());
+        EXPECT_EQ(row.type, loop->objects[0].hdr.type);
+        EXPECT_EQ(row.name, loop->objects[0].binder);
+        EXPECT_EQ(row.cookie, loop->objects[0].cookie);
+        // The reply brings it home, whoever's it is.
+        const flat_binder_object home = loop->objects[0];
+        loop->exchange(Batch().transfer(BC_REPLY, 0, {home}).add(BC_FREE_BUFFER, loop->bufferId));
+        row.sender.read();
+        ASSERT_EQ(1U, row.sender.objects.size());
+        EXPECT_EQ(row.sent.hdr.type, row.sender.objects[0].hdr.type);
+        EXPECT_EQ(row.sent.binder, row.sender.objects[0].binder);
+        EXPECT_EQ(row.sent.cookie, row.sender.objects[0].cookie);
+        row.sender.free();
+    }
+}
+
+TEST_F(HubTest, tellsWhoCalls) {
+    TestProcess own(hub, 300, geteuid());
+    TestThread thread = own.newThread();
+    thread.send(Batch().transfer(BC_TRANSACTION));
+    ASSERT_EQ("TRANSACTION", loop->read());
+    EXPECT_EQ(300, loop->data.sender_pid);
+    EXPECT_EQ(1000U, loop->data.sender_euid);
+    loop->send(Batch().transfer(BC_REPLY));
+    call({}, TF_ONE_WAY);
+    EXPECT_EQ(0, loop->data.sender_pid);
+    EXPECT_EQ(10000U, loop->data.sender_euid);
+}
+
+TEST_F(HubTest, tellsTheOwnerWhenTheLastReferenceGoes) {
+    giveBinder();
+    EXPECT_EQ("", loop->exchange(Batch().add(BC_INCREFS, 1U).add(BC_RELEASE, 1U)));
+    EXPECT_EQ("RELEASE", user->read());
+    EXPECT_EQ("", user->exchange({}));
+    loop->exchange(Batch().add(BC_DECREFS, 1U));
+    EXPECT_EQ("DECREFS", user->read());
+}
+
+TEST_F(HubTest, deliversNestedCallsToTheThreadThatWaits) {
+    giveBinder();
+    TestThread idle = client.newLooper();
+    ASSERT_EQ("TRANSACTION", call({}));
+    EXPECT_EQ("", loop->exchange(Batch().transfer(BC_TRANSACTION, 1)));
+    EXPECT_EQ("", idle.read());
+    EXPECT_EQ("COMPLETE TRANSACTION", user->read());
+    EXPECT_EQ(10U, user->data.target.ptr);
+    EXPECT_EQ(11U, user->data.cookie);
+    EXPECT_EQ("", user->exchange(Batch().transfer(BC_REPLY)));
+    EXPECT_EQ("COMPLETE REPLY", loop->read());
+    EXPECT_EQ("", loop->exchange(Batch().transfer(BC_REPLY)));
+    EXPECT_EQ("COMPLETE REPLY", user->read());
+}
+
+TEST_F(HubTest, handsOutOneWayCallsOneAtATime) {
+    TestThread second = manager.newLooper();
+    for (uint32_t code = 0; code < 3; ++code) {
+        EXPECT_EQ("COMPLETE", user->exchange(Batch().transfer(BC_TRANSACTION, 0, {}, TF_ONE_WAY)));
+    }
+    EXPECT_EQ("TRANSACTION", second.read());
+    EXPECT_EQ("", loop->read());
+    second.send(Batch().add(BC_FREE_BUFFER, second.bufferId), false);
+    EXPECT_EQ("TRANSACTION", loop->read());
+    EXPECT_EQ("TRANSACTION", loop->free());
+}
+
+TEST_F(HubTest, boundsOneWayCallsAndLeavesRoomForOthers) {
+    Batch big = Batch().transfer(BC_TRANSACTION, 0,
+                                 Objects(500, object(BINDER_TYPE_WEAK_BINDER, 1)), TF_ONE_WAY);
+    std::string result;
+    size_t sent = 0;
+    while ((result = user->exchange(big)).find("FAILED") == std::string::npos) {
+        ASSERT_LT(++sent, kAsyncSpace / big.payload.size() + 1);
+    }
+    EXPECT_EQ(kAsyncSpace / (big.payload.size() + kBufferOverhead), sent);
+    EXPECT_EQ("", user->exchange(Batch().transfer(BC_TRANSACTION)));
+}
+
+TEST_F(HubTest, refusesWhatIsWrongAndKeepsTheSender) {
+    giveBinder();
+    const flat_binder_object binder = object(BINDER_TYPE_BINDER, 10, 11);
+    const auto altered = [&](auto alter) {
+        Batch batch = Batch().transfer(BC_TRANSACTION, 0, {binder, binder});
+        binder_transaction_data data;
+        memcpy(&data, batch.commands.data() + 4, sizeof(data));
+        uint64_t offsets[2] = {0, 24};
+        alter(data, offsets);
+        memcpy(batch.payload.data() + 48, offsets, sizeof(offsets));
+        memcpy(batch.commands.data() + 4, &data, sizeof(data));
+        return batch;
+    };
+    const auto with = [](const flat_binder_object& bad) {
+        return Batch().transfer(BC_TRANSACTION, 0, {bad});
+    };
+    const std::pair<const char*, Batch> kCases[] = {
+            {"overlap", altered([](auto&, auto* offsets) { offsets[1] = 20; })},
+            {"order", altered([](auto&, auto* offsets) { std::swap(offsets[0], offsets[1]); })},
+            {"behind the data", altered([](auto&, auto* offsets) { offsets[1] = 28; })},
+            {"far away", altered([](auto&, auto* offsets) { offsets[1] = ~uint64_t{3}; })},
+            {"odd", altered([](auto&, auto* offsets) { offsets[1] = 25; })},
+            {"half an offset", altered([](auto& data, auto*) { data.offsets_size = 12; })},
+            {"outside", altered([](auto& data, auto*) { data.data_size = 4096; })},
+            {"wrapped", altered([](auto& data, auto*) { data.data.ptr.buffer = ~uint64_t{7}; })},
+            {"too big", altered([](auto& data, auto*) { data.data_size = ~uint64_t{0}; })},
+            {"other cookie", with(object(BINDER_TYPE_BINDER, 10, 99))},
+            {"unknown type", with(object(BINDER_TYPE_PTR, 0))},
+            {"no such handle", with(object(BINDER_TYPE_HANDLE, 5))},
+            {"no descriptor accepted", with(object(BINDER_TYPE_FD, 0))},
+            {"no such target", Batch().transfer(BC_TRANSACTION, 5)},
+            {"reply to nobody", Batch().transfer(BC_REPLY)},
+    };
+    for (const auto& [name, batch] : kCases) {
+        const std::string result = user->exchange(batch);
+        EXPECT_EQ("FAILED_REPLY", result.substr(result.rfind(' ') + 1)) << name;
+        EXPECT_EQ("", loop->read()) << name;
+        EXPECT_EQ("", hub.checkInvariants()) << name;
+    }
+}
+
+TEST_F(HubTest, tellsTheCallerThatItsReplyFailed) {
+    ASSERT_EQ("TRANSACTION", call({}));
+    EXPECT_EQ("COMPLETE",
+              loop->exchange(Batch().transfer(BC_REPLY, 0, {object(BINDER_TYPE_HANDLE, 9)})));
+    EXPECT_EQ("COMPLETE FAILED_REPLY", user->read());
+}
+
+TEST_F(HubTest, passesDescriptorsToThoseWhoAcceptThem) {
+    const int pipe = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    const flat_binder_object binder =
+            object(BINDER_TYPE_BINDER, 1, 1, FLAT_BINDER_FLAG_ACCEPTS_FDS);
+    ASSERT_EQ("TRANSACTION", call({binder}, TF_ACCEPT_FDS));
+    Batch reply = Batch().transfer(BC_REPLY, 0, Objects(2, object(BINDER_TYPE_FD, 0, 5)));
+    reply.descriptors = {pipe};
+    loop->exchange(reply);
+    EXPECT_EQ("INCREFS ACQUIRE COMPLETE REPLY", user->read());
+    ASSERT_EQ(2U, user->descriptors.size());
+    EXPECT_EQ(1U, user->objects[1].handle);
+    EXPECT_EQ(5U, user->objects[1].cookie);
+    close(pipe);
+}
+
+TEST_F(HubTest, tellsOfDeaths) {
+    giveBinder();
+    EXPECT_EQ("", loop->exchange(Batch().add(BC_REQUEST_DEATH_NOTIFICATION, deathOf(1))));
+    client.socket.reset();
+    hub.step(0);
+    EXPECT_EQ("DEAD", loop->read());
+    EXPECT_EQ("DEAD_REPLY", loop->exchange(Batch().transfer(BC_TRANSACTION, 1)));
+    // Cleared between notice and acknowledgement: confirmed after that.
+    EXPECT_EQ("", loop->exchange(Batch().add(BC_CLEAR_DEATH_NOTIFICATION, deathOf(1))));
+    EXPECT_EQ("CLEARED", loop->exchange(Batch().add(BC_DEAD_BINDER_DONE, kCookie)));
+    EXPECT_EQ("DEAD", loop->exchange(Batch().add(BC_REQUEST_DEATH_NOTIFICATION, deathOf(1))));
+}
+
+TEST_F(HubTest, failsCallsOfThreadsAndProcessesThatEnd) {
+    giveBinder();
+    TestThread other = client.newThread();
+    other.send(Batch().transfer(BC_TRANSACTION));
+    ASSERT_EQ("TRANSACTION", loop->read());
+    ASSERT_EQ("", loop->exchange(Batch().transfer(BC_TRANSACTION, 1)));
+    ASSERT_EQ("COMPLETE TRANSACTION", other.read());  // the thread that waits
+    other.socket.reset();
+    hub.step(0);
+    EXPECT_EQ("COMPLETE DEAD_REPLY", loop->read());
+    EXPECT_EQ("COMPLETE", loop->exchange(Batch().transfer(BC_REPLY)));  // its caller has gone
+    user->send(Batch().transfer(BC_TRANSACTION), false);
+    manager.socket.reset();
+    hub.step(0);
+    EXPECT_EQ("COMPLETE DEAD_REPLY", user->read());
+    EXPECT_EQ("DEAD_REPLY", user->exchange(Batch().transfer(BC_TRANSACTION)));
+}
+
+TEST_F(HubTest, asksForThreadsUpToTheLimit) {
+    ASSERT_EQ(0, manager.ask(kSetMaxThreads, 1));
+    TestThread second = client.newThread();
+    EXPECT_EQ("SPAWN TRANSACTION", call({}));
+    TestThread spawned = manager.newThread();
+    spawned.send(Batch().add(BC_REGISTER_LOOPER));
+    second.send(Batch().transfer(BC_TRANSACTION));
+    EXPECT_EQ("TRANSACTION", spawned.read());
+}
+
+TEST_F(HubTest, closesWhoSendsGarbageAndNobodyElse) {
+    giveBinder();
+    HubHeader header = {};
+    header.kind = kExchange;
+    header.commandSize = 100;
+    const auto* bytes = reinterpret_cast<const uint8_t*>(&header);
+    const std::vector<uint8_t> tooShort(bytes, bytes + sizeof(header));
+    header.commandSize = 0;
+    header.flags = kWantsReturns;
+    const std::vector<uint8_t> question(bytes, bytes + sizeof(header));
+    header.kind = kHello;
+    const std::vector<uint8_t> wrongKind(bytes, bytes + sizeof(header));
+    const std::function<void(TestThread&)> kCases[] = {
+            [](TestThread& thread) { thread.send(Batch().add(0xdeadbeef)); },
+            [](TestThread& thread) { thread.send(Batch().add(BC_ACQUIRE)); },
+            [](TestThread& thread) {
+                thread.sendRaw({1, 2, 3});
+            },
+            [&](TestThread& thread) { thread.sendRaw(tooShort); },
+            [&](TestThread& thread) { thread.sendRaw(wrongKind); },
+            [&](TestThread& thread) { thread.sendRaw(question), thread.sendRaw(question); },
+    };
+    for (const auto& misbehave : kCases) {
+        TestProcess bad(hub, 300);
+        TestThread thread = bad.newThread();
+        misbehave(thread);
+        EXPECT_EQ("closed", thread.read());
+        EXPECT_EQ(-EPIPE, bad.ask(kSetMaxThreads, 1));
+        EXPECT_EQ("", hub.checkInvariants());
+    }
+    EXPECT_EQ("TRANSACTION", call({}));
+}
+
+TEST_F(HubTest, countsMistakesAndIgnoresThem) {
+    giveBinder();
+    EXPECT_EQ("", loop->exchange(Batch().add(BC_FREE_BUFFER, loop->bufferId)
+                                         .add(BC_RELEASE, 7U)
+                                         .add(BC_ACQUIRE, 0U)
+                                         .add(BC_DEAD_BINDER_DONE, kCookie)
+                                         .add(BC_ACQUIRE_DONE, uint64_t{0}, uint64_t{0})));
+    EXPECT_NE(std::string::npos, hub.state().find("\"mistakes\":5")) << hub.state();
+}
+
+TEST(ServerTest, refusesASecondHubAndReplacesAStaleSocket) {
+    const std::string path = defaultSocket();
+    for (const int ending : {SIGKILL, SIGTERM}) {  // the second finds what the first left
+        const pid_t child = fork();
+        if (child == 0) {
+            prctl(PR_SET_PDEATHSIG, SIGKILL);
+            _exit(serve(path).empty() ? 0 : 1);
+        }
+        while (connectTo(path).get() < 0 && waitpid(child, nullptr, WNOHANG) == 0) {
+            usleep(1000);
+        }
+        std::string json;
+        std::string error;
+        EXPECT_EQ(0, hubState(path, &json, &error)) << error;
+        EXPECT_EQ("a hub answers there already", serve(path));
+        kill(child, ending);
+        int status = -1;
+        ASSERT_EQ(child, waitpid(child, &status, 0));
+        EXPECT_EQ(ending == SIGKILL ? SIGKILL : 0, status);
+        struct stat left = {};
+        EXPECT_EQ(ending == SIGKILL ? 0 : -1, stat(path.c_str(), &left));
+    }
+}
+
+}  // namespace
+
+}  // namespace binderhub
