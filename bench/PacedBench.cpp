@@ -16,8 +16,9 @@
 
 #include "BenchPhone.h"
 #include "ProcessCpu.h"
+#include "sim/BinderPlatform.h"
 #include "sim/DeviceTree.h"
-#include "sim/KelvodProcess.h"
+#include "sim/PhoneProcess.h"
 #include "sim/PhoneTree.h"
 
 namespace {
@@ -26,8 +27,8 @@ constexpr double kCpuBudget = 1.4;
 constexpr int kSettleSeconds = 3;
 constexpr int kDefaultInterval = 5;  // s
 
-std::string kelvodPath() {
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path() / "kelvod";
+std::string programFolder() {
+    return std::filesystem::read_symlink("/proc/self/exe").parent_path();
 }
 
 void sleepSeconds(double seconds) {
@@ -64,13 +65,19 @@ struct Phone {
     sim::PhoneTree phone;
 };
 
+/** A phone with the daemon on it. */
+struct DaemonPhone : Phone {
+    explicit DaemonPhone(const sim::Scenario& phoneScenario) : Phone(phoneScenario) {}
+    sim::BinderPlatform binder{programFolder(), tree.root(), folder.path()};
+    sim::PhoneProcess kelvod{{programFolder() + "/kelvod"}, tree.root(), "/dev/null"};
+};
+
 /** Seconds in which both run; every second one model's value moves by a tenth of a degree. */
 bool measureCpu(int seconds) {
     sim::Scenario scenario = bench::phone();
     scenario.properties["persist.sys.shelltemp.interval"] = "1";
-    Phone daemon(scenario);
+    DaemonPhone daemon(scenario);
     Phone bare(scenario);
-    sim::KelvodProcess kelvod({kelvodPath()}, daemon.tree.root(), "/dev/null");
     sleepSeconds(0.4);  // their passes must not fall together
     const pid_t barePid = fork();
     if (barePid == 0) {
@@ -81,7 +88,7 @@ bool measureCpu(int seconds) {
     int64_t bareStart = 0;
     for (int second = -kSettleSeconds; second < seconds; ++second) {
         if (second == 0) {
-            kelvodStart = bench::cpuNanos(kelvod.pid());
+            kelvodStart = bench::cpuNanos(daemon.kelvod.pid());
             bareStart = bench::cpuNanos(barePid);
         }
         temp += 500;
@@ -95,7 +102,7 @@ bool measureCpu(int seconds) {
     const auto perCycle = [&](pid_t pid, int64_t start) {
         return static_cast<double>(bench::cpuNanos(pid) - start) / 1000 / seconds;
     };
-    const double kelvodMicros = perCycle(kelvod.pid(), kelvodStart);
+    const double kelvodMicros = perCycle(daemon.kelvod.pid(), kelvodStart);
     const double bareMicros = perCycle(barePid, bareStart);
     kill(barePid, SIGKILL);
     waitpid(barePid, nullptr, 0);
@@ -106,13 +113,12 @@ bool measureCpu(int seconds) {
 
 /** One wake-up a cycle of the fitting thread, none of another. */
 bool measureWakeUps(int seconds) {
-    Phone phone(bench::phone());
-    sim::KelvodProcess kelvod({kelvodPath()}, phone.tree.root(), "/dev/null");
+    DaemonPhone phone(bench::phone());
     sleepSeconds(kSettleSeconds);
-    const auto before = bench::voluntarySwitches(kelvod.pid());
+    const auto before = bench::voluntarySwitches(phone.kelvod.pid());
     sleepSeconds(seconds);
     bool good = true;
-    for (const auto& [name, count] : bench::voluntarySwitches(kelvod.pid())) {
+    for (const auto& [name, count] : bench::voluntarySwitches(phone.kelvod.pid())) {
         const int64_t wakeUps = count - before.at(name);
         const int64_t budget = name == "st-fitting" ? seconds / kDefaultInterval : 0;
         std::printf("wake-ups in %d s: %-10s %lld (budget %lld)\n", seconds, name.c_str(),

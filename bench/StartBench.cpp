@@ -11,8 +11,9 @@
 #include <string>
 #include <vector>
 
+#include "sim/BinderPlatform.h"
 #include "sim/DeviceTree.h"
-#include "sim/KelvodProcess.h"
+#include "sim/PhoneProcess.h"
 #include "sim/PhoneTree.h"
 #include "sim/ScenarioParser.h"
 #include "sim/ShellTempNode.h"
@@ -35,20 +36,21 @@ double median(std::vector<double> values) {
 }
 
 /** ms to the first line; negative when none came. */
-double startKelvod(const sim::Scenario& scenario, const std::string& kelvod) {
+double startKelvod(const sim::Scenario& scenario, const std::string& programs) {
     const sim::TemporaryFolder folder("kelvo-bench-");
     sim::DeviceTree tree(folder.path());
     sim::ShellTempNode node(tree);
     sim::PhoneTree(tree, scenario, [&](bool present) { node.setPresent(present); }).build();
+    const sim::BinderPlatform binder(programs, folder.path(), folder.path());
     const Clock::time_point start = Clock::now();
-    const sim::KelvodProcess process({kelvod}, folder.path(), "/dev/null");
+    const sim::PhoneProcess process({programs + "/kelvod"}, folder.path(), "/dev/null");
     pollfd fd{node.fd(), POLLIN, 0};
     return poll(&fd, 1, kLimitMs) == 1 ? millisSince(start) : -1;
 }
 
 double startNothing() {
     const Clock::time_point start = Clock::now();
-    sim::KelvodProcess process({"/bin/true"}, "/", "/dev/null");
+    sim::PhoneProcess process({"/bin/true"}, "/", "/dev/null");
     waitid(P_PID, static_cast<id_t>(process.pid()), nullptr, WEXITED | WNOWAIT);
     return millisSince(start);
 }
@@ -61,12 +63,11 @@ int main(int argc, char** argv) {
         return 2;
     }
     const sim::Scenario scenario = sim::loadScenario(argv[1]);
-    const std::string kelvod =
-            std::filesystem::read_symlink("/proc/self/exe").parent_path() / "kelvod";
+    const std::string programs = std::filesystem::read_symlink("/proc/self/exe").parent_path();
     std::vector<double> daemon;
     std::vector<double> floor;
     for (int i = 0; i < kRuns; ++i) {
-        daemon.push_back(startKelvod(scenario, kelvod));
+        daemon.push_back(startKelvod(scenario, programs));
         floor.push_back(startNothing());
     }
     const double worst = *std::ranges::max_element(daemon);

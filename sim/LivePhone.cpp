@@ -6,7 +6,7 @@
 
 namespace sim {
 
-LivePhone::LivePhone(const Scenario& scenario, const std::string& root,
+LivePhone::LivePhone(const Scenario& scenario, const std::string& root, const std::string& programs,
                      const std::vector<std::string>& kelvod)
       : mScenario(scenario),
         mTree(root),
@@ -17,7 +17,8 @@ LivePhone::LivePhone(const Scenario& scenario, const std::string& root,
     mTree.addFolder("/data");
     mPlayer.emplace(scenario, mPhone);
     mPlayer->feedTree(0);
-    mKelvod = std::make_unique<KelvodProcess>(kelvod, root, mLogPath);
+    mBinder = std::make_unique<BinderPlatform>(programs, root, mTree.hostPath("/data"));
+    mKelvod = std::make_unique<PhoneProcess>(kelvod, root, mLogPath);
 }
 
 void LivePhone::advanceTo(int64_t timeMs) {
@@ -38,6 +39,16 @@ void LivePhone::perform(const Deed& deed, int64_t timeMs) {
                           [this](const SetProperties& properties) { mPhone.apply(properties); },
                           [](const auto&) {}},
                deed);
+}
+
+std::optional<ProcessEnding> LivePhone::ending() {
+    if (auto binder = mBinder->ending()) {
+        return binder;  // the daemon may have ended because of it
+    }
+    if (const auto how = mKelvod->ending()) {
+        return ProcessEnding{"kelvod", *how, mLogPath};
+    }
+    return std::nullopt;
 }
 
 const std::map<int32_t, int32_t>& LivePhone::shellTemps() {

@@ -7,7 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "sim/KelvodProcess.h"
+#include "sim/BinderPlatform.h"
+#include "sim/PhoneProcess.h"
 #include "sim/PhoneTree.h"
 #include "sim/Scenario.h"
 #include "sim/ScenarioPlayer.h"
@@ -16,13 +17,17 @@
 namespace sim {
 
 /**
- * A simulated phone in real time with the daemon as a process of its own. The scenario's clock can
- * run faster than real time; the daemon's own cadence does not. Not thread-safe. Failures throw.
+ * A simulated phone in real time: the daemon and what it talks through are processes of their own.
+ * The scenario's clock can run faster than real time; the daemon's own cadence does not. Not
+ * thread-safe. Failures throw.
  */
 class LivePhone {
   public:
-    /** Builds the tree below `root` and starts `kelvod`; `scenario` lives longer than this. */
-    LivePhone(const Scenario& scenario, const std::string& root,
+    /**
+     * Builds the tree below `root`, starts what carries binder calls (found in the folder
+     * `programs`) and then `kelvod`. `scenario` lives longer than this.
+     */
+    LivePhone(const Scenario& scenario, const std::string& root, const std::string& programs,
               const std::vector<std::string>& kelvod);
 
     /** Brings the phone to this time of the scenario (ms). */
@@ -33,10 +38,8 @@ class LivePhone {
     const std::map<int32_t, int32_t>& shellTemps();
     /** The hottest zone as it stands in the tree; none when no zone can be read. */
     std::optional<ZoneSpec> hottestZone() const;
-    /** How the daemon ended; none while it runs. */
-    std::optional<std::string> kelvodEnding() { return mKelvod->ending(); }
-    /** Host path of the daemon's log. */
-    const std::string& logPath() const { return mLogPath; }
+    /** Which of the phone's processes has ended, and how; none while all run. */
+    std::optional<ProcessEnding> ending();
 
     /** Whether this action can be performed live. */
     static bool canPerform(const Deed& deed);
@@ -51,7 +54,8 @@ class LivePhone {
     std::optional<ScenarioPlayer> mPlayer;
     const std::string mLogPath;
     std::map<int32_t, int32_t> mShellTemps;
-    std::unique_ptr<KelvodProcess> mKelvod;
+    std::unique_ptr<BinderPlatform> mBinder;  // outlives the daemon
+    std::unique_ptr<PhoneProcess> mKelvod;
 };
 
 }  // namespace sim

@@ -1,5 +1,6 @@
 #include "sim/VirtualPhone.h"
 
+#include <binder/LocalServiceManager.h>
 #include <stdlib.h>
 #include <time.h>
 
@@ -17,13 +18,19 @@ VirtualPhone::VirtualPhone(const Scenario& scenario)
       : mScenario(scenario),
         mTree(kelvo::deviceRoot()),
         mShellTemp(mTree),
-        mPhone(mTree, scenario, [this](bool present) { mShellTemp.setPresent(present); }) {
+        mPhone(mTree, scenario, [this](bool present) { mShellTemp.setPresent(present); }),
+        mClient([this](Event event) {
+            event.timeMs = now();
+            emit(event);
+        }) {
+    android::installLocalServiceManager();
     // Local time in replay is UTC.
     setenv("TZ", "UTC", 1);
     tzset();
     VirtualTime::start(scenario.uptimeMs, scenario.startNs);
     mPhone.build();
     mProperties.emplace(mTree);
+    mAtoms.emplace(mTree);
     mPlayer.emplace(scenario, mPhone);
     VirtualScheduler::get().setObserver([this] { collectEvents(); });
 }
@@ -76,8 +83,13 @@ void VirtualPhone::perform(const Deed& deed) {
 }
 
 bool VirtualPhone::canPerform(const Deed& deed) {
-    return std::holds_alternative<SetZones>(deed) || std::holds_alternative<SetNodes>(deed) ||
-           std::holds_alternative<SetProperties>(deed);
+    return std::visit(
+            Overloaded{[](const SetZones&) { return true; }, [](const SetNodes&) { return true; },
+                       [](const SetProperties&) { return true; },
+                       [](const auto& other) {
+                           return kIsFrameworkDeed<std::decay_t<decltype(other)>>;
+                       }},
+            deed);
 }
 
 void VirtualPhone::apply(const Deed& deed) {
@@ -87,7 +99,11 @@ void VirtualPhone::apply(const Deed& deed) {
                               mPhone.apply(properties);
                               mProperties->dropChanges();
                           },
-                          [](const auto&) {}},
+                          [this](const auto& other) {
+                              if constexpr (kIsFrameworkDeed<std::decay_t<decltype(other)>>) {
+                                  mClient.perform(other);
+                              }
+                          }},
                deed);
     collectEvents();
     VirtualScheduler::get().handleMessages();
@@ -101,6 +117,9 @@ void VirtualPhone::collectEvents() {
     });
     mProperties->takeChanges([this](const std::string& name, const std::string& value) {
         emit({now(), "property", {{"name", name}, {"value", value}}});
+    });
+    mAtoms->takeRecords([this](int32_t id, const std::string& text, int32_t value) {
+        emit({now(), "atom", {{"id", id}, {"text", text}, {"value", value}}});
     });
 }
 

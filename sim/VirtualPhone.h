@@ -4,7 +4,9 @@
 #include <optional>
 #include <string>
 
+#include "sim/AtomLog.h"
 #include "sim/Event.h"
+#include "sim/FrameworkClient.h"
 #include "sim/PhoneTree.h"
 #include "sim/PropertyWatch.h"
 #include "sim/Scenario.h"
@@ -55,8 +57,10 @@ class VirtualPhone {
     ShellTempNode mShellTemp;
     PhoneTree mPhone;
     std::optional<PropertyWatch> mProperties;
+    std::optional<AtomLog> mAtoms;
     std::optional<ScenarioPlayer> mPlayer;
     std::function<void(const Event&)> mListener = [](const Event&) {};
+    FrameworkClient mClient;
 };
 
 }  // namespace sim

@@ -39,15 +39,20 @@ void VirtualScheduler::handleMessages() {
     if (mLooper == nullptr) {
         return;
     }
-    int result = 0;
-    do {
-        sNextMessageNs = kNever;
-        // So that the poll returns at once also when there is no message at all.
-        mLooper->wake();
-        result = mLooper->pollOnce(-1);
+    while (poll() == android::Looper::POLL_CALLBACK) {
         mObserver();
-    } while (result == android::Looper::POLL_CALLBACK);
+    }
+    // The Looper learns when its next message is due at the end of one poll and tells in the next.
+    poll();
+    mObserver();
     mNextMessageMs = sNextMessageNs == kNever ? kNever : VirtualTime::fromMonotonic(sNextMessageNs);
+}
+
+int VirtualScheduler::poll() {
+    sNextMessageNs = kNever;
+    // So that the poll returns at once also when there is no message at all.
+    mLooper->wake();
+    return mLooper->pollOnce(-1);
 }
 
 void VirtualScheduler::runLoops() {

@@ -1,6 +1,7 @@
 #include "FlatObject.h"
 
 #include <binder/IBinder.h>
+#include <binder/ProcessState.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -8,12 +9,18 @@
 #include <cerrno>
 #include <cstring>
 
+#include "ParcelLimits.h"
+
 namespace android {
 
 namespace {
 
 // Priority that the driver is told for descriptors: none in particular.
 constexpr uint32_t kDescriptorPriority = 0x7f;
+
+sp<IBinder> proxyOf(const flat_binder_object& object) {
+    return ProcessState::self()->getStrongProxyForHandle(static_cast<int32_t>(object.handle));
+}
 
 }  // namespace
 
@@ -29,18 +36,53 @@ flat_binder_object objectAt(const uint8_t* data, size_t position) {
     return object;
 }
 
-void acquireObject(const flat_binder_object& object, const void* owner) {
+bool acquireObject(const flat_binder_object& object, const void* owner) {
     if (object.hdr.type == BINDER_TYPE_BINDER && object.binder != 0) {
         binderOf(object)->incStrong(owner);
+    } else if (object.hdr.type == BINDER_TYPE_HANDLE) {
+        const sp<IBinder> proxy = proxyOf(object);
+        if (proxy == nullptr) {
+            return false;
+        }
+        proxy->incStrong(owner);
     }
+    return true;
 }
 
 void releaseObject(const flat_binder_object& object, const void* owner) {
     if (object.hdr.type == BINDER_TYPE_BINDER && object.binder != 0) {
         binderOf(object)->decStrong(owner);
+    } else if (object.hdr.type == BINDER_TYPE_HANDLE) {
+        // The parcel's own reference has kept this proxy the one of its handle.
+        if (const sp<IBinder> proxy = proxyOf(object); proxy != nullptr) {
+            proxy->decStrong(owner);
+        }
     } else if (object.hdr.type == BINDER_TYPE_FD && object.cookie != 0) {
         close(static_cast<int>(object.handle));
     }
+}
+
+void closeDescriptors(const uint8_t* data, const binder_size_t* objects, size_t count) {
+    for (size_t i = 0; i < count; ++i) {
+        const flat_binder_object object = objectAt(data, objects[i]);
+        if (object.hdr.type == BINDER_TYPE_FD) {
+            close(static_cast<int>(object.handle));
+        }
+    }
+}
+
+bool areValidObjects(const uint8_t* data, size_t size, const binder_size_t* objects, size_t count) {
+    size_t end = 0;
+    for (size_t i = 0; i < count; ++i) {
+        const binder_size_t start = objects[i];
+        if (start < end || start % kParcelWordBytes != 0 || start > size ||
+            size - start < sizeof(flat_binder_object) ||
+            !isSupportedType(objectAt(data, start).hdr.type)) {
+            return false;
+        }
+        end = start + sizeof(flat_binder_object);
+    }
+    return true;
 }
 
 size_t firstObjectEndingAfter(const binder_size_t* objects, size_t count, size_t position) {
@@ -52,7 +94,15 @@ size_t firstObjectEndingAfter(const binder_size_t* objects, size_t count, size_t
 }
 
 bool isSupportedType(uint32_t type) {
-    return type == BINDER_TYPE_BINDER || type == BINDER_TYPE_FD;
+    return type == BINDER_TYPE_BINDER || type == BINDER_TYPE_HANDLE || type == BINDER_TYPE_FD;
+}
+
+flat_binder_object flatHandle(int32_t handle) {
+    flat_binder_object object = {};
+    object.hdr.type = BINDER_TYPE_HANDLE;
+    object.flags = FLAT_BINDER_FLAG_ACCEPTS_FDS;
+    object.handle = static_cast<uint32_t>(handle);
+    return object;
 }
 
 flat_binder_object flatDescriptor(int fd, bool owned) {

@@ -18,17 +18,26 @@ flat_binder_object objectAt(const uint8_t* data, size_t position);
 /** The binder of an object of type BINDER_TYPE_BINDER that a parcel lists; null when it is null. */
 IBinder* binderOf(const flat_binder_object& object);
 
-/** Takes a strong reference for a local binder in the name of `owner`; nothing for other types. */
-void acquireObject(const flat_binder_object& object, const void* owner);
+/** Takes a strong reference for a binder in the name of `owner`; false for an impossible handle. */
+bool acquireObject(const flat_binder_object& object, const void* owner);
 
 /** Gives the reference back, or closes a descriptor that the parcel owns. */
 void releaseObject(const flat_binder_object& object, const void* owner);
+
+/** Closes all descriptors of a buffer that the driver handed over: they are the receiver's. */
+void closeDescriptors(const uint8_t* data, const binder_size_t* objects, size_t count);
+
+/** Whether the objects are of supported types, inside, aligned, in order and apart. */
+bool areValidObjects(const uint8_t* data, size_t size, const binder_size_t* objects, size_t count);
 
 /** First index whose object ends behind `position`; `count` when there is none. */
 size_t firstObjectEndingAfter(const binder_size_t* objects, size_t count, size_t position);
 
 /** Whether a parcel of this process can hold and release such an object. */
 bool isSupportedType(uint32_t type);
+
+/** The binder behind a handle as an object. */
+flat_binder_object flatHandle(int32_t handle);
 
 /** A descriptor as an object; its cookie says whether the parcel closes it. */
 flat_binder_object flatDescriptor(int fd, bool owned);

@@ -6,6 +6,11 @@
 #include <pthread.h>
 #include <unistd.h>
 
+#include <utility>
+
+#include "DriverAccess.h"
+#include "ThreadDriverState.h"
+
 namespace android {
 
 namespace {
@@ -29,6 +34,8 @@ uint32_t lowOfToken(int64_t token) {
 
 }  // namespace
 
+const int32_t IPCThreadState::kUnsetWorkSource;
+
 IPCThreadState::IPCThreadState()
       : mProcess(ProcessState::self()),
         mLastError(OK),
@@ -37,14 +44,36 @@ IPCThreadState::IPCThreadState()
         mPropagateWorkSource(false),
         mStrictModePolicy(0),
         mLastTransactionBinderFlags(0),
-        mCallRestriction(ProcessState::CallRestriction::NONE) {
+        mCallRestriction(mProcess->mCallRestriction) {
     clearCaller();
+    mIn.setDataCapacity(BinderDriver::kReadBytes);
+    mOut.setDataCapacity(BinderDriver::kReadBytes);
 }
 
-IPCThreadState::~IPCThreadState() = default;
+/** Runs on the thread that ends, and not in a process that never opened a driver. */
+IPCThreadState::~IPCThreadState() {
+    if (BinderDriver* driver = openedDriver(); driver != nullptr) {
+        flushCommands();
+        driver->exitThread();
+    }
+}
 
 void IPCThreadState::threadDestructor(void* st) {
+    // What is released meanwhile still finds its thread.
+    pthread_setspecific(sKey, st);
     delete static_cast<IPCThreadState*>(st);
+    pthread_setspecific(sKey, nullptr);
+}
+
+void IPCThreadState::shutdown() {
+    if (IPCThreadState* thread = selfOrNull(); thread != nullptr) {
+        threadDestructor(thread);
+    }
+}
+
+ThreadDriverState& threadDriverState() {
+    static thread_local ThreadDriverState state;
+    return state;
 }
 
 IPCThreadState* IPCThreadState::selfOrNull() {
@@ -63,6 +92,14 @@ IPCThreadState* IPCThreadState::self() {
 
 sp<ProcessState> IPCThreadState::process() {
     return mProcess;
+}
+
+status_t IPCThreadState::clearLastError() {
+    return std::exchange(mLastError, OK);
+}
+
+const void* IPCThreadState::getServingStackPointer() const {
+    return mServingStackPointer;
 }
 
 pid_t IPCThreadState::getCallingPid() const {
@@ -143,16 +180,6 @@ void IPCThreadState::setLastTransactionBinderFlags(int32_t flags) {
 
 int32_t IPCThreadState::getLastTransactionBinderFlags() const {
     return mLastTransactionBinderFlags;
-}
-
-/** Without a driver there are no commands on their way to it. */
-void IPCThreadState::flushCommands() {}
-
-/** Without a driver no call ever arrives: the thread stays here and never wakes. */
-void IPCThreadState::joinThreadPool(bool) {
-    for (;;) {
-        pause();
-    }
 }
 
 }  // namespace android

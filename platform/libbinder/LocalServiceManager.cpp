@@ -3,29 +3,25 @@
 
 #include <binder/LocalServiceManager.h>
 
+#include <binder/LocalProcess.h>
+#include <binder/ServiceName.h>
 #include <binder/Status.h>
 
-#include <algorithm>
+#include <mutex>
 #include <utility>
 
 namespace android {
 
 namespace {
 
-constexpr size_t kLongestName = 127;  // characters
-
 std::string keyOf(const String16& name) {
     return String8(name).string();
 }
 
-bool isLegalCharacter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
-           c == '-' || c == '.' || c == '/';
-}
-
-bool isLegalName(const std::string& name) {
-    return !name.empty() && name.size() <= kLongestName &&
-           std::ranges::all_of(name, isLegalCharacter);
+/** The one that this process has. Never destroyed: threads that outlive main still use it. */
+sp<LocalServiceManager>& installedManager() {
+    static sp<LocalServiceManager>& manager = *new sp<LocalServiceManager>;
+    return manager;
 }
 
 }  // namespace
@@ -55,7 +51,7 @@ sp<IBinder> LocalServiceManager::getService(const String16& name) const {
 status_t LocalServiceManager::addService(const String16& name, const sp<IBinder>& service, bool,
                                          int dumpsysFlags) {
     const std::string key = keyOf(name);
-    if (service == nullptr || !isLegalName(key)) {
+    if (service == nullptr || !isLegalServiceName(key)) {
         return binder::Status::EX_ILLEGAL_ARGUMENT;
     }
     Entry entry{service, dumpsysFlags};
@@ -106,6 +102,16 @@ bool LocalServiceManager::removeService(const String16& name) {
         removed = mServices.extract(keyOf(name));
     }
     return !removed.empty();
+}
+
+sp<LocalServiceManager> installLocalServiceManager(const sp<LocalServiceManager>& manager) {
+    static std::once_flag sInstalled;
+    std::call_once(sInstalled, [&] {
+        runWithoutDriver();
+        installedManager() = manager != nullptr ? manager : new LocalServiceManager;
+        setDefaultServiceManager(installedManager());
+    });
+    return installedManager();
 }
 
 }  // namespace android

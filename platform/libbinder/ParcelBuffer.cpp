@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "FlatObject.h"
 #include "ParcelLimits.h"
@@ -44,6 +45,10 @@ void Parcel::initState() {
 }
 
 void Parcel::freeDataNoInit() {
+    if (mOwner != nullptr) {
+        mOwner(this, mData, mDataSize, mObjects, mObjectsSize, mOwnerCookie);
+        return;
+    }
     releaseObjects();
     free(mData);
     free(mObjects);
@@ -111,18 +116,31 @@ status_t Parcel::setDataSize(size_t size) {
     return OK;
 }
 
-/** Makes the capacity at least `desired`; the new memory is not cleared. */
+/**
+ * Makes the capacity at least `desired`; the new memory is not cleared. A parcel whose memory the
+ * driver lent (its capacity is 0) has memory of its own afterwards.
+ */
 status_t Parcel::continueWrite(size_t desired) {
-    if (desired <= mDataCapacity) {
+    if (mOwner == nullptr && desired <= mDataCapacity) {
         return OK;
     }
-    void* data = realloc(mData, desired);
+    const bool lent = mOwner != nullptr;
+    const size_t capacity = lent ? std::max({desired, mDataSize, size_t{1}}) : desired;
+    void* data = realloc(lent ? nullptr : mData, capacity);
     if (data == nullptr) {
         mError = NO_MEMORY;
         return NO_MEMORY;
     }
-    mData = static_cast<uint8_t*>(data);
-    mDataCapacity = desired;
+    mDataCapacity = capacity;
+    uint8_t* const before = std::exchange(mData, static_cast<uint8_t*>(data));
+    if (lent) {
+        memcpy(mData, before, mDataSize);
+        const binder_size_t* const objects = mObjects;
+        const size_t count = mObjectsSize;
+        const release_func release = std::exchange(mOwner, nullptr);
+        acquireObjects();
+        release(nullptr, before, mDataSize, objects, count, mOwnerCookie);
+    }
     return OK;
 }
 
@@ -154,6 +172,9 @@ status_t Parcel::finishWrite(size_t len) {
 
 /** Empties the parcel and makes its capacity at least `desired`. */
 status_t Parcel::restartWrite(size_t desired) {
+    if (mOwner != nullptr) {
+        freeData();
+    }
     releaseObjects();
     mDataSize = 0;
     mDataPos = 0;

@@ -3,7 +3,9 @@
 #include <limits>
 #include <memory>
 
+#include <binder/BpBinder.h>
 #include <binder/Parcel.h>
+#include <binder/ProcessState.h>
 #include <binder/Stability.h>
 
 #include <cstdlib>
@@ -84,10 +86,14 @@ status_t Parcel::writeObject(const flat_binder_object& val, bool nullMetaData) {
         return status;
     }
     if (nullMetaData || val.binder != 0) {
+        if (!acquireObject(val, this)) {
+            return BAD_VALUE;
+        }
         if (mObjectsSize == mObjectsCapacity) {
             const size_t capacity = (mObjectsCapacity + 2) * 3 / 2;
             void* objects = realloc(mObjects, capacity * sizeof(binder_size_t));
             if (objects == nullptr) {
+                releaseObject(val, this);
                 return NO_MEMORY;
             }
             mObjects = static_cast<binder_size_t*>(objects);
@@ -98,7 +104,6 @@ status_t Parcel::writeObject(const flat_binder_object& val, bool nullMetaData) {
                 (mObjectsSize - index) * sizeof(binder_size_t));
         mObjects[index] = mDataPos;
         ++mObjectsSize;
-        acquireObject(val, this);
         mFdsKnown = mFdsKnown && val.hdr.type != BINDER_TYPE_FD;
     }
     memcpy(mData + mDataPos, &val, sizeof(val));
@@ -152,11 +157,14 @@ status_t Parcel::appendFrom(const Parcel* parcel, size_t offset, size_t len) {
 }
 
 status_t Parcel::flattenBinder(const sp<IBinder>& binder) {
+    BpBinder* remote = binder != nullptr ? binder->remoteBinder() : nullptr;
     BBinder* local = binder != nullptr ? binder->localBinder() : nullptr;
-    if (binder != nullptr && local == nullptr) {
-        return BAD_TYPE;  // a proxy: there is no driver that knows its handle
+    if (binder != nullptr && local == nullptr && remote == nullptr) {
+        return BAD_TYPE;
     }
-    const status_t status = writeObject(flatBinder(local), false);
+    const flat_binder_object object =
+            remote != nullptr ? flatHandle(remote->handle()) : flatBinder(local);
+    const status_t status = writeObject(object, false);
     return status != OK ? status : finishFlattenBinder(binder, {});
 }
 
@@ -172,6 +180,10 @@ status_t Parcel::unflattenBinder(sp<IBinder>* out) const {
         return BAD_TYPE;
     }
     const flat_binder_object object = objectAt(reinterpret_cast<const uint8_t*>(found), 0);
+    if (object.hdr.type == BINDER_TYPE_HANDLE) {
+        const auto handle = static_cast<int32_t>(object.handle);
+        return finishUnflattenBinder(ProcessState::self()->getStrongProxyForHandle(handle), out);
+    }
     if (object.hdr.type != BINDER_TYPE_BINDER) {
         return BAD_TYPE;
     }

@@ -56,8 +56,7 @@ TEST(FileUtils, writeFileNeitherCreatesNorTruncates) {
 }
 
 TEST(FileUtils, frameCounterIsAskedOfTheCompositor) {
-    const android::sp<android::LocalServiceManager> services = new android::LocalServiceManager();
-    android::setDefaultServiceManager(services);
+    const android::sp<android::IServiceManager> services = android::installLocalServiceManager();
     LogCapture log;
     EXPECT_EQ(kelvo::getGlobalFrames(), -1);
     EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "unable to get surfaceflinger"), 1U);

@@ -36,7 +36,7 @@ constexpr char kEnable[] = "persist.sys.kelvo.enable";
 
 class KelvoMainTest : public EngineTest {
   protected:
-    KelvoMainTest() { android::setDefaultServiceManager(services); }
+    KelvoMainTest() { android::installLocalServiceManager(services); }
 
     const sp<RecordingServiceManager> services = new RecordingServiceManager();
 };

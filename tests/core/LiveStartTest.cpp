@@ -1,5 +1,10 @@
 // The start-up with the daemon's own threads.
 
+#include <limits>
+#include <memory>
+
+// The binder header needs the two above.
+#include <binder/LocalServiceManager.h>
 #include <gmock/gmock.h>
 #include <pthread.h>
 #include <stdlib.h>
@@ -22,7 +27,10 @@ namespace {
 
 class LiveStart : public testing::Test {
   protected:
-    LiveStart() { tree.setProperty("persist.sys.kelvo.enable", "1"); }
+    LiveStart() {
+        android::installLocalServiceManager();
+        tree.setProperty("persist.sys.kelvo.enable", "1");
+    }
 
     // The time limit of the test ends a wait in vain.
     static void await(const std::function<bool()>& condition) {

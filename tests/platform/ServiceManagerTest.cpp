@@ -57,7 +57,8 @@ struct Published : BBinder {
 };
 
 TEST(ServiceManagerTest, isOneForTheProcess) {
-    const sp<IServiceManager> manager = defaultServiceManager();
+    const sp<LocalServiceManager> manager = installLocalServiceManager();
+    EXPECT_EQ(manager, installLocalServiceManager(new LocalServiceManager));
     ASSERT_EQ(OK, BinderService<Published>::publish(false, 8));
     EXPECT_NE(nullptr, manager->checkService(String16("published")));
     EXPECT_DEATH(setDefaultServiceManager(new LocalServiceManager), "in use already");

@@ -1,5 +1,6 @@
 #include "support/EngineTest.h"
 
+#include <algorithm>
 #include <utility>
 
 EngineTest::EngineTest() {
@@ -31,6 +32,8 @@ void EngineTest::buildPhone() {
     mPhone->setListener([this](const sim::Event& event) {
         if (event.name == "write") {
             mWrites.push_back(event.members.back().second.asString());
+        } else {
+            mEvents.push_back(event);
         }
     });
 }
@@ -50,4 +53,29 @@ void EngineTest::setTemp(int32_t zone, std::optional<int32_t> temp) {
 
 std::vector<std::string> EngineTest::takeWrites() {
     return std::exchange(mWrites, {});
+}
+
+std::vector<std::string> EngineTest::takeEvents() {
+    std::vector<std::string> lines;
+    for (const sim::Event& event : std::exchange(mEvents, {})) {
+        std::string line = sim::toJsonLine(event);
+        line.erase(0, line.find("\"event\""));
+        std::replace(line.begin(), line.end(), '"', '\'');
+        lines.push_back("{" + line);
+    }
+    return lines;
+}
+
+std::vector<std::string> EngineTest::takeCalls() {
+    std::vector<std::string> calls;
+    for (const sim::Event& event : std::exchange(mEvents, {})) {
+        if (event.name.starts_with("notify_")) {
+            std::string call = event.name.substr(event.name.rfind('_') + 1);
+            for (const auto& [name, value] : event.members) {
+                call += value.isInt() ? " " + std::to_string(value.asInt()) : "";
+            }
+            calls.push_back(call);
+        }
+    }
+    return calls;
 }

@@ -38,6 +38,10 @@ class EngineTest : public testing::Test {
 
     /** Texts written to "/proc/shell-temp" since the last call. */
     std::vector<std::string> takeWrites();
+    /** All other events since the last call: lines of JSON from "event" on, with single quotes. */
+    std::vector<std::string> takeEvents();
+    /** Those of them that went to listeners, as "kind number…": "status 3", "broadcast 3 36000". */
+    std::vector<std::string> takeCalls();
 
     LogCapture log;
     sim::Scenario scenario;
@@ -45,4 +49,5 @@ class EngineTest : public testing::Test {
   private:
     std::unique_ptr<sim::VirtualPhone> mPhone;
     std::vector<std::string> mWrites;
+    std::vector<sim::Event> mEvents;
 };

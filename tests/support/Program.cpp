@@ -44,6 +44,8 @@ Program::Program(const std::string& name, const std::vector<std::string>& argume
         dup2(out[1], STDOUT_FILENO);
         dup2(err[1], STDERR_FILENO);
         unsetenv("KELVO_ROOT");
+        // Tests share no driver with their machine unless they are told to.
+        setenv("KELVO_BINDER", "hub", 0);
         if (!temporaryFolder.empty()) {
             setenv("TMPDIR", temporaryFolder.c_str(), 1);
         }

@@ -65,11 +65,13 @@ class StopSignals {
     int mFd = -1;
 };
 
+/** The folder of this program, where the others are as well. */
+std::string programFolder() {
+    return fs::read_symlink("/proc/self/exe").parent_path();
+}
+
 std::vector<std::string> kelvodCommand(const LiveOptions& options) {
-    if (!options.kelvod.empty()) {
-        return options.kelvod;
-    }
-    return {fs::read_symlink("/proc/self/exe").parent_path() / "kelvod"};
+    return options.kelvod.empty() ? std::vector{programFolder() + "/kelvod"} : options.kelvod;
 }
 
 void refuseUsedFolder(const std::string& root) {
@@ -78,9 +80,10 @@ void refuseUsedFolder(const std::string& root) {
     }
 }
 
-void reportEnding(sim::LivePhone& phone, const std::string& ending) {
-    std::cerr << "kelvosim: kelvod has ended with " << ending << "; the end of its log:\n";
-    std::ifstream log(phone.logPath());
+void reportEnding(const sim::ProcessEnding& process) {
+    std::cerr << "kelvosim: " << process.program << " has ended with " << process.ending
+              << "; the end of its log:\n";
+    std::ifstream log(process.log);
     std::vector<std::string> lines;
     for (std::string line; std::getline(log, line);) {
         lines.push_back(line);
@@ -95,7 +98,14 @@ int64_t millisSince(Clock::time_point start) {
     return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
 }
 
-/** Runs to the end of the scenario, a signal, or the end of the daemon. */
+/** How to reach the phone from another terminal. */
+void printRoot(const std::string& root) {
+    std::cout << "The phone is in " << root << "; from another terminal:\n"
+              << "    KELVO_ROOT=" << root << " " << programFolder() << "/kelvoctl list"
+              << std::endl;
+}
+
+/** Runs to the end of the scenario, a signal, or the end of one of the phone's processes. */
 int runPhone(sim::LivePhone& phone, const sim::Scenario& scenario, double speed,
              StopSignals& signals) {
     const StatusLine status(scenario);
@@ -109,8 +119,8 @@ int runPhone(sim::LivePhone& phone, const sim::Scenario& scenario, double speed,
         const auto time = std::min(static_cast<int64_t>(static_cast<double>(tick) * speed),
                                    scenario.durationMs);
         phone.advanceTo(time);
-        if (const auto ending = phone.kelvodEnding()) {
-            reportEnding(phone, *ending);
+        if (const auto ending = phone.ending()) {
+            reportEnding(*ending);
             return 1;
         }
         if (tick >= nextLine) {
@@ -142,6 +152,8 @@ int runLive(const LiveOptions& options) {
     } else {
         refuseUsedFolder(root);
     }
-    sim::LivePhone phone(scenario, root, kelvodCommand(options));
+    root = fs::absolute(root);
+    sim::LivePhone phone(scenario, root, programFolder(), kelvodCommand(options));
+    printRoot(root);
     return runPhone(phone, scenario, options.speed, signals);
 }

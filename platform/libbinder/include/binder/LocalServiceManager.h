@@ -11,8 +11,8 @@
 namespace android {
 
 /**
- * The services of one process that has no driver. What `defaultServiceManager()` gives there.
- * Anyone may add and get anything. Thread-safe.
+ * The services of one process that has no driver, see installLocalServiceManager(). Anyone may add
+ * and get anything. Thread-safe.
  */
 class LocalServiceManager : public IServiceManager {
   public:
@@ -62,5 +62,14 @@ class LocalServiceManager : public IServiceManager {
     std::map<std::string, Entry> mServices GUARDED_BY(mLock);
     std::set<std::string> mDeclared GUARDED_BY(mLock);
 };
+
+/**
+ * Lets the process do without a binder driver: `defaultServiceManager()` is a local one, no driver
+ * is opened, and no binder threads are started. The first call decides which manager it is,
+ * `manager` or when that is null a new one; every call returns that one. The first must come before
+ * anything else asks for the service manager or the driver, or the program ends.
+ */
+sp<LocalServiceManager> installLocalServiceManager(
+        const sp<LocalServiceManager>& manager = nullptr);
 
 }  // namespace android

@@ -1,4 +1,4 @@
-#include "sim/KelvodProcess.h"
+#include "sim/PhoneProcess.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -14,11 +14,12 @@ namespace sim {
 
 namespace {
 
-[[noreturn]] void runKelvod(const std::vector<std::string>& command, const std::string& root,
-                            int log) {
+[[noreturn]] void runProgram(const std::vector<std::string>& command, const std::string& root,
+                             int log, int output) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
+    setpgid(0, 0);  // Ctrl-C is for the one that ends it, in order
     setenv("KELVO_ROOT", root.c_str(), 1);
-    dup2(log, STDOUT_FILENO);
+    dup2(output < 0 ? log : output, STDOUT_FILENO);
     dup2(log, STDERR_FILENO);
     signal(SIGPIPE, SIG_DFL);
     sigset_t none;
@@ -42,15 +43,15 @@ std::string describe(int status) {
 
 }  // namespace
 
-KelvodProcess::KelvodProcess(const std::vector<std::string>& command, const std::string& root,
-                             const std::string& log) {
+PhoneProcess::PhoneProcess(const std::vector<std::string>& command, const std::string& root,
+                           const std::string& log, int output) {
     const int fd = open(log.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
     if (fd < 0) {
         throw std::system_error(errno, std::generic_category(), log);
     }
     mPid = fork();
     if (mPid == 0) {
-        runKelvod(command, root, fd);
+        runProgram(command, root, fd, output);
     }
     const int error = errno;
     close(fd);
@@ -59,15 +60,15 @@ KelvodProcess::KelvodProcess(const std::vector<std::string>& command, const std:
     }
 }
 
-KelvodProcess::~KelvodProcess() {
+PhoneProcess::~PhoneProcess() {
     if (!ending()) {
-        // The daemon keeps nothing that a kill could lose.
+        // None of them keeps anything that a kill could lose.
         kill(mPid, SIGKILL);
         waitpid(mPid, nullptr, 0);
     }
 }
 
-std::optional<std::string> KelvodProcess::ending() {
+std::optional<std::string> PhoneProcess::ending() {
     int status = 0;
     if (!mEnding && waitpid(mPid, &status, WNOHANG) == mPid) {
         mEnding = describe(status);

@@ -1,0 +1,105 @@
+#include "DriverAccess.h"
+
+#include <limits>
+#include <memory>
+
+#include <binder/LocalProcess.h>
+#include <binder/ProcessState.h>
+#include <log/log.h>
+#include <utils/Mutex.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+
+namespace android {
+
+namespace {
+
+// Android's number for processes that do not say how many threads they want.
+constexpr uint32_t kDefaultMaxThreads = 15;
+
+constexpr char kUsualDevice[] = "/dev/binder";
+
+// Guards what decides about the driver, and the wanted threads. Taken after ProcessState's locks;
+// the driver's own are taken while it is held.
+Mutex sLock;
+uint32_t sWantedThreads GUARDED_BY(sLock) = kDefaultMaxThreads;
+
+// Written with sLock held. Never destroyed: threads that outlive main still use it.
+std::atomic<BinderDriver*> sDriver = nullptr;
+std::atomic<bool> sDriverless = false;
+std::atomic<bool> sAbandoned = false;
+
+/** A driver that initWithDriver named is a device of the kernel's. */
+std::unique_ptr<BinderDriver> openNamedDriver(const std::string& name, std::string* error) {
+    return name == kUsualDevice ? openBinderDriver(error) : openKernelDriver(name, error);
+}
+
+BinderDriver* openDriver() {
+    const std::string name = ProcessState::self()->getDriverName().string();
+    AutoMutex lock(sLock);
+    if (openedDriver() != nullptr || isDriverless()) {
+        return openedDriver();
+    }
+    std::string error;
+    std::unique_ptr<BinderDriver> driver = openNamedDriver(name, &error);
+    LOG_ALWAYS_FATAL_IF(driver == nullptr, "no binder driver: %s", error.c_str());
+    const status_t status = driver->setMaxThreads(sWantedThreads);
+    ALOGE_IF(status != OK, "%s does not take the number of threads: %s", driver->name().c_str(),
+             strerror(-status));
+    sDriver.store(driver.release(), std::memory_order_release);
+    return openedDriver();
+}
+
+}  // namespace
+
+BinderDriver* openedDriver() {
+    return sDriver.load(std::memory_order_acquire);
+}
+
+BinderDriver* binderDriver() {
+    BinderDriver* driver = openedDriver();
+    return driver != nullptr || isDriverless() ? driver : openDriver();
+}
+
+bool isDriverless() {
+    return sDriverless.load(std::memory_order_acquire);
+}
+
+void runWithoutDriver() {
+    AutoMutex lock(sLock);
+    LOG_ALWAYS_FATAL_IF(openedDriver() != nullptr,
+                        "a process that uses a binder driver cannot do without it any more");
+    sDriverless.store(true, std::memory_order_release);
+}
+
+status_t setDriverMaxThreads(uint32_t count) {
+    AutoMutex lock(sLock);
+    sWantedThreads = count;
+    BinderDriver* driver = openedDriver();
+    return driver != nullptr ? driver->setMaxThreads(count) : OK;
+}
+
+void abandonDriver() {
+    sAbandoned.store(true, std::memory_order_release);
+}
+
+status_t exchangeWithDriver(binder_write_read* exchange, bool readsNext) {
+    BinderDriver* driver = binderDriver();
+    if (driver == nullptr || sAbandoned.load(std::memory_order_acquire)) {
+        return -EBADF;
+    }
+    status_t status;
+    do {
+        // What was consumed before a signal is noted in `exchange` and not handed over again.
+        status = driver->writeRead(exchange, readsNext);
+    } while (status == -EINTR);
+    return status;
+}
+
+bool isDriverGone(status_t status) {
+    return status == -EBADF || status == -ECONNREFUSED;
+}
+
+}  // namespace android

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <limits>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+// The binder headers need the standard ones above.
+#include <android/os/BnServiceManager.h>
+
+namespace android {
+
+/**
+ * The names of a phone's services. Anyone may ask for a service and list them; what apps may not do
+ * (add one) is refused with EX_SECURITY, a bad name with EX_ILLEGAL_ARGUMENT, as on Android. A name
+ * is gone when the process that serves it dies, and so are the callbacks of a dead process.
+ *
+ * Callers are those of the transaction at hand. Not thread-safe: its process has one thread.
+ */
+class ServiceManager : public os::BnServiceManager, public IBinder::DeathRecipient {
+  public:
+    /** Null for a caller in an isolated process unless the service allows those. */
+    binder::Status getService(const std::string& name, sp<IBinder>* service) override;
+    /** The same: services that start on demand do not exist here. */
+    binder::Status checkService(const std::string& name, sp<IBinder>* service) override;
+
+    binder::Status addService(const std::string& name, const sp<IBinder>& service,
+                              bool allowIsolated, int32_t dumpPriority) override;
+    binder::Status listServices(int32_t dumpPriority, std::vector<std::string>* names) override;
+
+    binder::Status registerForNotifications(const std::string& name,
+                                            const sp<os::IServiceCallback>& callback) override;
+    /** EX_ILLEGAL_STATE when it is not registered under this name. */
+    binder::Status unregisterForNotifications(const std::string& name,
+                                              const sp<os::IServiceCallback>& callback) override;
+
+    binder::Status isDeclared(const std::string& name, bool* declared) override;
+    binder::Status getDeclaredInstances(const std::string& interface,
+                                        std::vector<std::string>* instances) override;
+    /** Null: there are no APEXes here. */
+    binder::Status updatableViaApex(const std::string& name,
+                                    std::unique_ptr<std::string>* apex) override;
+    /** Null: all services are local ones. */
+    binder::Status getConnectionInfo(const std::string& name,
+                                     std::unique_ptr<os::ConnectionInfo>* info) override;
+
+    /**
+     * Both EX_UNSUPPORTED_OPERATION: whether a service has clients only the driver knows, and the
+     * driver is not asked for it.
+     */
+    binder::Status registerClientCallback(const std::string& name, const sp<IBinder>& service,
+                                          const sp<os::IClientCallback>& callback) override;
+    binder::Status tryUnregisterService(const std::string& name,
+                                        const sp<IBinder>& service) override;
+
+    binder::Status getServiceDebugInfo(std::vector<os::ServiceDebugInfo>* services) override;
+
+    void binderDied(const wp<IBinder>& who) override;
+
+  private:
+    struct Service {
+        sp<IBinder> binder;
+        bool allowIsolated = false;
+        int32_t dumpPriority = 0;
+        pid_t pid = 0;
+        uid_t uid = 0;
+    };
+    using Callbacks = std::vector<sp<os::IServiceCallback>>;
+
+    sp<IBinder> find(const std::string& name) const;
+    bool watch(const sp<IBinder>& binder);
+    void unwatch(const sp<IBinder>& binder);
+    void put(const std::string& name, Service service);
+    void tell(const std::string& name, const sp<IBinder>& service);
+
+    std::map<std::string, Service> mServices;
+    std::map<std::string, Callbacks> mCallbacks;
+};
+
+}  // namespace android

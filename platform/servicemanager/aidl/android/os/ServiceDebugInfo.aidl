@@ -1,0 +1,7 @@
+package android.os;
+
+/** Who serves a name. */
+parcelable ServiceDebugInfo {
+    @utf8InCpp String name;
+    int debugPid;
+}

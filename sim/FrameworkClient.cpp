@@ -1,0 +1,194 @@
+#include "sim/FrameworkClient.h"
+
+#include <binder/IServiceManager.h>
+#include <binder/LocalCall.h>
+#include <binder/Parcel.h>
+#include <fcntl.h>
+#include <unistd.h>
+#include <utils/String8.h>
+
+#include <array>
+#include <utility>
+
+#include "sim/Overloaded.h"
+
+namespace sim {
+
+namespace {
+
+using android::IBinder;
+using android::OK;
+using android::Parcel;
+using android::sp;
+using android::status_t;
+using android::String16;
+
+constexpr uint32_t kRegister = 1;  // transaction codes
+constexpr uint32_t kUnregister = 2;
+constexpr uint32_t kListenerUid = 1000;  // of a listener that no action registers
+
+String16 toString16(const std::string& text) {
+    return String16(text.c_str(), text.size());
+}
+
+sp<IBinder> service() {
+    return android::defaultServiceManager()->checkService(String16("kelvo"));
+}
+
+/** Sends a request that holds its token already; the caller is what `uid` says. */
+status_t call(uint32_t code, const Parcel& data, Parcel* reply, uint32_t uid) {
+    const sp<IBinder> kelvo = service();
+    if (kelvo == nullptr) {
+        return android::NAME_NOT_FOUND;
+    }
+    const android::LocalCall caller(uid, getpid());
+    return kelvo->transact(code, data, reply);
+}
+
+void startRequest(Parcel& data) {
+    data.writeInterfaceToken(String16("com.zenta.kelvo.IKelvoService"));
+}
+
+Json::Value readVector(const Parcel& reply) {
+    std::vector<int32_t> vector;
+    if (reply.readInt32Vector(&vector) != OK) {
+        return {};
+    }
+    Json::Value value(Json::arrayValue);
+    for (const int32_t element : vector) {
+        value.append(element);
+    }
+    return value;
+}
+
+/** The next value of a reply; null when the reply lacks it. */
+Json::Value readValue(const Parcel& reply, ReplyType type) {
+    switch (type) {
+        case ReplyType::Int32: {
+            int32_t value = 0;
+            return reply.readInt32(&value) == OK ? Json::Value(value) : Json::Value();
+        }
+        case ReplyType::Float: {
+            float value = 0;
+            return reply.readFloat(&value) == OK ? Json::Value(value) : Json::Value();
+        }
+        case ReplyType::String: {
+            String16 value;
+            return reply.readString16(&value) == OK ? Json::Value(android::String8(value).string())
+                                                    : Json::Value();
+        }
+        case ReplyType::Vector:
+            return readVector(reply);
+        case ReplyType::Exception:
+            return reply.dataAvail() > 0 ? Json::Value(reply.readExceptionCode()) : Json::Value();
+    }
+    return {};
+}
+
+/** Takes all that comes until the writing end is closed. */
+std::string readAll(int fd) {
+    std::string text;
+    std::array<char, 4096> bytes;
+    for (ssize_t got = read(fd, bytes.data(), bytes.size()); got > 0;
+         got = read(fd, bytes.data(), bytes.size())) {
+        text.append(bytes.data(), static_cast<size_t>(got));
+    }
+    return text;
+}
+
+}  // namespace
+
+sp<FrameworkListener> FrameworkClient::listener(const std::string& id) {
+    Listener& listener = mListeners[id];
+    if (listener.binder == nullptr) {
+        listener.uid = kListenerUid;
+        listener.binder = new FrameworkListener(
+                [this, id](const std::string& event, const FrameworkListener::Members& members) {
+                    Event call{0, event, {{"listener", id}}};
+                    call.members.insert(call.members.end(), members.begin(), members.end());
+                    mOnEvent(std::move(call));
+                });
+    }
+    return listener.binder;
+}
+
+void FrameworkClient::send(uint32_t code, const sp<IBinder>& binder, uint32_t uid) {
+    Parcel data;
+    Parcel reply;
+    startRequest(data);
+    data.writeStrongBinder(binder);
+    call(code, data, &reply, uid);
+}
+
+void FrameworkClient::perform(const Listen& listen) {
+    if (mListeners[listen.id].dead) {
+        mListeners.erase(listen.id);  // who died comes back as a new binder
+    }
+    const sp<IBinder> binder = listener(listen.id);
+    mListeners[listen.id].uid = listen.uid;
+    send(kRegister, binder, listen.uid);
+}
+
+void FrameworkClient::perform(const Unlisten& unlisten) {
+    const sp<IBinder> binder = listener(unlisten.id);
+    send(kUnregister, binder, mListeners[unlisten.id].uid);
+}
+
+void FrameworkClient::perform(const ListenerDies& dies) {
+    const sp<FrameworkListener> binder = listener(dies.id);
+    mListeners[dies.id].dead = true;
+    binder->die();
+}
+
+void FrameworkClient::perform(const ListenerFails& fails) {
+    listener(fails.id)->failNext(fails.code, fails.count);
+}
+
+void FrameworkClient::perform(const Transact& transact) {
+    Parcel data;
+    Parcel reply;
+    startRequest(data);
+    for (const Argument& argument : transact.args) {
+        std::visit(
+                Overloaded{[&](int32_t value) { data.writeInt32(value); },
+                           [&](const std::string& text) { data.writeString16(toString16(text)); },
+                           [&](const std::vector<int32_t>& list) { data.writeInt32Vector(list); },
+                           [&](const ListenerArgument& argued) {
+                               data.writeStrongBinder(listener(argued.id));
+                           }},
+                argument);
+    }
+    const status_t status = call(transact.code, data, &reply, transact.uid);
+    if (status == OK && !transact.reply) {
+        return;
+    }
+    Json::Value values(Json::arrayValue);
+    if (status == OK) {
+        for (const ReplyType type : *transact.reply) {
+            values.append(readValue(reply, type));
+        }
+    }
+    mOnEvent({0, "reply", {{"code", transact.code}, {"status", status}, {"values", values}}});
+}
+
+void FrameworkClient::perform(const Dump& dump) {
+    std::array<int, 2> pipe{};
+    const sp<IBinder> kelvo = service();
+    if (kelvo == nullptr || pipe2(pipe.data(), O_CLOEXEC) != 0) {
+        return;
+    }
+    android::Vector<String16> arguments;
+    for (const std::string& argument : dump.args) {
+        arguments.add(toString16(argument));
+    }
+    {
+        const android::LocalCall caller(dump.uid, getpid());
+        kelvo->dump(pipe[1], arguments);  // its text fits in the pipe
+    }
+    close(pipe[1]);
+    const std::string text = readAll(pipe[0]);
+    close(pipe[0]);
+    mOnEvent({0, "dump", {{"text", text}}});
+}
+
+}  // namespace sim

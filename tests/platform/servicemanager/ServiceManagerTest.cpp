@@ -1,0 +1,137 @@
+// The service manager as an object: what it answers to whom.
+
+#include "ServiceManager.h"
+
+#include <android/os/BnServiceCallback.h>
+#include <binder/LocalCall.h>
+#include <gmock/gmock.h>
+#include <stdlib.h>
+
+#include "sim/DeviceTree.h"
+#include "support/LogCapture.h"
+
+using testing::ElementsAre;
+
+namespace android {
+namespace {
+
+using binder::Status;
+using os::IServiceManager;
+
+constexpr int32_t kDefault = IServiceManager::DUMP_FLAG_PRIORITY_DEFAULT;
+constexpr uid_t kSystem = 1000;
+constexpr pid_t kPid = 77;
+
+class Notices : public os::BnServiceCallback {
+  public:
+    Status onRegistration(const std::string& name, const sp<IBinder>& service) override {
+        names.push_back(name);
+        last = service;
+        return Status::ok();
+    }
+    std::vector<std::string> names;
+    sp<IBinder> last;
+};
+
+class ServiceManagerTest : public testing::Test {
+  protected:
+    int32_t add(const std::string& name, const sp<IBinder>& service, uid_t uid = kSystem,
+                bool allowIsolated = false, int32_t priority = kDefault) {
+        const LocalCall call(uid, kPid);
+        return mManager->addService(name, service, allowIsolated, priority).exceptionCode();
+    }
+    sp<IBinder> check(const std::string& name, uid_t uid = kSystem) {
+        const LocalCall call(uid, kPid);
+        sp<IBinder> service;
+        EXPECT_TRUE(mManager->checkService(name, &service).isOk());
+        return service;
+    }
+    std::vector<std::string> list(int32_t priority) {
+        std::vector<std::string> names;
+        EXPECT_TRUE(mManager->listServices(priority, &names).isOk());
+        return names;
+    }
+
+    const sp<ServiceManager> mManager = new ServiceManager;
+    const sp<IBinder> mService = new BBinder;
+};
+
+TEST_F(ServiceManagerTest, letsOnlyTheSystemAddAndOnlyLegalNames) {
+    const struct {
+        std::string name;
+        uid_t uid;
+        int32_t exception;
+    } rows[] = {
+            {"first", 0, Status::EX_NONE},
+            {std::string(127, 'a'), 9999, Status::EX_NONE},
+            {"of.the/second_user-0", 109999, Status::EX_NONE},
+            {"app", 10000, Status::EX_SECURITY},
+            {"app", 110000, Status::EX_SECURITY},
+            {"app", 99000, Status::EX_SECURITY},
+            {"", kSystem, Status::EX_ILLEGAL_ARGUMENT},
+            {"a b", kSystem, Status::EX_ILLEGAL_ARGUMENT},
+            {std::string(128, 'a'), kSystem, Status::EX_ILLEGAL_ARGUMENT},
+    };
+    for (const auto& [name, uid, exception] : rows) {
+        EXPECT_EQ(add(name, mService, uid), exception) << name << " " << uid;
+        EXPECT_EQ(check(name), exception == Status::EX_NONE ? mService : nullptr) << name;
+    }
+    EXPECT_EQ(add("null", nullptr), Status::EX_ILLEGAL_ARGUMENT);
+    EXPECT_EQ(list(kDefault).size(), 3u);
+}
+
+TEST_F(ServiceManagerTest, hidesServicesFromIsolatedProcessesAndByPriority) {
+    add("b", mService);
+    add("a", mService, kSystem, true, IServiceManager::DUMP_FLAG_PRIORITY_HIGH);
+    EXPECT_EQ(check("b", 98999), mService);
+    EXPECT_EQ(check("b", 99000), nullptr);
+    EXPECT_EQ(check("b", 199999), nullptr);
+    EXPECT_EQ(check("a", 99000), mService);
+    EXPECT_THAT(list(IServiceManager::DUMP_FLAG_PRIORITY_ALL), ElementsAre("a", "b"));
+    EXPECT_THAT(list(IServiceManager::DUMP_FLAG_PRIORITY_HIGH), ElementsAre("a"));
+}
+
+TEST_F(ServiceManagerTest, saysThatAServiceIsOverwritten) {
+    const sp<IBinder> second = new BBinder;
+    add("kelvo", mService, 0);
+    LogCapture log;
+    add("kelvo", second);
+    EXPECT_EQ(check("kelvo"), second);
+    EXPECT_TRUE(
+            log.has("Service 'kelvo' originally registered under UID 0 (PID 77) is overwritten "
+                    "by UID 1000 (PID 77)"));
+}
+
+TEST_F(ServiceManagerTest, tellsCallbacksAtOnceAndAtEachRegistration) {
+    const sp<Notices> notices = new Notices;
+    add("there", mService);
+    EXPECT_TRUE(mManager->registerForNotifications("there", notices).isOk());
+    EXPECT_EQ(notices->last, mService);
+    EXPECT_TRUE(mManager->registerForNotifications("later", notices).isOk());
+    add("other", mService);
+    EXPECT_THAT(notices->names, ElementsAre("there"));
+    add("later", new BBinder);
+    add("later", mService);
+    EXPECT_TRUE(mManager->unregisterForNotifications("later", notices).isOk());
+    add("later", mService);
+    EXPECT_THAT(notices->names, ElementsAre("there", "later", "later"));
+    EXPECT_EQ(mManager->unregisterForNotifications("later", notices).exceptionCode(),
+              Status::EX_ILLEGAL_STATE);
+}
+
+TEST_F(ServiceManagerTest, readsWhatTheManifestDeclaresAtEachAsk) {
+    bool declared = true;
+    mManager->isDeclared("a.IFoo/default", &declared);
+    EXPECT_FALSE(declared);
+    sim::DeviceTree(getenv("KELVO_ROOT"))
+            .setNode("/vendor/etc/vintf/declared",
+                     "# what this phone has\n\n  a.IFoo/default # the first\na.IFoo/x\r\nb.IBar/y");
+    mManager->isDeclared("b.IBar/y", &declared);
+    EXPECT_TRUE(declared);
+    std::vector<std::string> instances;
+    mManager->getDeclaredInstances("a.IFoo", &instances);
+    EXPECT_THAT(instances, ElementsAre("default", "x"));
+}
+
+}  // namespace
+}  // namespace android

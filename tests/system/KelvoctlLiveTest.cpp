@@ -1,0 +1,98 @@
+// kelvoctl against a simulated phone with the daemon on it, all of them processes.
+
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "sim/DeviceTree.h"
+#include "support/Program.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class KelvoctlLiveTest : public testing::Test {
+  protected:
+    KelvoctlLiveTest() {
+        mPhone.emplace("kelvosim", std::vector<std::string>{
+                                           "live", std::string(EXAMPLES) + "/hello/scenario.json",
+                                           "--root", mRoot});
+        // Until the daemon has written, which it does after it registered.
+        for (std::string line = "nothing written yet"; line.find(" front ") == std::string::npos;) {
+            line = mPhone->readLine().value_or(" front ");
+        }
+    }
+
+    /** As another user when `user` holds the command for that. */
+    Program::Result kelvoctl(const std::vector<std::string>& arguments,
+                             std::vector<std::string> user = {}) const {
+        user.insert(user.begin(), "KELVO_ROOT=" + mRoot);
+        user.push_back(KELVOCTL);
+        user.insert(user.end(), arguments.begin(), arguments.end());
+        return Program::run("/usr/bin/env", user);
+    }
+    std::string out(const std::vector<std::string>& arguments) const {
+        return kelvoctl(arguments).out;
+    }
+
+    const sim::TemporaryFolder mFolder{"kelvo-test-"};
+    const std::string mRoot = mFolder.path() + "/phone";
+    std::optional<Program> mPhone;
+};
+
+}  // namespace
+
+TEST_F(KelvoctlLiveTest, findsAndCallsTheDaemon) {
+    EXPECT_EQ(out({"list"}), "kelvo\nmanager\n");
+    EXPECT_EQ(out({"--json", "list"}), "{\"services\":[\"kelvo\",\"manager\"]}\n");
+    EXPECT_EQ(out({"--json", "ping"}), "{\"alive\":true}\n");
+    EXPECT_EQ(out({"ping", "manager"}), "manager is alive\n");
+    EXPECT_EQ(out({"--json", "call", "4", "--reply", "exception,int32,string"}),
+              "{\"status\":0,\"values\":[0,0,null]}\n");
+    EXPECT_EQ(out({"call", "22", "--reply", "int32,int32"}), "31650\n1\n");
+    EXPECT_EQ(out({"getprop", "persist.sys.kelvo.enable"}), "1\n");
+    EXPECT_TRUE(out({"dump", "config"}).starts_with("getKelvoConfig result:{"));
+    EXPECT_NE(out({"dump"}).find("ThrottlingLevel:0\n"), std::string::npos);
+    const Program::Result unknown = kelvoctl({"call", "3"});
+    EXPECT_EQ(unknown.status, 1);
+    EXPECT_EQ(unknown.err, "kelvoctl: the service does not know this call: 3\n");
+    const Program::Result absent = kelvoctl({"ping", "absent"});
+    EXPECT_EQ(absent.status, 1);
+    EXPECT_EQ(absent.err, "kelvoctl: no such service: absent\n");
+    mPhone->signal(SIGTERM);
+    EXPECT_EQ(mPhone->wait().status, 0);
+}
+
+TEST_F(KelvoctlLiveTest, tellsWhoMayNotCall) {
+    const std::vector<std::string> app{"setpriv", "--reuid=10050", "--regid=10050",
+                                       "--clear-groups"};
+    if (kelvoctl({"--version"}, app).status != 0) {
+        GTEST_SKIP() << "cannot run programs as another user";
+    }
+    for (const std::string& folder : {mFolder.path(), mRoot}) {
+        fs::permissions(folder, fs::perms::others_exec, fs::perm_options::add);
+    }
+    EXPECT_EQ(kelvoctl({"ping"}, app).out, "kelvo is alive\n");
+    EXPECT_EQ(kelvoctl({"dump"}, app).out, "");
+    const Program::Result refused = kelvoctl({"--json", "call", "11"}, app);
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.out, "{\"status\":-1,\"values\":[]}\n");
+    EXPECT_EQ(refused.err, "kelvoctl: permission denied: 11\n");
+    EXPECT_EQ(out({"call", "11"}), "ok\n");
+}
+
+TEST_F(KelvoctlLiveTest, noticesThatTheDaemonOrThePhoneIsGone) {
+    pid_t daemon = 0;
+    for (const pid_t child : mPhone->children()) {
+        daemon = std::max(daemon, child);  // started last
+    }
+    kill(daemon, SIGKILL);
+    const Program::Result phone = mPhone->wait();
+    EXPECT_EQ(phone.status, 1);
+    EXPECT_NE(phone.err.find("kelvosim: kelvod has ended with signal 9"), std::string::npos);
+    const Program::Result gone = kelvoctl({"list"});
+    EXPECT_EQ(gone.status, 1);
+    EXPECT_NE(gone.err.find("kelvoctl: no phone to talk to: "), std::string::npos) << gone.err;
+}

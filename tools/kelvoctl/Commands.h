@@ -1,0 +1,19 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include "Output.h"
+
+namespace kelvoctl {
+
+// Each adds one command to the program; what it does runs while the command line is parsed and
+// throws Failure. `output` and the options of a command live as long as the program.
+
+void addCall(CLI::App& app, Output& output);
+void addDump(CLI::App& app, Output& output);
+void addGetprop(CLI::App& app, Output& output);
+void addList(CLI::App& app, Output& output);
+void addPing(CLI::App& app, Output& output);
+void addSetprop(CLI::App& app, Output& output);
+
+}  // namespace kelvoctl

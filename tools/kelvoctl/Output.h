@@ -1,0 +1,43 @@
+#pragma once
+
+#include <json/value.h>
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kelvoctl {
+
+/** Ends the program with status 1 after "kelvoctl: what is wrong: where". */
+class Failure : public std::runtime_error {
+  public:
+    Failure(const std::string& problem, const std::string& place)
+          : std::runtime_error(problem + ": " + place) {}
+};
+
+/** Ends the program with status 2 after the same kind of line. */
+class WrongUsage : public Failure {
+  public:
+    using Failure::Failure;
+};
+
+/** Where results go: standard output, as a text for a person or as one JSON object on a line. */
+class Output {
+  public:
+    /** Keys in the order they are written in. */
+    using Members = std::vector<std::pair<std::string, Json::Value>>;
+
+    /** Whether "--json" was given; set by the command line before a command runs. */
+    bool json = false;
+
+    /** Writes the object, or the text and a newline. Throws Failure when it cannot be written. */
+    void print(const Members& object, const std::string& text) const;
+    /** Writes bytes as they are. Throws Failure. */
+    void write(const char* bytes, size_t size) const;
+};
+
+/** JSON on one line. */
+std::string compactJson(const Json::Value& value);
+
+}  // namespace kelvoctl
