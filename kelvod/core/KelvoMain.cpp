@@ -17,6 +17,7 @@
 #include "core/WorkThread.h"
 #include "service/KelvoService.h"
 #include "shelltemp/ShellTempFitting.h"
+#include "thermalstatus/KelvoThermalStatus.h"
 
 namespace kelvo {
 
@@ -71,6 +72,7 @@ void initEngines() {
     KLOGI("kelvo misc init...");
     ShellTempFitting& fitting = ShellTempFitting::getInstance();
     fitting.init();
+    KelvoThermalStatus::getInstance().init();
     fitting.openPrjUniqueFeature();
     if (property_get_int32(kIpaZoneProperty, 0) == 0) {
         fitting.initIPA();

@@ -7,10 +7,13 @@
 #include <utils/Trace.h>
 
 #include "config/KelvoConfig.h"
+#include "core/KelvoState.h"
 #include "core/Log.h"
 #include "core/Time.h"
 #include "core/WorkThread.h"
+#include "service/BinderManager.h"
 #include "shelltemp/ShellTempFitting.h"
+#include "thermalstatus/KelvoThermalStatus.h"
 
 ANDROID_SINGLETON_STATIC_INSTANCE(kelvo::MessageManager)
 
@@ -33,38 +36,55 @@ KelvoMessage flashSceneMessage() {
     return message;
 }
 
-void onShellTempChanged() {
+void onShellTempChanged(const KelvoMessage& message) {
     KLOGI("Shell temp changed");
+    KelvoThermalStatus::getInstance().onShellTempChanged(message.iValue);
 }
 
 void onReloadConfig() {
     KLOGI("Reload global config");
     KelvoConfig::getInstance().reload();
+    KelvoState::getInstance().reload();
     ShellTempFitting::getInstance().reload();
+    KelvoThermalStatus::getInstance().reload();
 }
 
-void onRegisterClient() {
+void onRegisterClient(const KelvoMessage& message) {
     KLOGI("Register client");
+    BinderManager::getInstance().registerClient(message.iParam, message.binder);
 }
 
-void onUnregisterClient() {
+void onUnregisterClient(const KelvoMessage& message) {
     KLOGI("Unregister client");
+    BinderManager::getInstance().unRegisterClient(message.iParam, message.binder);
 }
 
 void onNotifyThermalStatus(const KelvoMessage& message) {
     KLOGI("Notify thermal status:%d", message.iValue);
+    BinderManager::getInstance().notifyCallback(message.iValue);
 }
 
 void onBroadcastThermal(const KelvoMessage& message) {
     KLOGI("broadcast thermal level:%d, temp:%d", message.iParam, message.iValue);
+    BinderManager::getInstance().notifyBroadCast(message.iParam, message.iValue);
 }
 
 void onNotifyAmbient(const KelvoMessage& message) {
     KLOGI("ambient thermal notify temp:%d", message.iValue);
+    BinderManager::getInstance().notifyAmbientTemp(message.iValue);
 }
 
 void onNotifyHeatSource(const KelvoMessage& message) {
     KLOGI("heatsource thermal level:%d, temp:%d", message.iParam, message.iValue);
+    BinderManager::getInstance().notifyHeatSource(message.iParam, message.iValue);
+}
+
+void onCollectBigData(const KelvoMessage& message) {
+    KelvoState& state = KelvoState::getInstance();
+    state.getPkgBatteryBigDataRecord(message.sValue, message.iValue == 1);
+    if (message.iValue == 0) {
+        state.updateTempDataCollection();
+    }
 }
 
 void onChargeState(const KelvoMessage& message) {
@@ -126,15 +146,17 @@ void MessageManager::handleMessage(const KelvoMessage& message) {
 void MessageManager::dispatch(const KelvoMessage& message) {
     switch (message.what) {
         case MSG_SHELL_TEMP_CHANGED:
-            return onShellTempChanged();
+            return onShellTempChanged(message);
         case MSG_RELOAD_CONFIG:
             return onReloadConfig();
         case MSG_REGISTER_CLIENT:
-            return onRegisterClient();
+            return onRegisterClient(message);
         case MSG_UNREGISTER_CLIENT:
-            return onUnregisterClient();
+            return onUnregisterClient(message);
         case MSG_NOTIFY_THERMAL_STATUS:
             return onNotifyThermalStatus(message);
+        case MSG_COLLECT_BIG_DATA:
+            return onCollectBigData(message);
         case MSG_LOAD_FLASH_SCENE:
             return mScenes.applyFlash();
         case MSG_SCENE_OP_CODE:
@@ -149,8 +171,7 @@ void MessageManager::dispatch(const KelvoMessage& message) {
             return onNotifyHeatSource(message);
         case MSG_CHARGE_STATE:
             return onChargeState(message);
-        case MSG_THERMAL_STATE:     // posted, but clients hear of a status through 6 and 10
-        case MSG_COLLECT_BIG_DATA:  // says nothing of its own
+        case MSG_THERMAL_STATE:  // posted, but clients hear of a status through 6 and 10
         default:
             return;
     }

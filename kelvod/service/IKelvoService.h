@@ -21,6 +21,10 @@ class BpKelvoService : public android::BpInterface<IKelvoService> {
           : android::BpInterface<IKelvoService>(remote) {}
 };
 
-class BnKelvoService : public android::BnInterface<IKelvoService> {};
+/** The service's side, with the dump that dumpsys asks for; always 0. */
+class BnKelvoService : public android::BnInterface<IKelvoService> {
+  public:
+    android::status_t dump(int fd, const android::Vector<android::String16>& arguments) override;
+};
 
 }  // namespace kelvo

@@ -160,7 +160,6 @@ class ShellTempFitting : public android::Singleton<ShellTempFitting>,
     int32_t mFittingTime GUARDED_BY(mMutex) = 0;      // monotonic, s
     int32_t mLastFittingTime GUARDED_BY(mMutex) = 0;  // monotonic, s
     std::map<int32_t, kelvo::DeltaHistory> mDeltaHistory GUARDED_BY(mMutex);
-    std::map<std::string, std::vector<int32_t>> mZoneTempsByModel GUARDED_BY(mMutex);  // m°C
     kelvo::TemperatureRecords mRecords GUARDED_BY(mMutex);
     std::string mRecordDay GUARDED_BY(mMutex);
     std::string mRecordStart GUARDED_BY(mMutex);  // time stamp
@@ -175,5 +174,6 @@ class ShellTempFitting : public android::Singleton<ShellTempFitting>,
 
     // Fitting thread only.
     bool mPrimed = false;
+    std::map<std::string, std::vector<int32_t>> mZoneTempsByModel;  // m°C
     kelvo::FittingTemps mWrittenTemps;
 };

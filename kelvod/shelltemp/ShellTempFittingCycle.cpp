@@ -10,6 +10,7 @@
 #include "config/FileUtils.h"
 #include "config/TimeUtils.h"
 #include "core/DataCollector.h"
+#include "core/KelvoState.h"
 #include "core/Log.h"
 #include "core/Numeric.h"
 #include "core/Time.h"
@@ -33,6 +34,13 @@ constexpr int32_t kInnerCorrection = 2000;  // m°C
 constexpr int32_t kScreenGuardSeconds = 5;  // no smoothing right after "SCREEN:ON"
 constexpr int32_t kTraceZeroTemp = 40000;   // m°C that a trace counter shows as 0
 constexpr int64_t kCollectPeriod = 3600;    // s
+
+void traceTemps(const std::map<std::string, int32_t>& temps) {
+    for (const auto& [name, temp] : temps) {
+        atrace_int(ATRACE_TAG_ALWAYS, name.c_str(),
+                   kelvo::wrappingSub(temp, kTraceZeroTemp) / kWriteStep);
+    }
+}
 
 }  // namespace
 
@@ -211,9 +219,6 @@ int ShellTempFitting::setShellTemp() {
 }
 
 void ShellTempFitting::updateGlobalShellTemp() {
-    if (atrace_is_tag_enabled(ATRACE_TAG_ALWAYS) == 0) {
-        return;  // tracing is the only reader of the names so far
-    }
     std::map<std::string, int32_t> temps;
     {
         Mutex::Autolock lock(mMutex);
@@ -222,10 +227,10 @@ void ShellTempFitting::updateGlobalShellTemp() {
             temps[mModelNameByIndex[index]] = temp;
         }
     }
-    for (const auto& [name, temp] : temps) {
-        atrace_int(ATRACE_TAG_ALWAYS, name.c_str(),
-                   kelvo::wrappingSub(temp, kTraceZeroTemp) / kWriteStep);
+    if (atrace_is_tag_enabled(ATRACE_TAG_ALWAYS) != 0) {
+        traceTemps(temps);
     }
+    KelvoState::getInstance().updateShellTemps(temps, mZoneTempsByModel);
 }
 
 void ShellTempFitting::recordTempData(const ZoneTemps& zoneTemps) {

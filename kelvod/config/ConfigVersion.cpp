@@ -1,0 +1,18 @@
+#include "config/ConfigVersion.h"
+
+#include "config/KelvoConfig.h"
+#include "core/Log.h"
+
+namespace kelvo {
+
+std::string configVersion() {
+    Json::Value version;
+    if (KelvoConfig::getInstance().getConfig(&version, {"config_version"}) != 0 ||
+        !version.isConvertibleTo(Json::stringValue)) {
+        KLOGD("no config_version");
+        return "noversion";
+    }
+    return version.asString();
+}
+
+}  // namespace kelvo

@@ -1,0 +1,11 @@
+#include "core/ProcessId.h"
+
+#include <unistd.h>
+
+namespace kelvo {
+
+pid_t processIdForSeed() {
+    return getpid();
+}
+
+}  // namespace kelvo

@@ -1,0 +1,95 @@
+// The standard dump request: a short report, and a roll-up of the day's records.
+
+#include <errno.h>
+#include <string.h>
+#include <unistd.h>
+#include <utils/String8.h>
+
+#include <algorithm>
+#include <optional>
+
+#include "config/ConfigVersion.h"
+#include "config/KelvoConfig.h"
+#include "config/PlatformAdaptor.h"
+#include "config/TimeUtils.h"
+#include "core/DataCollector.h"
+#include "core/KelvoState.h"
+#include "core/Log.h"
+#include "core/MessageManager.h"
+#include "core/Version.h"
+#include "service/IKelvoService.h"
+#include "service/PrivilegedCaller.h"
+
+namespace kelvo {
+
+namespace {
+
+constexpr size_t kMostBytes = 2048;  // of what is written at once; the rest is cut off
+constexpr char kBuildPlatform[] = "sys_mssi_64_cn_armv82";
+
+void writeText(int fd, const std::string& text) {
+    if (write(fd, text.data(), std::min(text.size(), kMostBytes)) < 1) {
+        // In the same words for the report, as ever.
+        KLOGE("write kelvo config file filed.(%s)", strerror(errno));
+    }
+}
+
+std::optional<std::string> modelConfig() {
+    Json::Value models;
+    if (KelvoConfig::getInstance().getConfig(&models, {"shell_temp_fitting_model"}) != 0) {
+        KLOGE("no shell temp fitting model");
+        return std::nullopt;
+    }
+    return "getKelvoConfig result:" + models.toStyledString() + "\n";
+}
+
+std::string celsiusText(float celsius) {
+    char text[32];
+    snprintf(text, sizeof(text), "%0.2f", static_cast<double>(celsius));
+    return text;
+}
+
+std::string report() {
+    const KelvoState& state = KelvoState::getInstance();
+    return "Git version:" + std::string(kBuildVersion) + "\nConfig version:" + configVersion() +
+           "\nBANDROID_VERSION:" + std::to_string(kAndroidApiLevel) +
+           "\nBCOMPILE_PLATFORM:" + kBuildPlatform +
+           "\nPlatform:" + PlatformAdaptor::getInstance().getPlatformName() +
+           "\nTemp:" + celsiusText(state.getTempCelsius()) +
+           "\nThrottlingLevel:" + std::to_string(state.getThermalThrottlingLevel()) +
+           "\nTempDataCollection:\n" + state.getTempDataCollection().toStyledString() +
+           "DataCollector:\n" + DataCollector::getInstance().asJson();
+}
+
+}  // namespace
+
+android::status_t BnKelvoService::dump(int fd,
+                                       const android::Vector<android::String16>& arguments) {
+    if (!isPrivilegedCaller()) {
+        return android::OK;  // an empty text
+    }
+    KelvoMessage message;
+    message.what = MSG_COLLECT_BIG_DATA;
+    message.sValue = getLocalDay();
+    message.iValue = 0;
+    for (const android::String16& argument : arguments) {
+        // The words may stand inside others: "unclear" clears as well.
+        const std::string text = android::String8(argument).string();
+        if (text.find("clear") != std::string::npos) {
+            message.iValue = 1;
+            break;
+        }
+        if (text.find("config") != std::string::npos) {
+            if (const auto config = modelConfig()) {
+                writeText(fd, *config);
+                return android::OK;
+            }
+        }
+    }
+    KLOGD("dump message.iValue:%d", message.iValue);
+    MessageManager::getInstance().sendMessage(message);
+    writeText(fd, report());
+    return android::OK;
+}
+
+}  // namespace kelvo

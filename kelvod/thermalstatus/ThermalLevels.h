@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+// The rules of thermal levels, over plain values. Thread-safe.
+
+namespace kelvo {
+
+/** Levels 0 to 20; the decision needs a rising and a falling threshold for each. */
+inline constexpr size_t kThermalLevels = 21;
+
+/** The lists of "thermal_status_model", one entry a level. */
+struct ThermalStatusModel {
+    std::vector<int32_t> tripTemps;      // °C, rising
+    std::vector<int32_t> statusAreas;    // status value
+    std::vector<int32_t> statusReports;  // loaded and printed, read by nobody
+    std::vector<int32_t> tripDownTemps;  // °C, falling
+
+    bool hasAllLevels() const {
+        return tripTemps.size() == kThermalLevels && tripDownTemps.size() == kThermalLevels;
+    }
+};
+
+/** Whether a level stays as it is between the next rising and its own falling threshold (°C). */
+bool isInHoldBand(const ThermalStatusModel& model, int32_t level, float celsius);
+
+/** The highest level above 0 whose threshold the temperature (°C) has reached, else 0. */
+int32_t findThermalLevel(const std::vector<int32_t>& thresholds, float celsius);
+
+/**
+ * The first position whose entry is smaller than the entry before it; none in a list that never
+ * falls. An entry of -1 is a wildcard: it is not compared with what stands before it, but what
+ * follows is compared with it.
+ */
+std::optional<size_t> firstFallingEntry(const std::vector<int32_t>& list);
+
+/** Values with a blank between them, as the log has them. */
+std::string joinValues(const std::vector<int32_t>& values);
+
+/** When the last heat source was reported, and at which temperature (m°C). */
+struct HeatSourceReport {
+    int32_t temp = 0;
+    /**
+     * Low 32 bits of the monotonic clock (ns), sign-extended when compared with all of it. So the
+     * hold-off works in the first seconds of the clock only; later nearly every whole degree is
+     * reported, which clients have come to expect.
+     */
+    int32_t time = 0;
+};
+
+/** Whether a report is due at this temperature (m°C) and time (monotonic, ns). */
+bool isHeatSourceDue(const HeatSourceReport& last, int32_t temp, int64_t nowNs);
+
+}  // namespace kelvo

@@ -1,0 +1,71 @@
+#include "service/BinderManager.h"
+
+#include "core/MessageManager.h"
+#include "sim/VirtualScheduler.h"
+#include "support/EngineTest.h"
+
+namespace {
+
+using Calls = std::vector<std::string>;
+
+class BinderManagerTest : public EngineTest {
+  protected:
+    BinderManagerTest() {
+        addZone("skin", 40000);
+        setScenes(scene("default", 0, "skin"));
+        startPhone();
+        runUntil(0);
+    }
+    Calls perform(const sim::Deed& deed) {
+        phone().perform(deed);
+        return takeCalls();
+    }
+    Calls callsOf(void (kelvo::BinderManager::*notify)(int, int)) {
+        (kelvo::BinderManager::getInstance().*notify)(3, 41000);
+        return takeCalls();
+    }
+    Calls statusCalls() {
+        kelvo::BinderManager::getInstance().notifyCallback(3);
+        return takeCalls();
+    }
+};
+
+}  // namespace
+
+TEST_F(BinderManagerTest, bringsANewListenerUpToDate) {
+    EXPECT_EQ(perform(sim::Listen{"a", 10050}), (Calls{"status -1", "broadcast -1 40000"}));
+    EXPECT_EQ(perform(sim::Transact{1, {sim::ListenerArgument{"a"}}, {}, 10051}), Calls{});
+    EXPECT_TRUE(log.has("binder client(uid: 10051) already added")) << "the uid is not the key";
+    EXPECT_EQ(perform(sim::Listen{"b", 10050}).size(), 2u);
+    EXPECT_EQ(statusCalls().size(), 2u);
+    perform(sim::Unlisten{"a"});
+    EXPECT_EQ(statusCalls().size(), 1u);
+    perform(sim::Unlisten{"a"});
+    EXPECT_TRUE(log.has("unable to find binder client record for uid:10050"));
+}
+
+TEST_F(BinderManagerTest, neverRepeatsAKindThatFailed) {
+    perform(sim::Listen{"a", 10050});
+    perform(sim::ListenerFails{"a", 4, 1});
+    EXPECT_EQ(callsOf(&kelvo::BinderManager::notifyBroadCast), Calls{"broadcast 3 41000"});
+    EXPECT_TRUE(log.has("notifyBroadCast result=-1"));
+    EXPECT_EQ(callsOf(&kelvo::BinderManager::notifyBroadCast), Calls{});
+    EXPECT_EQ(statusCalls(), Calls{"status 3"}) << "the other kinds go on";
+    kelvo::BinderManager::getInstance().notifyAmbientTemp(25);
+    EXPECT_EQ(takeCalls(), Calls{"thermal 25"});
+}
+
+TEST_F(BinderManagerTest, dropsTheDeadThroughTheLoop) {
+    perform(sim::Listen{"a", 10050});
+    perform(sim::Listen{"b", 10051});
+    perform(sim::ListenerDies{"a"});
+    EXPECT_TRUE(log.has("BinderClient: binder(uid:10050) died!"));
+    EXPECT_EQ(statusCalls().size(), 1u);
+    EXPECT_TRUE(log.has("Entering notifyCallback, binder clients size 1"));
+    EXPECT_EQ(perform(sim::Listen{"a", 10050}).size(), 2u) << "comes back as a new binder";
+}
+
+TEST_F(BinderManagerTest, tellsNobodyOfHeatWithoutAText) {
+    perform(sim::Listen{"a", 10050});
+    EXPECT_EQ(callsOf(&kelvo::BinderManager::notifyHeatSource), Calls{});
+}
