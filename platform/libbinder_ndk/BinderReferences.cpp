@@ -1,0 +1,94 @@
+// Strong and weak references to binders, and their order.
+
+#include <limits>
+#include <memory>
+
+#include <android/binder_ibinder.h>
+#include <android/binder_libbinder.h>
+#include <android/binder_stability.h>
+#include <binder/Stability.h>
+
+#include <functional>
+
+#include "BinderClass.h"
+#include "NdkBinder.h"
+
+using android::sp;
+using android::wp;
+
+struct AIBinder_Weak {
+    wp<AIBinder> binder;
+};
+
+namespace {
+
+// Who holds a reference given out by this API.
+const void* const kHolder = nullptr;
+
+}  // namespace
+
+AIBinder* AIBinder_new(const AIBinder_Class* clazz, void* args) {
+    if (clazz == nullptr) {
+        return nullptr;
+    }
+    return giveOut(new LocalNdkBinder(clazz, clazz->onCreate(args)));
+}
+
+void AIBinder_incStrong(AIBinder* binder) {
+    if (binder != nullptr) {
+        binder->incStrong(kHolder);
+    }
+}
+
+void AIBinder_decStrong(AIBinder* binder) {
+    if (binder != nullptr) {
+        binder->decStrong(kHolder);
+    }
+}
+
+int32_t AIBinder_debugGetRefCount(AIBinder* binder) {
+    return binder != nullptr ? binder->getStrongCount() : -1;
+}
+
+AIBinder_Weak* AIBinder_Weak_new(AIBinder* binder) {
+    return binder != nullptr ? new AIBinder_Weak{binder} : nullptr;
+}
+
+void AIBinder_Weak_delete(AIBinder_Weak* weakBinder) {
+    delete weakBinder;
+}
+
+AIBinder* AIBinder_Weak_promote(AIBinder_Weak* weakBinder) {
+    return weakBinder != nullptr ? giveOut(weakBinder->binder.promote()) : nullptr;
+}
+
+AIBinder_Weak* AIBinder_Weak_clone(const AIBinder_Weak* weakBinder) {
+    return weakBinder != nullptr ? new AIBinder_Weak(*weakBinder) : nullptr;
+}
+
+bool AIBinder_lt(const AIBinder* lhs, const AIBinder* rhs) {
+    return std::less<>()(lhs, rhs);
+}
+
+bool AIBinder_Weak_lt(const AIBinder_Weak* lhs, const AIBinder_Weak* rhs) {
+    if (lhs == nullptr || rhs == nullptr) {
+        return lhs == nullptr && rhs != nullptr;
+    }
+    return lhs->binder < rhs->binder;
+}
+
+sp<android::IBinder> AIBinder_toPlatformBinder(AIBinder* binder) {
+    return binder != nullptr ? binder->getBinder() : nullptr;
+}
+
+AIBinder* AIBinder_fromPlatformBinder(const sp<android::IBinder>& binder) {
+    return giveOut(ndkBinderOf(binder));
+}
+
+void AIBinder_markCompilationUnitStability(AIBinder* binder) {
+    android::internal::Stability::markCompilationUnit(binder->getBinder().get());
+}
+
+void AIBinder_markVintfStability(AIBinder* binder) {
+    android::internal::Stability::markVintf(binder->getBinder().get());
+}

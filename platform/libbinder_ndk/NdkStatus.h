@@ -1,0 +1,12 @@
+#pragma once
+
+#include <limits>
+#include <memory>
+
+#include <android/binder_status.h>
+#include <binder/Status.h>
+
+/** See AStatus. A status is never changed once it is made. */
+struct AStatus {
+    android::binder::Status status;
+};
