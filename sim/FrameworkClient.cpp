@@ -5,12 +5,11 @@
 #include <binder/Parcel.h>
 #include <fcntl.h>
 #include <unistd.h>
-#include <utils/String8.h>
 
 #include <array>
 #include <utility>
 
-#include "sim/Overloaded.h"
+#include "sim/CallValues.h"
 
 namespace sim {
 
@@ -46,43 +45,7 @@ status_t call(uint32_t code, const Parcel& data, Parcel* reply, uint32_t uid) {
 }
 
 void startRequest(Parcel& data) {
-    data.writeInterfaceToken(String16("com.zenta.kelvo.IKelvoService"));
-}
-
-Json::Value readVector(const Parcel& reply) {
-    std::vector<int32_t> vector;
-    if (reply.readInt32Vector(&vector) != OK) {
-        return {};
-    }
-    Json::Value value(Json::arrayValue);
-    for (const int32_t element : vector) {
-        value.append(element);
-    }
-    return value;
-}
-
-/** The next value of a reply; null when the reply lacks it. */
-Json::Value readValue(const Parcel& reply, ReplyType type) {
-    switch (type) {
-        case ReplyType::Int32: {
-            int32_t value = 0;
-            return reply.readInt32(&value) == OK ? Json::Value(value) : Json::Value();
-        }
-        case ReplyType::Float: {
-            float value = 0;
-            return reply.readFloat(&value) == OK ? Json::Value(value) : Json::Value();
-        }
-        case ReplyType::String: {
-            String16 value;
-            return reply.readString16(&value) == OK ? Json::Value(android::String8(value).string())
-                                                    : Json::Value();
-        }
-        case ReplyType::Vector:
-            return readVector(reply);
-        case ReplyType::Exception:
-            return reply.dataAvail() > 0 ? Json::Value(reply.readExceptionCode()) : Json::Value();
-    }
-    return {};
+    data.writeInterfaceToken(String16(kServiceDescriptor));
 }
 
 /** Takes all that comes until the writing end is closed. */
@@ -149,14 +112,11 @@ void FrameworkClient::perform(const Transact& transact) {
     Parcel reply;
     startRequest(data);
     for (const Argument& argument : transact.args) {
-        std::visit(
-                Overloaded{[&](int32_t value) { data.writeInt32(value); },
-                           [&](const std::string& text) { data.writeString16(toString16(text)); },
-                           [&](const std::vector<int32_t>& list) { data.writeInt32Vector(list); },
-                           [&](const ListenerArgument& argued) {
-                               data.writeStrongBinder(listener(argued.id));
-                           }},
-                argument);
+        if (const auto* argued = std::get_if<ListenerArgument>(&argument)) {
+            data.writeStrongBinder(listener(argued->id));
+        } else {
+            writeArgument(argument, data);
+        }
     }
     const status_t status = call(transact.code, data, &reply, transact.uid);
     if (status == OK && !transact.reply) {
@@ -165,7 +125,7 @@ void FrameworkClient::perform(const Transact& transact) {
     Json::Value values(Json::arrayValue);
     if (status == OK) {
         for (const ReplyType type : *transact.reply) {
-            values.append(readValue(reply, type));
+            values.append(readReplyValue(reply, type));
         }
     }
     mOnEvent({0, "reply", {{"code", transact.code}, {"status", status}, {"values", values}}});

@@ -171,10 +171,10 @@ void Transactor::sendReply(Thread& sender, const binder_transaction_data& data, 
         return;
     }
     Result* const complete = newResult(sender, BR_TRANSACTION_COMPLETE);
-    if (sender.todo.empty()) {
+    if (data.offsets_size == 0 && sender.todo.empty()) {
         Scheduler::addDeferred(sender, *complete);
     } else {
-        // News of an object in the reply, which the sender keeps only until it is told.
+        // Objects in the reply: the sender keeps them only until it is told.
         mScheduler.add(sender, *complete);
     }
     caller.stack = call.fromParent;

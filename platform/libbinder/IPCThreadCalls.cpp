@@ -210,34 +210,37 @@ status_t IPCThreadState::waitForResponse(Parcel* reply, status_t* acquireResult)
 }
 
 /**
- * Hands over a reply, together with what was to be handed over before it. When nothing can run on
- * this thread until it reads again, it does not read for the reply's sake alone: the driver is told
- * so, and that the reply was taken is read along with what comes next (see waitForResponse).
+ * Hands over a reply, together with what was to be handed over before it. A reply with objects is
+ * waited for: what it holds must live until the driver has taken its own references. For any other
+ * the thread does not read: that the driver took it is read along with what comes next (see
+ * waitForResponse).
  *
- * That is so when the thread does not return to a poller's code, when no reference is to be given
- * back, which may destroy binders, and when no return is unread. A reply with objects is waited for
- * in any case: what it holds must live until the driver has taken its own references.
+ * When nothing can run on this thread until it reads again, the driver is told so. That is when the
+ * thread does not return to a poller's code, when no reference is to be given back, which may
+ * destroy binders, and when no return is unread.
  */
 status_t IPCThreadState::sendReply(const Parcel& reply, uint32_t flags) {
     status_t statusBuffer;
     writeTransactionData(BC_REPLY, flags, -1, 0, reply, &statusBuffer);
+    if (reply.objectsCount() > 0) {
+        return waitForResponse(nullptr, nullptr);
+    }
     const bool derefs = !mPendingStrongDerefs.isEmpty() || !mPendingWeakDerefs.isEmpty() ||
                         !mPostWriteStrongDerefs.isEmpty() || !mPostWriteWeakDerefs.isEmpty();
     ThreadDriverState& state = threadDriverState();
-    if (!derefs && !state.polled && reply.objectsCount() == 0 &&
-        mIn.dataPosition() >= mIn.dataSize()) {
-        binder_write_read exchange = writingAll(mOut);
-        const status_t status = exchangeWithDriver(&exchange, true);
-        dropConsumed(&mOut, exchange, status);
-        if (status != OK) {
-            return status;
-        }
-        if (mOut.dataSize() == 0) {
-            ++state.openReplies;
-            return OK;
-        }
+    const bool readsNext = !derefs && !state.polled && mIn.dataPosition() >= mIn.dataSize();
+    binder_write_read exchange = writingAll(mOut);
+    const status_t status = exchangeWithDriver(&exchange, readsNext);
+    dropConsumed(&mOut, exchange, status);
+    if (status != OK) {
+        return status;
     }
-    return waitForResponse(nullptr, nullptr);
+    if (mOut.dataSize() > 0) {
+        return waitForResponse(nullptr, nullptr);
+    }
+    ++state.openReplies;
+    processPostWriteDerefs();
+    return OK;
 }
 
 }  // namespace android

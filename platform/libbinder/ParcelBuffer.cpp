@@ -134,7 +134,9 @@ status_t Parcel::continueWrite(size_t desired) {
     mDataCapacity = capacity;
     uint8_t* const before = std::exchange(mData, static_cast<uint8_t*>(data));
     if (lent) {
-        memcpy(mData, before, mDataSize);
+        if (mDataSize > 0) {
+            memcpy(mData, before, mDataSize);
+        }
         const binder_size_t* const objects = mObjects;
         const size_t count = mObjectsSize;
         const release_func release = std::exchange(mOwner, nullptr);

@@ -38,6 +38,12 @@ const char* __tsan_default_options() {
     return "halt_on_error=1";
 }
 
+// Commands to the binder driver hold addresses at any place.
+const char* __lsan_default_options();
+const char* __lsan_default_options() {
+    return "use_unaligned=1";
+}
+
 void __lsan_do_leak_check() __attribute__((weak));
 }
 

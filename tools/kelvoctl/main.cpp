@@ -14,7 +14,8 @@ constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
 
 constexpr void (*kCommands[])(CLI::App& app, Output& output) = {
-        addList, addPing, addCall, addDump, addGetprop, addSetprop,
+        addStatus, addWatch, addAsks, addConfig, addTells,   addHeat,
+        addCall,   addDump,  addList, addPing,   addGetprop, addSetprop,
 };
 
 constexpr char kExamples[] =
@@ -22,6 +23,8 @@ constexpr char kExamples[] =
         "KELVO_BINDER names (kernel or hub), else /dev/binder when it opens, else the phone's "
         "hub.\n"
         "\n"
+        "  kelvoctl status\n"
+        "  kelvoctl watch --count 3\n"
         "  kelvoctl list\n"
         "  kelvoctl ping kelvo\n"
         "  kelvoctl --json call 4 --reply exception,int32\n"

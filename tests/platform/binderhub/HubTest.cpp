@@ -105,7 +105,10 @@ TEST_F(HubTest, translatesObjectsForTheReceiver) {
         EXPECT_EQ(row.cookie, loop->objects[0].cookie);
         // The reply brings it home, whoever's it is.
         const flat_binder_object home = loop->objects[0];
-        loop->exchange(Batch().transfer(BC_REPLY, 0, {home}).add(BC_FREE_BUFFER, loop->bufferId));
+        const Batch reply =
+                Batch().transfer(BC_REPLY, 0, {home}).add(BC_FREE_BUFFER, loop->bufferId);
+        EXPECT_EQ("COMPLETE", loop->exchange(reply)) << "at once, for the object's sake";
+        loop->send({});
         row.sender.read();
         ASSERT_EQ(1U, row.sender.objects.size());
         EXPECT_EQ(row.sent.hdr.type, row.sender.objects[0].hdr.type);

@@ -101,8 +101,10 @@ std::string TestThread::read() {
     if (message.header.bufferId != 0) {
         bufferId = message.header.bufferId;
         objects.resize(data.offsets_size / sizeof(binder_size_t));
-        memcpy(static_cast<void*>(objects.data()), message.payload.data(),
-               objects.size() * sizeof(flat_binder_object));
+        if (!objects.empty()) {
+            memcpy(static_cast<void*>(objects.data()), message.payload.data(),
+                   objects.size() * sizeof(flat_binder_object));
+        }
         descriptors = std::move(message.descriptors);
     }
     return names;

@@ -87,6 +87,15 @@ TEST_F(LentParcelTest, isCopiedBeforeItIsWritten) {
     EXPECT_EQ(1, mEnded);
 }
 
+TEST_F(LentParcelTest, isWrittenToAlsoWhenNothingWasLent) {
+    Parcel parcel;
+    (parcel.*memberOf(Lending()))(nullptr, 0, nullptr, 0, release, this);
+    EXPECT_EQ(OK, parcel.writeInt32(5));
+    parcel.setDataPosition(0);
+    EXPECT_EQ(5, parcel.readInt32());
+    EXPECT_EQ(1, mCopied);
+}
+
 TEST_F(LentParcelTest, takesNoImpossibleObjects) {
     const sp<BBinder> binder = new BBinder;
     for (const uint32_t type : {BINDER_TYPE_BINDER, BINDER_TYPE_BINDER, BINDER_TYPE_PTR}) {

@@ -1,0 +1,97 @@
+// Commands that ask for lists, values and documents.
+
+#include <json/reader.h>
+#include <utils/String8.h>
+
+#include "Commands.h"
+#include "KelvoCall.h"
+
+namespace kelvoctl {
+
+namespace {
+
+using namespace kelvo;
+using enum sim::ReplyType;
+
+std::string joined(const Json::Value& list, const char* between) {
+    std::string text;
+    for (const Json::Value& element : list) {
+        text += (text.empty() ? "" : between) + element.asString();
+    }
+    return text;
+}
+
+void temps(uint32_t code, const Output& output) {
+    const std::vector<Json::Value> values = askKelvo(code, {Int32, Vector});
+    const Json::Value& list = values[1];
+    output.print({{"temps", list}}, list.isNull() ? "none" : joined(list, " "));
+}
+
+void safety(const Output& output) {
+    const Json::Value value = askKelvo(IS_NEW_SAFETY_TYPE, {Int32})[0];
+    output.print({{"value", value}}, value.asString());
+}
+
+/** The count stands alone when there are no names. */
+void cpuLimit(const Output& output) {
+    android::Parcel reply;
+    callKelvo(CPU_LIMIT_PROCEESES, {}, &reply);
+    Json::Value names(Json::arrayValue);
+    if (reply.readInt32() > 0) {
+        for (int32_t left = reply.readInt32(); left > 0 && reply.dataAvail() > 0; --left) {
+            names.append(android::String8(reply.readString16()).string());
+        }
+    }
+    output.print({{"processes", names}}, names.empty() ? "none" : joined(names, "\n"));
+}
+
+/** A document as text: as it came for a person, on one line for a program. */
+void printDocument(const std::string& text, const Output& output) {
+    if (!output.json) {
+        output.print({}, text);
+        return;
+    }
+    Json::Value document(Json::objectValue);
+    const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
+    if (!text.empty() &&
+        !reader->parse(text.data(), text.data() + text.size(), &document, nullptr)) {
+        throw Failure("the daemon's document is no JSON", "reply");
+    }
+    const std::string line = compactJson(document) + "\n";
+    output.write(line.data(), line.size());
+}
+
+void bigData(bool peek, const Output& output) {
+    const Json::Value text = askKelvo(peek ? PEEK_BIG_DATA : GET_BIG_DATA, {Exception, String})[1];
+    if (text.isNull()) {
+        output.print({{"enabled", false}}, "big data is switched off");
+        return;
+    }
+    printDocument(text.asString(), output);
+}
+
+}  // namespace
+
+void addAsks(CLI::App& app, Output& output) {
+    app.add_subcommand("temps", "The four shell temperatures (m°C)")->callback([&] {
+        temps(GET_ALL_SHELL_TEMPS, output);
+    });
+    app.add_subcommand("zones", "The zones that clients may ask for (m°C)")->callback([&] {
+        temps(GET_SPECIFIED_ZONE_TEMPS, output);
+    });
+    app.add_subcommand("safety", "The project's kind of safety")->callback([&] { safety(output); });
+    app.add_subcommand("cpu-limit", "Processes to limit")->callback([&] { cpuLimit(output); });
+    static bool peek = false;
+    CLI::App* const bigdata = app.add_subcommand("bigdata", "Take the field statistics");
+    bigdata->add_flag("--peek", peek, "Leave them where they are");
+    bigdata->callback([&] { bigData(peek, output); });
+}
+
+void addHeatReport(CLI::App& heat, Output& output) {
+    heat.add_subcommand("report", "What each component contributes")->callback([&] {
+        const Json::Value text = askKelvo(GET_COMPONENTS_HEAT_DETAIL, {Exception, String})[1];
+        printDocument(text.isNull() ? "" : text.asString(), output);
+    });
+}
+
+}  // namespace kelvoctl

@@ -1,0 +1,69 @@
+#include "KelvoCall.h"
+
+#include <map>
+
+#include "Services.h"
+#include "sim/CallValues.h"
+
+namespace kelvoctl {
+
+std::string callName(uint32_t code) {
+    using namespace kelvo;
+    static const std::map<uint32_t, const char*> kNames = {
+            {REGISTER_CLIENT, "REGISTER_CLIENT"},
+            {UNREGISTER_CLIENT, "UNREGISTER_CLIENT"},
+            {GET_THERMAL_STATUS, "GET_THERMAL_STATUS"},
+            {GET_THERMAL_CONFIG, "GET_THERMAL_CONFIG"},
+            {SET_DYNAMIC_CONFIG, "SET_DYNAMIC_CONFIG"},
+            {GET_VERSION, "GET_VERSION"},
+            {GET_BIG_DATA, "GET_BIG_DATA"},
+            {RELOAD_CONFIG, "RELOAD_CONFIG"},
+            {SET_SCREEN_STATUS, "SET_SCREEN_STATUS"},
+            {NOTIFY_THERMAL_STATUS, "NOTIFY_THERMAL_STATUS"},
+            {PEEK_BIG_DATA, "PEEK_BIG_DATA"},
+            {GET_CURRENT_TEMP, "GET_CURRENT_TEMP"},
+            {SET_CURRENT_PACKAGE, "SET_CURRENT_PACKAGE"},
+            {SET_LIGHT_LAMP_STATUS, "SET_LIGHT_LAMP_STATUS"},
+            {GET_SPECIFIED_ZONE_TEMPS, "GET_SPECIFIED_ZONE_TEMPS"},
+            {GET_ALL_SHELL_TEMPS, "GET_ALL_SHELL_TEMPS"},
+            {SHELL_TEMP_AND_TYPE, "SHELL_TEMP_AND_TYPE"},
+            {IS_NEW_SAFETY_TYPE, "IS_NEW_SAFETY_TYPE"},
+            {SET_SCREEN_FOLD_STATUS, "SET_SCREEN_FOLD_STATUS"},
+            {GET_AMBIENT_TEMP, "GET_AMBIENT_TEMP"},
+            {CPU_LIMIT_PROCEESES, "CPU_LIMIT_PROCEESES"},
+            {COMPONENT_HEAT_TEST, "COMPONENT_HEAT_TEST"},
+            {SET_WIFI_INFO, "SET_WIFI_INFO"},
+            {SET_NETWORK_INFO, "SET_NETWORK_INFO"},
+            {SET_NETWORK_SPEED_INFO, "SET_NETWORK_SPEED_INFO"},
+            {GET_COMPONENTS_HEAT_DETAIL, "GET_COMPONENTS_HEAT_DETAIL"},
+    };
+    const auto found = kNames.find(code);
+    return found != kNames.end() ? found->second : std::to_string(code);
+}
+
+void callKelvo(uint32_t code, const std::vector<sim::Argument>& arguments, android::Parcel* reply) {
+    android::Parcel request;
+    request.writeInterfaceToken(toString16(sim::kServiceDescriptor));
+    for (const sim::Argument& argument : arguments) {
+        sim::writeArgument(argument, request);
+    }
+    checkStatus(findService(kKelvo)->transact(code, request, reply), callName(code));
+}
+
+void callKelvo(uint32_t code, const std::vector<sim::Argument>& arguments) {
+    android::Parcel reply;
+    callKelvo(code, arguments, &reply);
+}
+
+std::vector<Json::Value> askKelvo(uint32_t code, const std::vector<sim::ReplyType>& types,
+                                  const std::vector<sim::Argument>& arguments) {
+    android::Parcel reply;
+    callKelvo(code, arguments, &reply);
+    std::vector<Json::Value> values;
+    for (const sim::ReplyType type : types) {
+        values.push_back(sim::readReplyValue(reply, type));
+    }
+    return values;
+}
+
+}  // namespace kelvoctl

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <limits>
+#include <memory>
+#include <vector>
+
+// The binder headers need the standard ones above.
+#include <binder/Parcel.h>
+#include <json/value.h>
+
+#include "service/ServiceCodes.h"
+#include "sim/Scenario.h"
+
+namespace kelvoctl {
+
+/** The name under which clients know a transaction; its number when it has none. */
+std::string callName(uint32_t code);
+
+/** Calls the daemon. Throws Failure when it is absent or refuses. */
+void callKelvo(uint32_t code, const std::vector<sim::Argument>& arguments, android::Parcel* reply);
+void callKelvo(uint32_t code, const std::vector<sim::Argument>& arguments);
+
+/** The same, and the values of the reply; null for each that the reply lacks. */
+std::vector<Json::Value> askKelvo(uint32_t code, const std::vector<sim::ReplyType>& types,
+                                  const std::vector<sim::Argument>& arguments = {});
+
+}  // namespace kelvoctl

@@ -1,0 +1,66 @@
+#include <cstdio>
+
+#include "Commands.h"
+#include "KelvoCall.h"
+
+namespace kelvoctl {
+
+namespace {
+
+using namespace kelvo;
+using enum sim::ReplyType;
+
+constexpr int32_t kBatteryModel = 3;
+constexpr int32_t kNoTemp = -1;
+
+struct TempAndType {
+    Json::Value temp;  // m°C; null when the daemon knows none
+    Json::Value type;
+};
+
+/** Of a battery without zones the reply holds the type alone. */
+TempAndType tempAndType() {
+    const std::vector<Json::Value> values = askKelvo(SHELL_TEMP_AND_TYPE, {Int32, Int32});
+    if (values[1].isNull()) {
+        return {Json::Value(), values[0]};
+    }
+    const bool unknown = values[1] == kBatteryModel && values[0] == kNoTemp;
+    return {unknown ? Json::Value() : values[0], values[1]};
+}
+
+std::string celsius(double degrees) {
+    char text[32];
+    std::snprintf(text, sizeof(text), "%.1f °C", degrees);
+    return text;
+}
+
+void status(const Output& output) {
+    const Json::Value status = askKelvo(GET_THERMAL_STATUS, {Exception, Int32})[1];
+    const Json::Value shell = askKelvo(GET_CURRENT_TEMP, {Float})[0];
+    const TempAndType kind = tempAndType();
+    const Json::Value known = askKelvo(GET_AMBIENT_TEMP, {Int32})[0];
+    const Json::Value ambient =
+            known == std::numeric_limits<int32_t>::min() ? Json::Value() : known;
+    const Json::Value version = askKelvo(GET_VERSION, {Exception, String})[1];
+    const std::string model = kind.temp.isNull() ? "unknown" : celsius(kind.temp.asInt() / 1000.0);
+    output.print({{"status", status},
+                  {"temp_c", shell},
+                  {"temp", kind.temp},
+                  {"type", kind.type},
+                  {"ambient", ambient},
+                  {"version", version}},
+                 "status   " + status.asString() + "\nshell    " + celsius(shell.asDouble()) +
+                         "\nmodel    " + model + ", type " + kind.type.asString() + "\nambient  " +
+                         (ambient.isNull() ? "unknown" : ambient.asString() + " °C") +
+                         "\nversion  " + version.asString());
+}
+
+}  // namespace
+
+void addStatus(CLI::App& app, Output& output) {
+    app.add_subcommand("status", "Status, temperatures and version")->callback([&] {
+        status(output);
+    });
+}
+
+}  // namespace kelvoctl

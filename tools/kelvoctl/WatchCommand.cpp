@@ -1,0 +1,119 @@
+#include <binder/ProcessState.h>
+#include <unistd.h>
+
+#include <condition_variable>
+#include <iostream>
+#include <mutex>
+
+#include "Commands.h"
+#include "KelvoCall.h"
+#include "Services.h"
+#include "sim/FrameworkListener.h"
+
+namespace kelvoctl {
+
+namespace {
+
+using android::IBinder;
+using android::sp;
+using android::wp;
+
+/** What the binder threads tell the command's own thread. */
+class Watch {
+  public:
+    Watch(const Output& output, uint64_t count) : mOutput(output), mLeft(count) {}
+
+    void print(const std::string& event, const sim::FrameworkListener::Members& members) {
+        Output::Members object{{"event", event}};
+        object.insert(object.end(), members.begin(), members.end());
+        std::string text = event;
+        for (const auto& [name, value] : members) {
+            text += " " + name + " " + compactJson(value);
+        }
+        const std::lock_guard lock(mMutex);
+        if (mLeft == 0) {
+            return;
+        }
+        mOutput.print(object, text);
+        --mLeft;
+        mChanged.notify_all();
+    }
+    void lose() {
+        const std::lock_guard lock(mMutex);
+        mLost = true;
+        mChanged.notify_all();
+    }
+    /** True when the daemon was lost, false when all calls have been seen. */
+    bool waitForLoss() {
+        std::unique_lock lock(mMutex);
+        mChanged.wait(lock, [this] { return mLost || mLeft == 0; });
+        mLost = false;
+        return mLeft != 0;
+    }
+
+  private:
+    const Output& mOutput;
+    std::mutex mMutex;  // guards what follows, and standard output
+    std::condition_variable mChanged;
+    uint64_t mLeft;
+    bool mLost = false;
+};
+
+class Loss : public IBinder::DeathRecipient {
+  public:
+    explicit Loss(Watch& watch) : mWatch(watch) {}
+    void binderDied(const wp<IBinder>&) override { mWatch.lose(); }
+
+  private:
+    Watch& mWatch;
+};
+
+/** False when the daemon died meanwhile. */
+bool registerWith(const sp<IBinder>& kelvo, const sp<IBinder>& listener, const sp<Loss>& loss) {
+    if (kelvo->linkToDeath(loss) != android::OK) {
+        return false;
+    }
+    android::Parcel request;
+    android::Parcel reply;
+    request.writeInterfaceToken(kelvo->getInterfaceDescriptor());
+    request.writeStrongBinder(listener);
+    const android::status_t status = kelvo->transact(kelvo::REGISTER_CLIENT, request, &reply);
+    if (status != android::DEAD_OBJECT) {
+        checkStatus(status, callName(kelvo::REGISTER_CLIENT));
+    }
+    return status == android::OK;
+}
+
+void watch(uint64_t count, const Output& output) {
+    Watch state(output, count);
+    sp<IBinder> service = findService(kKelvo);
+    android::ProcessState::self()->startThreadPool();
+    const sp<IBinder> listener = new sim::FrameworkListener(
+            [&state](const std::string& event, const sim::FrameworkListener::Members& members) {
+                state.print(event, members);
+            });
+    const sp<Loss> loss = new Loss(state);
+    while (!registerWith(service, listener, loss) || state.waitForLoss()) {
+        std::cerr << "kelvoctl: the daemon has gone, waiting for it to come back: " << kKelvo
+                  << std::endl;
+        service = serviceManager()->waitForService(toString16(kKelvo));
+        if (service == nullptr) {
+            throw Failure("the service manager has gone", kKelvo);
+        }
+        std::cerr << "kelvoctl: the daemon is back, registering again: " << kKelvo << std::endl;
+    }
+    std::cout.flush();
+    // Binder threads may still be about to call: nothing that they use is taken away under them.
+    _exit(0);
+}
+
+}  // namespace
+
+void addWatch(CLI::App& app, Output& output) {
+    static uint64_t count = std::numeric_limits<uint64_t>::max();
+    CLI::App* const command = app.add_subcommand("watch", "Show what listeners are told");
+    command->add_option("--count", count, "End after so many calls")->check(CLI::PositiveNumber);
+    command->callback([&] { watch(count, output); });
+}
+
+}  // namespace kelvoctl
