@@ -37,7 +37,7 @@ enum Kind : uint32_t {
     kNewThread = 2,             ///< process connection; the answer has one descriptor
     kSetMaxThreads = 3,         ///< process connection; `value`: how many
     kBecomeContextManager = 4,  ///< process connection; payload: one flat_binder_object
-    kState = 5,                 ///< process connection; the answer's payload is JSON, inline
+    kState = 5,                 ///< process connection; the answer's payload is JSON
     kAnswer = 6,                ///< hub to process connection
     kExchange = 7,              ///< thread connection, both ways
 };

@@ -65,6 +65,19 @@ TEST_F(KelvoctlLiveTest, findsAndCallsTheDaemon) {
     EXPECT_EQ(mPhone->wait().status, 0);
 }
 
+TEST_F(KelvoctlLiveTest, showsWhatTheDaemonKnowsAndTells) {
+    EXPECT_NE(out({"--json", "status"}).find("\"temp\":31650,\"type\":1,\"ambient\":null,"),
+              std::string::npos);
+    EXPECT_EQ(out({"--json", "watch", "--count", "2"}),
+              "{\"event\":\"notify_thermal_status\",\"status\":0}\n"
+              "{\"event\":\"notify_thermal_broadcast\",\"level\":0,\"temp\":31650}\n");
+    EXPECT_EQ(out({"--json", "set-config", "--hold", "1,2"}), "{\"result\":0}\n");
+    EXPECT_EQ(out({"--json", "zones"}), "{\"temps\":null}\n");
+    EXPECT_EQ(out({"--json", "screen", "0"}), "{\"ok\":true}\n");
+    EXPECT_EQ(out({"--json", "heat", "report"}), "{}\n");
+    EXPECT_EQ(kelvoctl({"heat"}).status, 2);
+}
+
 TEST_F(KelvoctlLiveTest, tellsWhoMayNotCall) {
     const std::vector<std::string> app{"setpriv", "--reuid=10050", "--regid=10050",
                                        "--clear-groups"};
@@ -80,6 +93,7 @@ TEST_F(KelvoctlLiveTest, tellsWhoMayNotCall) {
     EXPECT_EQ(refused.status, 1);
     EXPECT_EQ(refused.out, "{\"status\":-1,\"values\":[]}\n");
     EXPECT_EQ(refused.err, "kelvoctl: permission denied: 11\n");
+    EXPECT_EQ(kelvoctl({"reload"}, app).err, "kelvoctl: permission denied: RELOAD_CONFIG\n");
     EXPECT_EQ(out({"call", "11"}), "ok\n");
 }
 
