@@ -150,7 +150,10 @@ const Operation kOperations[] = {
         [](Parcel& parcel) { parcel.writeByteVector(std::vector<int8_t>(3)); },
         [](Parcel& parcel) { parcel.setDataSize(parcel.dataPosition()); },
         [](Parcel& parcel) { parcel.setDataPosition(parcel.dataPosition() + 4); },
-        [](Parcel& parcel) { parcel.setDataPosition(parcel.dataPosition() - 4); },
+        // A position is the reader's own doing; one near the end of memory would be written to.
+        [](Parcel& parcel) {
+            parcel.setDataPosition(std::max(parcel.dataPosition(), size_t{4}) - 4);
+        },
         [](Parcel& parcel) { parcel.setDataPosition(0); },
 };
 

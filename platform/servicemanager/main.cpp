@@ -60,9 +60,7 @@ int serve() {
     return fail("the binder driver is gone: " + driver);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
     CLI::App app(
             "The service manager of binder: becomes the context manager and serves until it is "
             "stopped",
@@ -81,4 +79,14 @@ int main(int argc, char** argv) {
         return kWrongUsage;
     }
     return serve();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& error) {
+        return fail(error.what());
+    }
 }

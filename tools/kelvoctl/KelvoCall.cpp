@@ -60,6 +60,7 @@ std::vector<Json::Value> askKelvo(uint32_t code, const std::vector<sim::ReplyTyp
     android::Parcel reply;
     callKelvo(code, arguments, &reply);
     std::vector<Json::Value> values;
+    values.reserve(types.size());
     for (const sim::ReplyType type : types) {
         values.push_back(sim::readReplyValue(reply, type));
     }
