@@ -1,0 +1,236 @@
+#include "ambient/AmbientTempWatcher.h"
+
+#include "config/KelvoConfig.h"
+#include "core/Log.h"
+#include "core/MessageManager.h"
+#include "core/Numeric.h"
+#include "core/Time.h"
+#include "links/ChargerProxyService.h"
+#include "links/HealthInfoNotifier.h"
+#include "shelltemp/ShellTempFitting.h"
+
+using android::Mutex;
+
+ANDROID_SINGLETON_STATIC_INSTANCE(kelvo::AmbientTempWatcher)
+
+namespace kelvo {
+
+namespace {
+
+constexpr char kScene[] = "ambient";
+constexpr char kChargeScene[] = "ambient_charge";
+constexpr char kCurrentCoeff[] = "battery_current_coeff";
+constexpr int64_t kLongestGap = 7500;    // s between two rounds of one window
+constexpr int32_t kAnnouncedChange = 3;  // °C
+constexpr int32_t kFewestSteady = 2;     // steady rounds that an estimate needs
+
+}  // namespace
+
+AmbientTempWatcher::AmbientTempWatcher()
+      : mIsOldAmbientProject(ShellTempFitting::getInstance().isOldAmbientProject()) {
+    Mutex::Autolock lock(mMutex);
+    mParamsLoaded = mIsOldAmbientProject ? getAmbientFittingParameter() : getNewFittingParameter();
+}
+
+bool AmbientTempWatcher::getAmbientFittingParameter() {
+    if (!parseFittingParam(kScene)) {
+        KLOGE("get ambient fitting param failed.");
+        return false;
+    }
+    useParameters(kScene);
+    return true;
+}
+
+bool AmbientTempWatcher::getNewFittingParameter() {
+    const auto scenes = ShellTempFitting::getInstance().getAmbientModelList();
+    if (scenes.empty()) {
+        KLOGE("can NOT find any ambient fitting parameters.");
+        return false;
+    }
+    for (const std::string& scene : scenes) {
+        if (!parseFittingParam(scene)) {
+            KLOGE("parse %s fitting param failed.", scene.c_str());
+            return false;
+        }
+    }
+    const bool charging = HealthInfoNotifier::getInstance().getOnChargeStats();
+    useParameters(charging ? kChargeScene : kScene);
+    return true;
+}
+
+bool AmbientTempWatcher::parseFittingParam(const std::string& name) {
+    Json::Value root;
+    KelvoConfig::getInstance().getConfig(&root,
+                                         {"shell_temp_fitting_model", name, "ambient_fitting"});
+    auto coeffs = parseAmbientFitting(name, root);
+    if (!coeffs) {
+        return false;
+    }
+    mParams[name] = std::move(*coeffs);
+    return true;
+}
+
+void AmbientTempWatcher::useParameters(const std::string& name) {
+    const auto found = mParams.find(name);
+    mAmbientCoeffs = found != mParams.end() ? found->second : AmbientCoeffs();
+}
+
+void AmbientTempWatcher::switchFittingParameter(const std::string& name) {
+    Mutex::Autolock lock(mMutex);
+    if (!mParams.contains(name)) {
+        return;
+    }
+    useParameters(name);
+    clearRecord();
+    KLOGD("AmbientTempWatcher clear recorded data: status changed.");
+}
+
+bool AmbientTempWatcher::checkAvailableStats() {
+    if (!mParamsLoaded) {
+        return false;
+    }
+    Mutex::Autolock lock(mMutex);
+    HealthInfoNotifier& health = HealthInfoNotifier::getInstance();
+    const bool disturbed =
+            mIsOldAmbientProject ? health.getOnChargeStats() : health.getChargerWirelessStats();
+    if (disturbed) {
+        clearRecord();
+        KLOGD("AmbientTempWatcher clear recorded data: invalid charge status.");
+    }
+    return !disturbed;
+}
+
+void AmbientTempWatcher::clearRecord() {
+    mSamples.clear();
+    mEstimates.clear();
+    mFull = false;
+}
+
+void AmbientTempWatcher::updateAmbientTemp(int temp, int power) {
+    const auto hasCoeffs = [this] {
+        Mutex::Autolock lock(mMutex);
+        return !mAmbientCoeffs.empty();
+    };
+    if (!hasCoeffs() || !checkAvailableStats()) {
+        KLOGE("AmbientTempWatcher mAmbientCoeffs is empty or checkAvailableStats is false.");
+        return;
+    }
+    Mutex::Autolock lock(mMutex);
+    if (!isTimeContinuous()) {
+        return;
+    }
+    updateSample(temp, power, ChargerProxyService::getInstance().getBatteryCurrentNow());
+    if (!mFull || !isChargeLow() || !isPowerSteady()) {
+        return;
+    }
+    estimate();
+    checkAmbientTempStatus();
+}
+
+bool AmbientTempWatcher::isTimeContinuous() {
+    const int64_t now = wallClockSeconds();
+    const int64_t gap = now - mLastUpdateSecond;
+    mLastUpdateSecond = now;
+    mLastRound = monotonicSeconds();  // what others compare with their own samples
+    if (gap > kLongestGap) {
+        clearRecord();
+        KLOGE("AmbientTempWatcher clear recorded data: time is not continuous.");
+        return false;
+    }
+    return true;
+}
+
+void AmbientTempWatcher::updateSample(int temp, int power, int batteryCurrent) {
+    const auto coeff = mAmbientCoeffs.find(kCurrentCoeff);
+    const int32_t corrected = coeff != mAmbientCoeffs.end()
+                                      ? saturatingInt32(coeff->second * batteryCurrent + power)
+                                      : power;
+    KLOGD("AmbientTempWatcher updateSample temp:%d, power:%d, batteryCurrent:%d", temp, corrected,
+          batteryCurrent);
+    mSamples.add({temp, corrected, batteryCurrent});
+    mFull = mSamples.full();
+}
+
+bool AmbientTempWatcher::isChargeLow() {
+    const int32_t chargeMean = mSamples.chargeMean();
+    if (chargeMean <= mAmbientCoeffs["charge_current_threshold"]) {
+        return true;
+    }
+    clearRecord();
+    KLOGE("AmbientTempWatcher clear recorded data: charge current:%d over threshold.", chargeMean);
+    return false;
+}
+
+bool AmbientTempWatcher::isPowerSteady() {
+    const int32_t powerDiff = mSamples.powerDiff();
+    const double threshold = mAmbientCoeffs["power_diff_threshold"];
+    if (powerDiff <= threshold && powerDiff >= -threshold) {
+        return true;
+    }
+    clearRecord();
+    KLOGE("AmbientTempWatcher clear recorded data: power_diff over threshold.");
+    return false;
+}
+
+void AmbientTempWatcher::estimate() {
+    const double threshold = mAmbientCoeffs["temp_rate_threshold"];
+    SteadySums sums;
+    for (const AmbientSamples::Pair& pair : mSamples.pairs()) {
+        if (!(-threshold < pair.slope && pair.slope < threshold)) {
+            KLOGD("AmbientTempWatcher slope:%f continue batterytemp:%d power:%d", pair.slope,
+                  pair.newer.temp, pair.newer.power);
+            continue;
+        }
+        sums.add(pair);
+        if (pair.wrapped) {
+            KLOGD("AmbientTempWatcher DEFAULT_SAMPLE_COUNT-mCurrentPos+i:%d, slope:%f "
+                  "batteryTempB:%d, power:%d",
+                  pair.slot, pair.slope, pair.newer.temp, pair.newer.power);
+        } else {
+            KLOGD("AmbientTempWatcher mCurrentPos-i:%d, slope:%f batteryTempB:%d, power:%d",
+                  pair.slot, pair.slope, pair.newer.temp, pair.newer.power);
+        }
+    }
+    if (sums.count < kFewestSteady) {
+        return;
+    }
+    const int32_t latest = ambientOf(sums, mAmbientCoeffs);
+    if (mEstimates.empty() && mAmbientTemp == kNoEstimate) {
+        publish(latest);  // the very first one does not wait for eleven others
+    }
+    if (const auto mean = mEstimates.add(latest)) {
+        publish(*mean);
+    }
+}
+
+void AmbientTempWatcher::publish(int32_t temp) {
+    mAmbientTemp = temp;
+    KLOGD("AmbientTempWatcher AmbientTemp:%d", temp);
+}
+
+void AmbientTempWatcher::checkAmbientTempStatus() {
+    const int32_t current = mAmbientTemp;
+    KLOGD("AmbientTempWatcher currentTemp:%d, lastTemp:%d", current, mLastTemp);
+    const bool first = mLastTemp == kNoEstimate && current != kNoEstimate;
+    const int32_t change = wrappingSub(current, mLastTemp);
+    if (!first && change < kAnnouncedChange && change > -kAnnouncedChange) {
+        return;
+    }
+    KelvoMessage message;
+    message.what = MSG_NOTIFY_AMBIENT;
+    message.iValue = current;
+    MessageManager::getInstance().sendMessage(message);
+    mLastTemp = current;
+}
+
+bool AmbientTempWatcher::getAmbientTempInfo(int& temp, int& time) const {
+    const int32_t current = mAmbientTemp;
+    if (!mFull || current == kNoEstimate) {
+        return false;
+    }
+    temp = current;
+    time = mLastRound;
+    return true;
+}
+
+}  // namespace kelvo

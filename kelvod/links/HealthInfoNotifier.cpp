@@ -1,0 +1,83 @@
+#include "links/HealthInfoNotifier.h"
+
+#include <android/binder_manager.h>
+
+#include "core/Log.h"
+#include "core/MessageManager.h"
+#include "core/Scene.h"
+#include "links/AidlHealthInfoListener.h"
+#include "links/HidlHealthInfoListener.h"
+
+using kelvo::KelvoMessage;
+
+ANDROID_SINGLETON_STATIC_INSTANCE(HealthInfoNotifier)
+
+HealthInfoNotifier::HealthInfoNotifier() {
+    initHealthService();
+}
+
+void HealthInfoNotifier::initHealthService() {
+    KLOGD("[%s], initHealthService entry.", __func__);
+    // Callbacks may come before the constructor returns, so they do not ask for the singleton.
+    const HealthObserver observer{[this](bool charging) { notifyChargeStats(charging); },
+                                  [this](const std::string& scene) { notifyWirelessStats(scene); }};
+    if (AServiceManager_isDeclared(AidlHealthInfoListener::instanceName().c_str())) {
+        mAidlListener = ndk::SharedRefBase::make<AidlHealthInfoListener>(observer);
+        if (mAidlListener->init() != 0) {
+            // Kept: the service may come later, the getters look for it.
+            KLOGE("[%s], init aidl health service failed.", __func__);
+        } else {
+            KLOGD("[%s], init aidl health service success.", __func__);
+        }
+        return;
+    }
+    mHidlListener = new HidlHealthInfoListener(observer);
+    if (mHidlListener->init() != 0) {
+        KLOGE("[%s], init hidl health service failed.", __func__);
+        mHidlListener = nullptr;  // this phone has neither service
+    } else {
+        KLOGD("[%s], init hidl health service success.", __func__);
+    }
+}
+
+bool HealthInfoNotifier::getOnChargeStats() {
+    if (mAidlListener != nullptr) {
+        mAidlListener->reconnect();
+        return mAidlListener->state().isCharging();
+    }
+    if (mHidlListener != nullptr) {
+        return mHidlListener->state().isCharging();
+    }
+    KLOGE("[%s], no health service inited.", __func__);
+    return false;
+}
+
+bool HealthInfoNotifier::getChargerWirelessStats() {
+    if (mAidlListener != nullptr) {
+        mAidlListener->reconnect();
+        return mAidlListener->state().isChargingWirelessly();
+    }
+    if (mHidlListener != nullptr) {
+        return mHidlListener->state().isChargingWirelessly();
+    }
+    KLOGE("[%s], no health service inited.", __func__);
+    return false;
+}
+
+void HealthInfoNotifier::notifyChargeStats(bool charging) {
+    KLOGD("ChargeStats changed to %d\n", charging ? 1 : 0);
+    KelvoMessage message;
+    message.what = kelvo::MSG_CHARGE_STATE;
+    message.iValue = charging ? 1 : 0;
+    kelvo::MessageManager::getInstance().sendMessage(message);
+}
+
+void HealthInfoNotifier::notifyWirelessStats(const std::string& scene) {
+    KLOGD("chargerWireless changed to %s\n", scene.c_str());
+    const auto opCode = scene == "wirless_charge" ? kelvo::ShellFittingSceneOpCode::WIRELESS_CHARGE
+                                                  : kelvo::ShellFittingSceneOpCode::RESTORE;
+    KelvoMessage message;
+    message.what = kelvo::MSG_SCENE_OP_CODE;
+    message.iValue = static_cast<int32_t>(opCode);
+    kelvo::MessageManager::getInstance().sendMessage(message);
+}
