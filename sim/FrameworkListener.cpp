@@ -14,7 +14,6 @@ using android::OK;
 using android::Parcel;
 using android::sp;
 using android::status_t;
-using android::wp;
 
 /** One kind of call: what a replay calls it, and its arguments. */
 struct CallKind {
@@ -53,48 +52,9 @@ void FrameworkListener::failNext(uint32_t code, int32_t count) {
     mFailures[code] = count;
 }
 
-void FrameworkListener::die() {
-    std::vector<wp<DeathRecipient>> recipients;
-    {
-        android::Mutex::Autolock lock(mMutex);
-        mAlive = false;
-        recipients.swap(mRecipients);
-    }
-    for (const auto& weak : recipients) {
-        if (const sp<DeathRecipient> recipient = weak.promote(); recipient != nullptr) {
-            recipient->binderDied(this);
-        }
-    }
-}
-
 const android::String16& FrameworkListener::getInterfaceDescriptor() const {
     static const android::String16 kDescriptor("com.zenta.thermalcontrol.IThermalStatusListener");
     return kDescriptor;
-}
-
-bool FrameworkListener::isBinderAlive() const {
-    android::Mutex::Autolock lock(mMutex);
-    return mAlive;
-}
-
-status_t FrameworkListener::linkToDeath(const sp<DeathRecipient>& recipient, void*, uint32_t) {
-    android::Mutex::Autolock lock(mMutex);
-    if (!mAlive) {
-        return android::DEAD_OBJECT;
-    }
-    mRecipients.emplace_back(recipient);
-    return OK;
-}
-
-status_t FrameworkListener::unlinkToDeath(const wp<DeathRecipient>& recipient, void*, uint32_t,
-                                          wp<DeathRecipient>*) {
-    android::Mutex::Autolock lock(mMutex);
-    const auto found = std::find(mRecipients.begin(), mRecipients.end(), recipient);
-    if (found == mRecipients.end()) {
-        return android::NAME_NOT_FOUND;
-    }
-    mRecipients.erase(found);
-    return OK;
 }
 
 bool FrameworkListener::takeFailure(uint32_t code) {

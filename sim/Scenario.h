@@ -149,6 +149,9 @@ struct ConfigFiles {
     std::optional<std::string> platform;
 };
 
+/** Which health HAL the phone's maker built in. */
+enum class HealthHal { Aidl, Hidl };
+
 /** All services that a scenario can name. */
 const std::set<std::string>& allServices();
 
@@ -163,7 +166,8 @@ struct Scenario {
     std::vector<ZoneSpec> zones;
     ConfigFiles config;
     std::set<std::string> services = allServices();  // present at start
-    std::optional<std::string> trace;                // host path of the CSV file
+    HealthHal healthHal = HealthHal::Aidl;
+    std::optional<std::string> trace;  // host path of the CSV file
     std::optional<PlantParams> plant;
     std::vector<Action> timeline;  // sorted by time, stably
 };

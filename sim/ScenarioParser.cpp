@@ -99,6 +99,13 @@ std::set<std::string> parseServices(const JsonPlace& services) {
     return result;
 }
 
+HealthHal parseHealthHal(const JsonPlace& kind) {
+    if (!kind.isString() || (kind.text() != "aidl" && kind.text() != "hidl")) {
+        kind.fail("expected \"aidl\" or \"hidl\"");
+    }
+    return kind.text() == "aidl" ? HealthHal::Aidl : HealthHal::Hidl;
+}
+
 /** Opens the trace for its header; what stands in its rows is seen when they are read. */
 std::string parseTrace(const JsonPlace& trace, const Scenario& scenario,
                        const std::string& folder) {
@@ -150,6 +157,9 @@ void parseDevice(const JsonPlace& root, const std::string& folder, Scenario& sce
     if (const auto services = root.find("services")) {
         scenario.services = parseServices(*services);
     }
+    if (const auto kind = root.find("health_hal")) {
+        scenario.healthHal = parseHealthHal(*kind);
+    }
 }
 
 void parseCourse(const JsonPlace& root, const std::string& folder, Scenario& scenario) {
@@ -170,7 +180,7 @@ Scenario parseScenario(std::string_view text, const std::string& file, const std
     const Json::Value document = parseJson(text, file);
     const JsonPlace root(document, file);
     root.onlyMembers({"name", "start", "uptime", "duration", "properties", "nodes", "zones",
-                      "config", "services", "trace", "plant", "timeline"});
+                      "config", "services", "health_hal", "trace", "plant", "timeline"});
     Scenario scenario;
     if (const auto name = root.find("name")) {
         scenario.name = name->text();

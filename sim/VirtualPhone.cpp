@@ -19,11 +19,14 @@ VirtualPhone::VirtualPhone(const Scenario& scenario)
         mTree(kelvo::deviceRoot()),
         mShellTemp(mTree),
         mPhone(mTree, scenario, [this](bool present) { mShellTemp.setPresent(present); }),
-        mClient([this](Event event) {
-            event.timeMs = now();
-            emit(event);
-        }) {
-    android::installLocalServiceManager();
+        mClient([this](Event event) { emitNow(std::move(event)); }),
+        mServices(scenario, PhoneServices::launchHere,
+                  [this](Event event) { emitNow(std::move(event)); }) {
+    const auto manager = android::installLocalServiceManager();
+    for (const std::string& instance : mServices.declaredInstances()) {
+        manager->declareService(android::String16(instance.c_str()));
+    }
+    mServices.start();
     // Local time in replay is UTC.
     setenv("TZ", "UTC", 1);
     tzset();
@@ -86,8 +89,10 @@ bool VirtualPhone::canPerform(const Deed& deed) {
     return std::visit(
             Overloaded{[](const SetZones&) { return true; }, [](const SetNodes&) { return true; },
                        [](const SetProperties&) { return true; },
+                       [](const ServiceState&) { return true; },
                        [](const auto& other) {
-                           return kIsFrameworkDeed<std::decay_t<decltype(other)>>;
+                           using T = std::decay_t<decltype(other)>;
+                           return kIsFrameworkDeed<T> || kIsServiceDeed<T>;
                        }},
             deed);
 }
@@ -99,9 +104,12 @@ void VirtualPhone::apply(const Deed& deed) {
                               mPhone.apply(properties);
                               mProperties->dropChanges();
                           },
+                          [this](const ServiceState& state) { mServices.perform(state); },
                           [this](const auto& other) {
                               if constexpr (kIsFrameworkDeed<std::decay_t<decltype(other)>>) {
                                   mClient.perform(other);
+                              } else {
+                                  mServices.perform(Deed(other));
                               }
                           }},
                deed);
@@ -125,6 +133,11 @@ void VirtualPhone::collectEvents() {
 
 void VirtualPhone::emit(const Event& event) {
     mListener(event);
+}
+
+void VirtualPhone::emitNow(Event event) {
+    event.timeMs = now();
+    emit(event);
 }
 
 }  // namespace sim

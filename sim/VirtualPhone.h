@@ -12,6 +12,7 @@
 #include "sim/Scenario.h"
 #include "sim/ScenarioPlayer.h"
 #include "sim/ShellTempNode.h"
+#include "sim/services/PhoneServices.h"
 
 namespace sim {
 
@@ -51,6 +52,7 @@ class VirtualPhone {
     void apply(const Deed& deed);
     void collectEvents();
     void emit(const Event& event);
+    void emitNow(Event event);
 
     const Scenario& mScenario;
     DeviceTree mTree;
@@ -61,6 +63,7 @@ class VirtualPhone {
     std::optional<ScenarioPlayer> mPlayer;
     std::function<void(const Event&)> mListener = [](const Event&) {};
     FrameworkClient mClient;
+    PhoneServices mServices;
 };
 
 }  // namespace sim

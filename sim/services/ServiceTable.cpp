@@ -1,0 +1,52 @@
+#include "sim/services/ServiceTable.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "sim/services/AidlHealthService.h"
+#include "sim/services/ChargerService.h"
+#include "sim/services/HidlHealthService.h"
+
+namespace sim {
+
+namespace {
+
+template <typename... T>
+bool isOneOf(const Deed& deed) {
+    return (std::holds_alternative<T>(deed) || ...);
+}
+
+template <typename Service>
+std::unique_ptr<PhoneService> make(const ServiceContext& context) {
+    return std::make_unique<Service>(context);
+}
+
+constexpr char kHidlHealth[] = "health-hidl";
+
+}  // namespace
+
+const std::vector<ServiceKind>& serviceKinds() {
+    static const std::vector<ServiceKind> kKinds = {
+            {"health", AidlHealthService::kInstance, isOneOf<Health>, make<AidlHealthService>},
+            {kHidlHealth, nullptr, isOneOf<Health>, make<HidlHealthService>},
+            {"charger", nullptr, isOneOf<BatteryCurrent>, make<ChargerService>},
+    };
+    return kKinds;
+}
+
+const ServiceKind& serviceKind(const std::string& name) {
+    const auto found = std::ranges::find(serviceKinds(), name, &ServiceKind::name);
+    if (found == serviceKinds().end()) {
+        throw std::invalid_argument("no such service: " + name);
+    }
+    return *found;
+}
+
+const ServiceKind* kindOn(const Scenario& scenario, const std::string& name) {
+    const std::string kind =
+            name == "health" && scenario.healthHal == HealthHal::Hidl ? kHidlHealth : name;
+    const auto found = std::ranges::find(serviceKinds(), kind, &ServiceKind::name);
+    return found != serviceKinds().end() ? &*found : nullptr;
+}
+
+}  // namespace sim

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "sim/Scenario.h"
+#include "sim/services/PhoneService.h"
+
+namespace sim {
+
+/** A kind of service that the phone can have. */
+struct ServiceKind {
+    const char* name;      // as scenarios call it
+    const char* declared;  // what the phone's manifest promises for it; null: nothing
+    bool (*concerns)(const Deed& deed);
+    std::unique_ptr<PhoneService> (*make)(const ServiceContext& context);
+};
+
+/** All kinds; "health-hidl" is what the scenario's "health" is on a phone with the older HAL. */
+const std::vector<ServiceKind>& serviceKinds();
+
+/** The kind of this name; throws std::invalid_argument when there is none. */
+const ServiceKind& serviceKind(const std::string& name);
+
+/** The kind that the scenario's service `name` is on its phone; null when it is not simulated. */
+const ServiceKind* kindOn(const Scenario& scenario, const std::string& name);
+
+}  // namespace sim
