@@ -1,0 +1,49 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <memory>
+
+#include "heat/EnergySampleBuffer.h"
+#include "heat/HeatInfo.h"
+
+/**
+ * A part of the phone that samples its power or temperature while monitoring runs, and converts the
+ * samples to its contribution to the shell temperature.
+ *
+ * processRawSample() comes on the thread "comp-monitor" without a lock of the center's; everything
+ * else comes under the center's component lock. Each component guards what the two share.
+ */
+class ComponentHeat {
+  public:
+    /** Takes a reading and pushes it; 0. */
+    virtual int processRawSample() = 0;
+    /** The present contribution (m°C); most components drop the samples it was computed from. */
+    virtual int getHeatContribution() = 0;
+    /** The contribution with the figures that explain it; never null. */
+    virtual std::shared_ptr<HeatInfo> getHeatInfo() = 0;
+    virtual ~ComponentHeat() = default;
+    /** Hands statistics to the data collector and, with `reset`, starts them anew. */
+    virtual void collectBigData(bool reset) { (void)reset; }
+
+    /** Whether a sampling pass has come since monitoring started; see the components that arm. */
+    bool isActive() const { return mActive; }
+    void setActive(bool active) { mActive = active; }
+    /** At the end of monitoring: drops the samples and disarms the component. */
+    void clearSamples() {
+        mSamples->clear();
+        mActive = false;
+    }
+
+  protected:
+    ComponentHeat() : mSamples(std::make_shared<EnergySampleBuffer>(kSampleCapacity)) {}
+
+    const std::shared_ptr<EnergySampleBuffer> mSamples;  // thread-safe in itself
+
+  private:
+    // Seven and a half minutes at the center's cadence of 5 s.
+    static constexpr size_t kSampleCapacity = 90;
+
+    // Set by the sampling thread, cleared by the one that stops monitoring.
+    std::atomic<bool> mActive = false;
+};

@@ -1,0 +1,111 @@
+#pragma once
+
+#include <json/value.h>
+#include <utils/Mutex.h>
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "core/PeriodicLoop.h"
+#include "heat/ComponentHeat.h"
+#include "heat/ComponentType.h"
+#include "heat/HeatRecords.h"
+
+/**
+ * Owner of the six heat components: samples them every 5 s while monitoring runs, ranks them,
+ * reports on them, and keeps statistics of the day. With an unusable configuration it has no
+ * components and does nothing.
+ *
+ * Thread-safe. Lock order: mMonitorLock or mBigDataLock, then mComponentsLock, then a component's
+ * and its buffer's, or mReportLock; the central state's, the thermal status engine's and the data
+ * collector's are taken under mBigDataLock, and none of these engines calls the center under a lock
+ * of its own. Sampling holds none of the center's locks, so that a service that does not answer
+ * holds up the sampling thread alone.
+ */
+class HeatProcessCenter : private kelvo::PeriodicLoop::Client {
+  public:
+    /** The main heat source; both are -1 when there is none. */
+    struct MainHeat {
+        int32_t type;  // ComponentType
+        int32_t heat;  // m°C
+    };
+
+    /** Built on first use and never destroyed: its thread outlives main. */
+    static HeatProcessCenter* getInstance();
+
+    /** True when the configuration was unusable; permanent for the process. */
+    bool isInvalid() const { return mInitInValid; }
+    /** Power (mW or mA) per m°C of the component `name`; -1.0 when unknown. */
+    float getCoeffs(const std::string& name) const;
+
+    /** Starts sampling and the usage feed; the thread is made by the first call. */
+    void startMonitor();
+    /** Ends both and forgets the samples. False when nothing was running. */
+    bool stopMonitor();
+
+    /** The component that heats most. Ends the stretch of samples that contributions cover. */
+    MainHeat getMainHeatCompent();
+    /** "cpu:5,display:3,…,ambient:1,ambient:25,": contributions (m°C), then ambient (°C). */
+    std::string getCompentsHeat();
+    /** A styled JSON object: name → {"avgHeat", "keyFactor"}; empty when not monitoring. */
+    std::string getCompentsHeatDetailInfo();
+    /** Hands the statistics to the data collector under `day` and starts them anew. */
+    void collectBigData(std::string day);
+
+  private:
+    using Heats = std::map<int32_t, int32_t>;  // ComponentType → m°C
+
+    HeatProcessCenter();
+
+    bool initConfig();
+    bool readCoefficients(const Json::Value& names, const Json::Value& coefficients);
+    bool createComponents();
+
+    // The sampling loop (HeatProcessCenterLoop.cpp)
+    bool startThread() REQUIRES(mMonitorLock);
+    void onThreadStart() override;
+    bool runPass() override;
+    bool onWoken(int32_t intervalSeconds) override;
+    bool onTimeout() override;
+    void onThreadEnd(kelvo::PeriodicLoop::End end, int error) override;
+
+    // Queries (HeatProcessCenterQueries.cpp)
+    bool isSilent() const;
+    void generateReportInfo(Json::Value& root, const std::string& name,
+                            const std::shared_ptr<HeatInfo>& info);
+
+    // Statistics (HeatProcessCenterBigData.cpp)
+    void updateHeatBigRawData(const Heats& heats);
+    void countLevelTime(int32_t level) REQUIRES(mBigDataLock);
+    void handOverPackages(const std::string& day) REQUIRES(mBigDataLock);
+    void handOverLevels(const std::string& day) REQUIRES(mBigDataLock);
+
+    static constexpr int32_t kSamplingInterval = 5;  // s
+
+    // Constant after construction.
+    bool mInitInValid = false;
+    std::map<std::string, float> mCoeffs;
+    std::array<ComponentHeat*, kComponentTypes> mComponents = {};  // never freed
+
+    std::atomic<bool> mRunning = false;
+    kelvo::PeriodicLoop mLoop;
+
+    android::Mutex mMonitorLock;  // serialises start and stop; guards the flag
+    bool mThreadStarted GUARDED_BY(mMonitorLock) = false;
+
+    // Held around each call into a component but processRawSample(); guards the summary.
+    android::Mutex mComponentsLock;
+    std::string mHeatSummary GUARDED_BY(mComponentsLock);  // the last; kept for diagnostics
+
+    android::Mutex mReportLock;  // held while a report is written; a leaf
+
+    android::Mutex mBigDataLock;  // guards the members below
+    kelvo::HeatRecords mPkgHeatsourceData GUARDED_BY(mBigDataLock);
+    kelvo::HeatRecords mHeatLevelSourceData GUARDED_BY(mBigDataLock);
+    int32_t mLastLevel GUARDED_BY(mBigDataLock) = 0;
+    int64_t mLastLevelTime GUARDED_BY(mBigDataLock) = 0;  // monotonic, ns
+};
