@@ -8,13 +8,13 @@
 /** What a component says of its own heat. */
 struct HeatInfo {
     HeatInfo() = default;
-    HeatInfo(int heat, const std::map<std::string, int>& keyFactor)
-          : heat(heat), keyFactor(keyFactor) {}
+    HeatInfo(int avgHeat, const std::map<std::string, int>& factors)
+          : heat(avgHeat), keyFactor(factors) {}
 
     /** A report of the heat alone. */
-    static std::shared_ptr<HeatInfo> withoutKeyFactors(int heat) {
+    static std::shared_ptr<HeatInfo> withoutKeyFactors(int avgHeat) {
         auto info = std::make_shared<HeatInfo>();
-        info->heat = heat;
+        info->heat = avgHeat;
         info->keyFactorState = -1;
         return info;
     }
