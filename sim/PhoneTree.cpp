@@ -11,6 +11,7 @@
 
 #include "config/PlatformTable.h"
 #include "sim/ConfigStore.h"
+#include "sim/PlantLoad.h"
 
 namespace sim {
 
@@ -49,6 +50,10 @@ int64_t idIn(const std::vector<NodeChange>& nodes, std::string_view id, std::str
     return known ? strtol(textOf(nodes, id).c_str(), nullptr, base) : 0;
 }
 
+bool isQcom(const std::vector<NodeChange>& nodes) {
+    return !hasNodeBelow(nodes, kChipRecordPath) && !hasNodeBelow(nodes, "/proc/chip");
+}
+
 std::string platformConfigPath(const Scenario& scenario) {
     return "/system_ext/etc/kelvo/kelvo_" + platformOf(scenario.nodes) + ".conf";
 }
@@ -71,7 +76,8 @@ PhoneTree::PhoneTree(DeviceTree& tree, const Scenario& scenario, ShellTempHook h
       : mTree(tree),
         mScenario(scenario),
         mHook(std::move(hook)),
-        mPlatformConfigPath(platformConfigPath(scenario)) {}
+        mPlatformConfigPath(platformConfigPath(scenario)),
+        mIsQcom(isQcom(scenario.nodes)) {}
 
 void PhoneTree::build() {
     for (const auto& [name, value] : mScenario.properties) {
@@ -178,6 +184,9 @@ void PhoneTree::apply(const Plant& plant) {
         if (!mUnreadable.contains(zones[i].index)) {
             mTree.setZoneTemp(zones[i].index, plant.zoneTemp(i));
         }
+    }
+    for (const NodeChange& node : gpuNodes(plant, mIsQcom)) {
+        mTree.setNode(node.path, *node.text);
     }
 }
 

@@ -45,7 +45,10 @@ class PhoneTree {
     void apply(const SetNodes& action, int64_t timeMs);
     void apply(const SetProperties& action);
     void apply(const TraceRow& row);
-    /** Writes the zones that the plant drives; one made unreadable by an action stays so. */
+    /**
+     * Writes the zones that the plant drives, but for those that an action made unreadable, and the
+     * nodes of its graphics processor.
+     */
     void apply(const Plant& plant);
 
   private:
@@ -59,6 +62,7 @@ class PhoneTree {
     const Scenario& mScenario;
     const ShellTempHook mHook;
     const std::string mPlatformConfigPath;
+    const bool mIsQcom;
     std::set<int32_t> mUnreadable;  // zones that an action or the trace made so
     bool mShellTempPresent = false;
 };

@@ -49,6 +49,23 @@ struct PlantParams {
         double voltage;  // V
         Profile charge;  // W that flow into the battery
     };
+    /** A thread that causes part of a source's power. */
+    struct Thread {
+        int32_t pid;
+        int32_t tid;
+        std::string name;
+        int32_t source;
+        double share;  // of the source's power, 0 to 1
+    };
+    /** A graphics processor whose clock and load follow the power of its source. */
+    struct Gpu {
+        struct Level {
+            int32_t clock;  // as the clock node's unit has it: MHz, or kHz on a MediaTek phone
+            double power;   // W at full load
+        };
+        int32_t source;
+        std::vector<Level> levels;  // at least one, ascending by both
+    };
 
     int32_t stepMs = 100;  // divides 1000
     Profile ambient;       // °C
@@ -57,6 +74,8 @@ struct PlantParams {
     std::vector<Source> sources;
     std::vector<Zone> zones;
     std::optional<Battery> battery;
+    std::vector<Thread> threads;
+    std::optional<Gpu> gpu;
 };
 
 }  // namespace sim

@@ -13,6 +13,8 @@ constexpr double kColdest = -273.15;        // °C
 constexpr double kHottest = 1000;           // °C
 constexpr double kMostPower = 1000;         // W
 constexpr int32_t kMostDeviation = 100000;  // m°C
+constexpr int32_t kLargestId = 4194304;     // the kernel's largest process id
+constexpr int32_t kLargestClock = 10000000;
 
 double within(const JsonPlace& place, double least, double most, const std::string& expected) {
     const double value = place.number();
@@ -148,6 +150,61 @@ PlantParams::Battery readBattery(const JsonPlace& place) {
             charge ? profile(*charge, power) : Profile{{{0, 0}}}};
 }
 
+int32_t sourceIndex(const JsonPlace& place, const PlantParams& params) {
+    const std::string name = place.text();
+    const auto found = std::ranges::find(params.sources, name, &PlantParams::Source::name);
+    if (found == params.sources.end()) {
+        std::vector<std::string> known;
+        for (const auto& source : params.sources) {
+            known.push_back(source.name);
+        }
+        place.fail("no source \"" + name + "\"" + suggestion(name, known));
+    }
+    return static_cast<int32_t>(found - params.sources.begin());
+}
+
+void readThreads(const JsonPlace& place, PlantParams& params) {
+    for (const JsonPlace& thread : place.elements()) {
+        thread.onlyMembers({"pid", "tid", "name", "source", "share"});
+        const auto id = [&](std::string_view member) {
+            return static_cast<int32_t>(thread.need(member).whole(1, kLargestId));
+        };
+        const JsonPlace name = thread.need("name");
+        if (name.text().empty() || name.text().find_first_of("\t\n") != std::string::npos) {
+            name.fail("expected a name without tabs and line ends");
+        }
+        params.threads.push_back({id("pid"), id("tid"), name.text(),
+                                  sourceIndex(thread.need("source"), params),
+                                  within(thread.need("share"), 0, 1, "a share from 0 to 1")});
+    }
+    if (params.threads.size() > kMostParts) {
+        place.fail("expected at most " + std::to_string(kMostParts) + " threads");
+    }
+}
+
+PlantParams::Gpu readGpu(const JsonPlace& place, const PlantParams& params) {
+    place.onlyMembers({"source", "levels"});
+    PlantParams::Gpu gpu{sourceIndex(place.need("source"), params), {}};
+    const JsonPlace levels = place.need("levels");
+    for (const JsonPlace& level : levels.elements()) {
+        const auto pair = level.elements();
+        if (pair.size() != 2) {
+            level.fail("expected [clock, W at full load]");
+        }
+        const auto clock = static_cast<int32_t>(pair[0].whole(1, kLargestClock));
+        const double watts = within(pair[1], 1e-3, kMostPower, "W from 0.001 to 1000");
+        if (!gpu.levels.empty() &&
+            (clock <= gpu.levels.back().clock || watts <= gpu.levels.back().power)) {
+            level.fail("expected more of both than the level before");
+        }
+        gpu.levels.push_back({clock, watts});
+    }
+    if (gpu.levels.empty() || gpu.levels.size() > kMostParts) {
+        levels.fail("expected 1 to " + std::to_string(kMostParts) + " levels");
+    }
+    return gpu;
+}
+
 int32_t stepMs(const JsonPlace& place) {
     const int64_t step = place.milliseconds();
     if (step < 1 || step > 1000 || 1000 % step != 0) {
@@ -159,7 +216,8 @@ int32_t stepMs(const JsonPlace& place) {
 }  // namespace
 
 PlantParams parsePlant(const JsonPlace& plant, const std::vector<ZoneSpec>& zones) {
-    plant.onlyMembers({"step", "ambient", "nodes", "links", "sources", "zones", "battery"});
+    plant.onlyMembers(
+            {"step", "ambient", "nodes", "links", "sources", "zones", "battery", "threads", "gpu"});
     PlantParams params;
     if (const auto step = plant.find("step")) {
         params.stepMs = stepMs(*step);
@@ -172,6 +230,12 @@ PlantParams parsePlant(const JsonPlace& plant, const std::vector<ZoneSpec>& zone
     readZones(plant.need("zones"), zones, params);
     if (const auto battery = plant.find("battery")) {
         params.battery = readBattery(*battery);
+    }
+    if (const auto threads = plant.find("threads")) {
+        readThreads(*threads, params);
+    }
+    if (const auto gpu = plant.find("gpu")) {
+        params.gpu = readGpu(*gpu, params);
     }
     if (const int32_t node = unstableNode(params); node >= 0) {
         nodes.need(params.nodes[static_cast<size_t>(node)].name)
