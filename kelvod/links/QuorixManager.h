@@ -1,0 +1,80 @@
+#pragma once
+
+#include <utils/Mutex.h>
+#include <utils/Singleton.h>
+
+#include <atomic>
+#include <cstdint>
+#include <limits>
+#include <memory>
+
+#include "links/IZentaQuorix.h"
+
+namespace kelvo {
+
+class QuorixModuleUsageCb;
+
+/** Average power (mW) of each module in the latest report; -1 where it gave no usable data. */
+struct ModulePower {
+    static constexpr int32_t kNone = -1;
+
+    std::atomic<int32_t> cpu = kNone;
+    std::atomic<int32_t> cellular = kNone;
+    std::atomic<int32_t> wifi = kNone;
+    std::atomic<int32_t> display = kNone;
+};
+
+/**
+ * The link to the usage-statistics engine, a service named "quorix": tells it when to report, and
+ * keeps what it reports. An engine that is absent or dies leaves the latest figures as they are;
+ * the next start, stop or registration looks for it again. Thread-safe; calls of the engine are
+ * made without the mutex, because it may report during one.
+ */
+class QuorixManager : public android::Singleton<QuorixManager> {
+  public:
+    /** Looks the engine up. Whether there is one. */
+    bool getQuorixService();
+    /** Registers the callback, unless it is. */
+    void regCallBack();
+    /** Registers the callback in any case. 0, or -1 without an engine or when it refuses. */
+    int registerQuorixCallback();
+    /** Lets the engine begin, or end, to report. 0, or -1 without one or when it refuses. */
+    int startQuorix();
+    int stopQuorix();
+    /** Whether the engine was told to report, and not to stop since. */
+    bool isStarted() const { return mStarted; }
+
+    /** Figures (mW) of the latest report, -1 when it had none. */
+    int32_t getWifi() const { return mPower.wifi; }
+    int32_t getCellular() const { return mPower.cellular; }
+    int32_t getDisplay() const { return mPower.display; }
+    /** All figures, also the CPU's; written as a report comes in. */
+    const ModulePower& power() const { return mPower; }
+
+  private:
+    friend class android::Singleton<QuorixManager>;
+    friend class QuorixModuleUsageCb;
+    QuorixManager();
+    ~QuorixManager();
+
+    class DeathNotifier;
+
+    android::sp<IZentaQuorix> connection();
+    bool connectLocked() REQUIRES(mMutex);
+    android::sp<QuorixModuleUsageCb> callback();
+    void setRegistered(const android::sp<IZentaQuorix>& engine);
+    int inform(IZentaQuorix::ThermalEvent event, const char* caller);
+    void dropDead(const android::wp<android::IBinder>& who);
+
+    ModulePower mPower;  // written under the mutex, read by anyone
+    std::atomic<bool> mStarted = false;
+
+    // Taken for lookups and while a report is handled; nothing of the daemon is called under it.
+    android::Mutex mMutex;
+    android::sp<IZentaQuorix> mQuorix GUARDED_BY(mMutex);
+    android::sp<DeathNotifier> mDeathNotifier GUARDED_BY(mMutex);
+    android::sp<QuorixModuleUsageCb> mCallback GUARDED_BY(mMutex);  // made once
+    bool mRegistered GUARDED_BY(mMutex) = false;
+};
+
+}  // namespace kelvo
