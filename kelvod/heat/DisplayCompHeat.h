@@ -1,13 +1,12 @@
 #pragma once
 
-#include <atomic>
 #include <memory>
 
 #include "heat/ComponentHeat.h"
 
 /**
  * Heat of the display, from the usage feed's figure or else from the DisplayModel. Samples are mW.
- * Thread-safe.
+ * Thread-safe as long as queries come one at a time.
  */
 class DisplayCompHeat : public virtual ComponentHeat {
   public:
@@ -16,5 +15,8 @@ class DisplayCompHeat : public virtual ComponentHeat {
     std::shared_ptr<HeatInfo> getHeatInfo() override;
 
   private:
-    std::atomic<float> mCoefficient = 0.0F;  // 0.0 until the center was asked
+    int convert();
+
+    // Queries alone, which the center's component lock serialises; 0.0 until the center was asked.
+    float mCoefficient = 0.0F;
 };

@@ -25,10 +25,11 @@ class IZentaQuorixModuleUsage : public android::IInterface {
     /** Takes a report: a serialized ModuleUsage. `version` is the sender's interface version. */
     virtual android::binder::Status informModuleUsage(int32_t version,
                                                       const std::vector<uint8_t>& data) = 0;
+    /** Statistics of the listener's own; the daemon gives none. */
     virtual android::binder::Status getTessilStats(int32_t kind, std::vector<uint8_t>* stats) = 0;
 };
 
-/** A sender's side; senders build their own parcels, so its methods answer an error. */
+/** A sender's side. Any thread. */
 class BpZentaQuorixModuleUsage : public android::BpInterface<IZentaQuorixModuleUsage> {
   public:
     explicit BpZentaQuorixModuleUsage(const android::sp<android::IBinder>& remote)
@@ -36,7 +37,8 @@ class BpZentaQuorixModuleUsage : public android::BpInterface<IZentaQuorixModuleU
 
     android::binder::Status informModuleUsage(int32_t version,
                                               const std::vector<uint8_t>& data) override;
-    android::binder::Status getTessilStats(int32_t kind, std::vector<uint8_t>* stats) override;
+    /** The daemon has none. */
+    android::binder::Status getTessilStats(int32_t, std::vector<uint8_t>*) override { return {}; }
 };
 
 /** The daemon's side, called on binder threads. */

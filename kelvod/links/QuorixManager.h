@@ -53,7 +53,6 @@ class QuorixManager : public android::Singleton<QuorixManager> {
 
   private:
     friend class android::Singleton<QuorixManager>;
-    friend class QuorixModuleUsageCb;
     QuorixManager();
     ~QuorixManager();
 
@@ -63,8 +62,7 @@ class QuorixManager : public android::Singleton<QuorixManager> {
     bool connectLocked() REQUIRES(mMutex);
     android::sp<QuorixModuleUsageCb> callback();
     void setRegistered(const android::sp<IZentaQuorix>& engine);
-    int inform(IZentaQuorix::ThermalEvent event, const char* caller);
-    void dropDead(const android::wp<android::IBinder>& who);
+    void dropEngine();
 
     ModulePower mPower;  // written under the mutex, read by anyone
     std::atomic<bool> mStarted = false;

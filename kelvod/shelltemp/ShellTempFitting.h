@@ -65,6 +65,8 @@ class ShellTempFitting : public android::Singleton<ShellTempFitting>,
 
     /** Reads a zone (m°C). 0 good, 1 unreadable (`temp` left alone), 3 out of range. */
     int32_t getThermalTemp(const kelvo::ThermalZone& zone, int& temp) const;
+    /** The zones that the member "thermal_zone_type" of `info` lists, up to one that is unknown. */
+    kelvo::ZoneList resolveZones(const Json::Value& info);
 
     // The steps of a cycle, in their order; fitting thread only.
 
@@ -94,7 +96,6 @@ class ShellTempFitting : public android::Singleton<ShellTempFitting>,
     void dumpModels() const REQUIRES(mMutex);
     int initSpecifiedConfig();
     int initTsensorConfig();
-    kelvo::ZoneList resolveZones(const Json::Value& info);
     FittingSet* getFittingScene(const std::string& scene);
     void chooseStartingModels();
     void readInterval();

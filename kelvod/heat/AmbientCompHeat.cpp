@@ -1,0 +1,51 @@
+#include "heat/AmbientCompHeat.h"
+
+#include <map>
+#include <string>
+
+#include "ambient/AmbientTempWatcher.h"
+#include "core/Log.h"
+#include "core/Numeric.h"
+#include "core/Time.h"
+#include "heat/ComponentType.h"
+#include "links/HealthInfoNotifier.h"
+
+using android::Mutex;
+using kelvo::AmbientTempWatcher;
+
+namespace {
+
+constexpr int32_t kMillidegrees = 1000;  // in a degree: the estimate comes in whole °C
+
+}  // namespace
+
+int AmbientCompHeat::processRawSample() {
+    int temp = 0;
+    int timestamp = 0;
+    if (!AmbientTempWatcher::getInstance().getAmbientTempInfo(temp, timestamp)) {
+        return 0;
+    }
+    const int32_t value = kelvo::wrappingMul(temp, kMillidegrees);
+    KLOGE("AmbientComp temp:%d", value);
+    const Mutex::Autolock lock(mMutex);
+    mSamples->push(std::make_unique<EnergySample>(AMBIENT, static_cast<float>(value), timestamp));
+    return 0;
+}
+
+int AmbientCompHeat::getHeatContribution() {
+    const Mutex::Autolock lock(mMutex);
+    const int result = mSamples->getAmbientCompToTemp(mLastQuerySecond);
+    mLastQuerySecond = kelvo::monotonicSeconds();
+    return result;
+}
+
+std::shared_ptr<HeatInfo> AmbientCompHeat::getHeatInfo() {
+    const Mutex::Autolock lock(mMutex);
+    const int result = mSamples->getAmbientCompToTemp(mLastQuerySecond);
+    KLOGD("AmbientComp getHeatInfo: result=%d", result);
+    const bool charging = HealthInfoNotifier::getInstance().getOnChargeStats();
+    return std::make_shared<HeatInfo>(
+            result, std::map<std::string, int>{
+                            {"ambientTemp", AmbientTempWatcher::getInstance().getAmbientTemp()},
+                            {"ischarge", charging ? 1 : 0}});
+}

@@ -1,0 +1,213 @@
+#include "heat/CellularCompHeat.h"
+
+#include <map>
+
+#include "config/ConfigPath.h"
+#include "config/KelvoConfig.h"
+#include "core/KelvoState.h"
+#include "core/Log.h"
+#include "core/Numeric.h"
+#include "core/Time.h"
+#include "heat/ComponentType.h"
+#include "heat/HeatProcessCenter.h"
+#include "heat/TableInterpolation.h"
+#include "links/QuorixManager.h"
+#include "shelltemp/ShellTempFitting.h"
+
+ANDROID_SINGLETON_STATIC_INSTANCE(CellularCompHeat)
+
+using android::Mutex;
+using kelvo::CellularSignal;
+using kelvo::ModulePower;
+using kelvo::QuorixManager;
+using kelvo::saturatingInt32;
+using kelvo::ThermalZone;
+
+namespace {
+
+constexpr int kNoTemp = -1;
+
+bool feedHasFigure() {
+    return QuorixManager::getInstance().getCellular() != ModulePower::kNone;
+}
+
+int32_t shellTemp() {
+    return KelvoState::getInstance().getTemp();
+}
+
+/** Element of an array of numbers; 0.0 for any other element. */
+float numberAt(const Json::Value& array, Json::ArrayIndex index) {
+    return array[index].isDouble() ? array[index].asFloat() : 0.0F;
+}
+
+void logSignal(const CellularSignal& signal) {
+    if (signal.connType == CellularSignal::kNr) {
+        KLOGE("cellularComp 5G connectState:%d,level:%d,ssSinr:%d,ssRsrp:%d,ssRsrq:%d,csiSinr:%d,"
+              "csiRsrp:%d,csiRsrq:%d,kelvotemp:%d",
+              signal.connectState, signal.level, signal.ssSinr, signal.ssRsrp, signal.ssRsrq,
+              signal.csiSinr, signal.csiRsrp, signal.csiRsrq, shellTemp());
+    } else {
+        KLOGE("cellularComp 4G connectState:%d,level:%d,rssi:%d,rssnr:%d,rsrq:%d,rsrp:%d,"
+              "kelvotemp:%d",
+              signal.connectState, signal.level, signal.rssi, signal.rssnr, signal.rsrq,
+              signal.rsrp, shellTemp());
+    }
+}
+
+}  // namespace
+
+CellularCompHeat::CellularCompHeat() {
+    initConfig();
+}
+
+void CellularCompHeat::initConfig() {
+    Json::Value model;
+    if (kelvo::KelvoConfig::getInstance().getConfig(
+                &model, {"shell_temp_fitting_model", "heatsource_detection", "cellar_model"}) !=
+        0) {
+        KLOGE("cellularComp get cellar_model failed: %s", model.toStyledString().c_str());
+        return;
+    }
+    loadTable(model);
+    findZones(model);
+}
+
+void CellularCompHeat::loadTable(const Json::Value& model) {
+    const Json::Value* const rsrp = kelvo::findMember(model, "rsrp_value");
+    const Json::Value* const current4G = kelvo::findMember(model, "current_value_4G");
+    const Json::Value* const current5G = kelvo::findMember(model, "current_value_5G");
+    for (const Json::Value* const column : {rsrp, current4G, current5G}) {
+        if (column == nullptr || !column->isArray() || column->size() != rsrp->size()) {
+            return;
+        }
+    }
+    for (Json::ArrayIndex i = 0; i < rsrp->size(); ++i) {
+        const CurrentRow row{numberAt(*rsrp, i), numberAt(*current4G, i), numberAt(*current5G, i)};
+        if (row.rsrp == 0.0F || row.current4G == 0.0F || row.current5G == 0.0F) {
+            KLOGE("cellularComp cellar_model conf is invalid");
+            return;
+        }
+        KLOGD("cellularComp rsrp sample:%f,current4g:%f,current5g:%f",
+              static_cast<double>(row.rsrp), static_cast<double>(row.current4G),
+              static_cast<double>(row.current5G));
+        mTable.push_back(row);
+    }
+}
+
+void CellularCompHeat::findZones(const Json::Value& model) {
+    const kelvo::ZoneList list = ShellTempFitting::getInstance().resolveZones(model);
+    for (const ThermalZone& zone : list.zones) {
+        KLOGE("cellularComp specifiedTz: %s, index:%d", zone.name.c_str(), zone.index);
+    }
+    if (list.unknownType) {
+        KLOGE("cellularComp can not find tz: %s", list.unknownType->c_str());
+    }
+    if (list.zones.size() >= 2) {
+        mTzPa = list.zones[0];
+        mTzBase = list.zones[1];
+        mTzFound = true;
+    }
+}
+
+int CellularCompHeat::getTzTemp(const ThermalZone& zone) const {
+    if (!mTzFound) {
+        KLOGE("specified Tz is empty!");
+        return kNoTemp;
+    }
+    int temp = kNoTemp;
+    return ShellTempFitting::getInstance().getThermalTemp(zone, temp) == 0 ? temp : kNoTemp;
+}
+
+int CellularCompHeat::processRawSample() {
+    const int reported = QuorixManager::getInstance().getCellular();
+    const int energy = reported != ModulePower::kNone ? reported : 0;
+    const int paTemp = getTzTemp(mTzPa);
+    const int baseTemp = getTzTemp(mTzBase);
+    const int difference = kelvo::wrappingSub(paTemp, baseTemp);
+    KLOGE("cellularComp processRawSample tempDiff=%d, mTzPa=%d, mTzBase=%d", difference, paTemp,
+          baseTemp);
+    const Mutex::Autolock lock(mMutex);
+    mSamples->push(std::make_unique<EnergySample>(CELLULAR, static_cast<float>(energy),
+                                                  kelvo::monotonicSeconds(), difference));
+    KLOGD("cellularComp processRawSample energy=%d", energy);
+    return 0;
+}
+
+void CellularCompHeat::processCellularSignal(std::string text) {
+    if (feedHasFigure()) {
+        return;
+    }
+    const Mutex::Autolock lock(mMutex);
+    KLOGD("cellularComp  CellularSignal: %s", text.c_str());
+    mSignal = kelvo::parseCellularSignal(text);
+    logSignal(mSignal);
+}
+
+void CellularCompHeat::processCellularSpeed(std::string text) {
+    if (feedHasFigure()) {
+        return;
+    }
+    const Mutex::Autolock lock(mMutex);
+    const kelvo::Traffic traffic = kelvo::parseTraffic(text);
+    KLOGD("cellularComp CellularSpeed transmit:%ld,receive:%ld,mobileTx:%ld,mobileRx:%ld",
+          static_cast<long>(traffic.transmit), static_cast<long>(traffic.receive),
+          static_cast<long>(traffic.mobileTx), static_cast<long>(traffic.mobileRx));
+    mSpeed = kelvo::mobileTraffic(traffic);
+    logSpeed();
+    const int power = mSpeed >= 1 ? compCellPower() : 0;
+    KLOGD("cellularComp tempPower:%d", power);
+    mSamples->push(std::make_unique<EnergySample>(CELLULAR, static_cast<float>(power),
+                                                  kelvo::monotonicSeconds()));
+}
+
+void CellularCompHeat::logSpeed() {
+    KLOGD("cellularComp Cellularconntype:%d,speed:%ld,strength:%d,ssSinr:%d,ssRsrp:%d,ssRsrq:%d,"
+          "csiSinr:%d,csiRsrp:%d,csiRsrq:%d,kelvotemp:%d",
+          mSignal.connType, static_cast<long>(mSpeed), mSignal.level, mSignal.ssSinr,
+          mSignal.ssRsrp, mSignal.ssRsrq, mSignal.csiSinr, mSignal.csiRsrp, mSignal.csiRsrq,
+          shellTemp());
+}
+
+int CellularCompHeat::compCellPower() {
+    const bool nr = mSignal.connType == CellularSignal::kNr;
+    const float current = interpolateTable(mTable, &CurrentRow::rsrp,
+                                           nr ? &CurrentRow::current5G : &CurrentRow::current4G,
+                                           static_cast<float>(nr ? mSignal.ssRsrp : mSignal.rsrp));
+    return saturatingInt32(static_cast<double>(current));
+}
+
+int CellularCompHeat::getHeatContribution() {
+    const Mutex::Autolock lock(mMutex);
+    if (mContributionCoefficient == 0.0F) {
+        mContributionCoefficient = HeatProcessCenter::getInstance()->getCoeffs("cellular");
+        KLOGD("cellularComp CellularCompHeat start:%f",
+              static_cast<double>(mContributionCoefficient));
+    }
+    const int result = mSamples->getEnergyToTemp(mContributionCoefficient);
+    KLOGD("cellularComp getHeatContribution: coeffs=%f, result=%d",
+          static_cast<double>(mContributionCoefficient), result);
+    return result;
+}
+
+std::shared_ptr<HeatInfo> CellularCompHeat::getHeatInfo() {
+    const Mutex::Autolock lock(mMutex);
+    if (mReportCoefficient == 0.0F) {
+        mReportCoefficient = HeatProcessCenter::getInstance()->getCoeffs("cellular");
+    }
+    const auto coefficient = static_cast<double>(mReportCoefficient);
+    // The conversion drops the samples that these two are of.
+    const double slope = mSamples->getSlopeOf();
+    const int average = mSamples->getAvgTemp();
+    const int result = mSamples->getEnergyToTemp(mReportCoefficient);
+    KLOGD("cellularComp getHeatInfo: coeffs=%f, avgHeat=%d, SlopOf=%lf, avgNtcTemp=%d", coefficient,
+          result, slope, average);
+    if (result < 1) {
+        return HeatInfo::withoutKeyFactors(result);
+    }
+    const float power = mReportCoefficient * static_cast<float>(result);
+    return std::make_shared<HeatInfo>(
+            result,
+            std::map<std::string, int>{{"NtcSlopOf", saturatingInt32(slope)},
+                                       {"avgDiffTempPerMin", average},
+                                       {"Power", saturatingInt32(static_cast<double>(power))}});
+}

@@ -1,0 +1,67 @@
+#include "heat/DisplayCompHeat.h"
+
+#include <map>
+#include <string>
+
+#include "core/Log.h"
+#include "core/Numeric.h"
+#include "core/Time.h"
+#include "heat/ComponentType.h"
+#include "heat/DisplayModel.h"
+#include "heat/HeatProcessCenter.h"
+#include "links/QuorixManager.h"
+
+using kelvo::ModulePower;
+using kelvo::QuorixManager;
+using kelvo::saturatingInt32;
+
+namespace {
+
+int whole(float value) {
+    return saturatingInt32(static_cast<double>(value));
+}
+
+}  // namespace
+
+int DisplayCompHeat::processRawSample() {
+    const int reported = QuorixManager::getInstance().getDisplay();
+    const int energy = reported != ModulePower::kNone
+                               ? reported
+                               : whole(DisplayModel::getInstance().getDisplayPower());
+    mSamples->push(std::make_unique<EnergySample>(DISPLAY, static_cast<float>(energy),
+                                                  kelvo::monotonicSeconds()));
+    KLOGE("displayComp processRawSample energy=%d", energy);
+    return 0;
+}
+
+int DisplayCompHeat::getHeatContribution() {
+    if (mCoefficient == 0.0F) {
+        mCoefficient = HeatProcessCenter::getInstance()->getCoeffs("display");
+        KLOGD("displayComp DisplayCompHeat start:%f", static_cast<double>(mCoefficient));
+    }
+    return convert();
+}
+
+int DisplayCompHeat::convert() {
+    const int result = mSamples->getEnergyToTemp(mCoefficient);
+    KLOGD("displayComp getHeatContribution mCoeffs %f, %d", static_cast<double>(mCoefficient),
+          result);
+    return result;
+}
+
+std::shared_ptr<HeatInfo> DisplayCompHeat::getHeatInfo() {
+    if (mCoefficient == 0.0F) {
+        mCoefficient = HeatProcessCenter::getInstance()->getCoeffs("display");
+        KLOGD("displayComp getHeatContribution start:%f", static_cast<double>(mCoefficient));
+    }
+    const int result = convert();
+    if (result < 1) {
+        return HeatInfo::withoutKeyFactors(result);
+    }
+    int level = 0;
+    DisplayModel::getInstance().getBrightness(level);
+    return std::make_shared<HeatInfo>(
+            result, std::map<std::string, int>{
+                            {"Brightness", level},
+                            {"Power", whole(mCoefficient * static_cast<float>(result))}});
+}

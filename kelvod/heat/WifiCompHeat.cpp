@@ -1,0 +1,103 @@
+#include "heat/WifiCompHeat.h"
+
+#include <map>
+
+#include "core/KelvoState.h"
+#include "core/Log.h"
+#include "core/Numeric.h"
+#include "core/Time.h"
+#include "heat/ComponentType.h"
+#include "heat/HeatProcessCenter.h"
+#include "links/QuorixManager.h"
+
+ANDROID_SINGLETON_STATIC_INSTANCE(WifiCompHeat)
+
+using android::Mutex;
+using kelvo::ModulePower;
+using kelvo::QuorixManager;
+using kelvo::saturatingInt32;
+using kelvo::WifiSignal;
+
+namespace {
+
+int whole(float value) {
+    return saturatingInt32(static_cast<double>(value));
+}
+
+}  // namespace
+
+WifiCompHeat::WifiCompHeat() = default;
+
+int WifiCompHeat::processRawSample() {
+    const int reported = QuorixManager::getInstance().getWifi();
+    const int energy = reported != ModulePower::kNone ? reported : 0;
+    const Mutex::Autolock lock(mMutex);
+    mSamples->push(std::make_unique<EnergySample>(WIFI, static_cast<float>(energy),
+                                                  kelvo::monotonicSeconds()));
+    KLOGE("wifiComp processRawSample, energy=%d", energy);
+    return 0;
+}
+
+int WifiCompHeat::processWifiSignal(std::string& text) {
+    KLOGD("wifiComp processWifiSignal: %s", text.c_str());
+    const Mutex::Autolock lock(mMutex);
+    const int count = kelvo::parseWifiSignal(text, mSignal);
+    KLOGE("wifiComp WifiState0:%d,ApState:%d,linkSpeed:%d,frequency:%d,rssi:%d,generation:%d",
+          mSignal.wifiState, mSignal.apState, mSignal.linkSpeed, mSignal.frequency, mSignal.rssi,
+          mSignal.generation);
+    return count;
+}
+
+void WifiCompHeat::processWifiSpeed(std::string& text) {
+    if (QuorixManager::getInstance().getWifi() != ModulePower::kNone) {
+        return;
+    }
+    KLOGD("wifiComp WifiSpeed: %s", text.c_str());
+    const kelvo::Traffic traffic = kelvo::parseTraffic(text);
+    KLOGD("wifiComp WifiSpeed transmit:%ld,receive:%ld,mobileTx:%ld,mobileRx:%ld",
+          static_cast<long>(traffic.transmit), static_cast<long>(traffic.receive),
+          static_cast<long>(traffic.mobileTx), static_cast<long>(traffic.mobileRx));
+    const Mutex::Autolock lock(mMutex);
+    mWifiSpeed = kelvo::otherTraffic(traffic);
+    KLOGD("wifiComp WifiState:%d,ApState:%d,wifiStrength:%d,wifiSpeed:%d,frequency:%d,kelvoTemp:%d",
+          mSignal.wifiState, mSignal.apState, mSignal.rssi, static_cast<int32_t>(mWifiSpeed),
+          mSignal.frequency, KelvoState::getInstance().getTemp());
+    if (mSignal.wifiState == WifiSignal::kWifiEnabled) {
+        pushTraffic();
+    }
+}
+
+void WifiCompHeat::pushTraffic() {
+    const float energy = kelvo::wifiEnergy(mSignal, mWifiSpeed);
+    KLOGD("wifiComp processWifiSpeed,energy:%d", whole(energy));
+    // Of the modem's type, as such samples always were; nothing in a buffer goes by it.
+    mSamples->push(std::make_unique<EnergySample>(CELLULAR, energy, kelvo::monotonicSeconds()));
+}
+
+int WifiCompHeat::getHeatContribution() {
+    const Mutex::Autolock lock(mMutex);
+    if (mCoefficient == 0.0F) {
+        mCoefficient = HeatProcessCenter::getInstance()->getCoeffs("wifi");
+        KLOGD("wifiComp getHeatContribution start:%f", static_cast<double>(mCoefficient));
+    }
+    const int result = mSamples->getEnergyToTemp(mCoefficient);
+    KLOGD("wifiComp getHeatContribution coeff=%f, result=%d", static_cast<double>(mCoefficient),
+          result);
+    return result;
+}
+
+std::shared_ptr<HeatInfo> WifiCompHeat::getHeatInfo() {
+    const Mutex::Autolock lock(mMutex);
+    if (mCoefficient == 0.0F) {
+        mCoefficient = HeatProcessCenter::getInstance()->getCoeffs("wifi");
+        KLOGD("wifiComp getHeatInfo start:%f", static_cast<double>(mCoefficient));
+    }
+    const int result = mSamples->getEnergyToTemp(mCoefficient);
+    KLOGD("wifiComp getHeatInfo coeff=%f, result=%d", static_cast<double>(mCoefficient), result);
+    if (result < 1) {
+        return HeatInfo::withoutKeyFactors(result);
+    }
+    return std::make_shared<HeatInfo>(
+            result, std::map<std::string, int>{
+                            {"Power", whole(mCoefficient * static_cast<float>(result))}});
+}
