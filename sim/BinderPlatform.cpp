@@ -54,6 +54,7 @@ BinderPlatform::BinderPlatform(const std::string& programs, const std::string& r
         startHub();
     }
     startServiceManager();
+    setenv("KELVO_ROOT", root.c_str(), 1);
 }
 
 BinderPlatform::~BinderPlatform() {

@@ -25,7 +25,7 @@ class BinderPlatform {
     /**
      * Starts them and returns when services can be added. The programs are in the folder
      * `programs`, their logs go to `logs`, an existing folder. Throws std::runtime_error when one
-     * does not serve.
+     * does not serve. From then on this process has the phone's driver as well.
      */
     BinderPlatform(const std::string& programs, const std::string& root, const std::string& logs);
     ~BinderPlatform();

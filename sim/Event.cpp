@@ -2,6 +2,7 @@
 
 #include <json/writer.h>
 
+#include <algorithm>
 #include <array>
 #include <cinttypes>
 #include <cstdio>
@@ -34,6 +35,11 @@ std::string toJsonLine(const Event& event) {
         line += "," + Json::valueToQuotedString(key.c_str()) + ":" + toCompactJson(value);
     }
     return line + "}";
+}
+
+std::string atTime(const std::string& jsonLine, int64_t timeMs) {
+    return "{\"t\":" + toSeconds(timeMs) +
+           jsonLine.substr(std::min(jsonLine.find(','), jsonLine.size()));
 }
 
 }  // namespace sim

@@ -20,5 +20,7 @@ struct Event {
 
 /** One line of JSON: "t" in seconds with three decimals, "event", then the members. */
 std::string toJsonLine(const Event& event);
+/** The same line at another time. */
+std::string atTime(const std::string& jsonLine, int64_t timeMs);
 
 }  // namespace sim

@@ -2,12 +2,14 @@
 
 #include <cstdio>
 
+#include "sim/FrameworkClient.h"
 #include "sim/Overloaded.h"
 
 namespace sim {
 
 LivePhone::LivePhone(const Scenario& scenario, const std::string& root, const std::string& programs,
-                     const std::vector<std::string>& kelvod)
+                     const std::vector<std::string>& kelvod,
+                     const std::vector<std::string>& framework)
       : mScenario(scenario),
         mTree(root),
         mShellTemp(mTree),
@@ -19,25 +21,38 @@ LivePhone::LivePhone(const Scenario& scenario, const std::string& root, const st
     mPlayer->feedTree(0);
     mBinder = std::make_unique<BinderPlatform>(programs, root, mTree.hostPath("/data"));
     mKelvod = std::make_unique<PhoneProcess>(kelvod, root, mLogPath);
+    mFramework = std::make_unique<LiveFramework>(scenario, framework, root);
 }
 
 void LivePhone::advanceTo(int64_t timeMs) {
     mPlayer->feedTree(timeMs);
+    mShellTemp.takeLines([](std::string_view) {});  // or the daemon would find its pipe full
     while (const Deed* const deed = mPlayer->takeAction(timeMs)) {
         perform(*deed, timeMs);
+        mOnAction(*deed);
     }
+    mFramework->work(timeMs);
 }
 
 bool LivePhone::canPerform(const Deed& deed) {
-    return std::holds_alternative<SetZones>(deed) || std::holds_alternative<SetNodes>(deed) ||
-           std::holds_alternative<SetProperties>(deed);
+    return std::visit(
+            Overloaded{[](const SetZones&) { return true; }, [](const SetNodes&) { return true; },
+                       [](const SetProperties&) { return true; },
+                       [](const auto& other) {
+                           return kIsFrameworkDeed<std::decay_t<decltype(other)>>;
+                       }},
+            deed);
 }
 
 void LivePhone::perform(const Deed& deed, int64_t timeMs) {
     std::visit(Overloaded{[this](const SetZones& zones) { mPhone.apply(zones); },
                           [&](const SetNodes& nodes) { mPhone.apply(nodes, timeMs); },
                           [this](const SetProperties& properties) { mPhone.apply(properties); },
-                          [](const auto&) {}},
+                          [this](const auto& other) {
+                              if constexpr (kIsFrameworkDeed<std::decay_t<decltype(other)>>) {
+                                  mFramework->add(mPlayer->actionsTaken() - 1);
+                              }
+                          }},
                deed);
 }
 
@@ -48,18 +63,7 @@ std::optional<ProcessEnding> LivePhone::ending() {
     if (const auto how = mKelvod->ending()) {
         return ProcessEnding{"kelvod", *how, mLogPath};
     }
-    return std::nullopt;
-}
-
-const std::map<int32_t, int32_t>& LivePhone::shellTemps() {
-    mShellTemp.takeLines([this](std::string_view line) {
-        int32_t index = 0;
-        int32_t temp = 0;
-        if (std::sscanf(std::string(line).c_str(), "%d %d", &index, &temp) == 2) {
-            mShellTemps[index] = temp;
-        }
-    });
-    return mShellTemps;
+    return mFramework->ending();
 }
 
 std::optional<ZoneSpec> LivePhone::hottestZone() const {

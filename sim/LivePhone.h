@@ -1,13 +1,14 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "sim/BinderPlatform.h"
+#include "sim/LiveFramework.h"
 #include "sim/PhoneProcess.h"
 #include "sim/PhoneTree.h"
 #include "sim/Scenario.h"
@@ -25,23 +26,26 @@ class LivePhone {
   public:
     /**
      * Builds the tree below `root`, starts what carries binder calls (found in the folder
-     * `programs`) and then `kelvod`. `scenario` lives longer than this.
+     * `programs`) and then `kelvod`. `framework` is the command of LiveFramework. `scenario` lives
+     * longer than this.
      */
     LivePhone(const Scenario& scenario, const std::string& root, const std::string& programs,
-              const std::vector<std::string>& kelvod);
+              const std::vector<std::string>& kelvod, const std::vector<std::string>& framework);
 
+    /** Told of each action when it is due. */
+    void setActionObserver(std::function<void(const Deed&)> observer) {
+        mOnAction = std::move(observer);
+    }
     /** Brings the phone to this time of the scenario (ms). */
     void advanceTo(int64_t timeMs);
-    /** Readable when the daemon wrote; -1 while "/proc/shell-temp" is absent. */
-    int writesFd() const { return mShellTemp.fd(); }
-    /** Takes what the daemon wrote: model index → latest value (m°C) since start. */
-    const std::map<int32_t, int32_t>& shellTemps();
+    /** Whether all actions that were due are done. */
+    bool isIdle() const { return mFramework->isIdle(); }
     /** The hottest zone as it stands in the tree; none when no zone can be read. */
     std::optional<ZoneSpec> hottestZone() const;
     /** Which of the phone's processes has ended, and how; none while all run. */
     std::optional<ProcessEnding> ending();
 
-    /** Whether this action can be performed live. */
+    /** Whether this kind of action can be performed live. */
     static bool canPerform(const Deed& deed);
 
   private:
@@ -53,9 +57,10 @@ class LivePhone {
     PhoneTree mPhone;
     std::optional<ScenarioPlayer> mPlayer;
     const std::string mLogPath;
-    std::map<int32_t, int32_t> mShellTemps;
     std::unique_ptr<BinderPlatform> mBinder;  // outlives the daemon
     std::unique_ptr<PhoneProcess> mKelvod;
+    std::unique_ptr<LiveFramework> mFramework;
+    std::function<void(const Deed&)> mOnAction = [](const Deed&) {};
 };
 
 }  // namespace sim

@@ -15,10 +15,13 @@ namespace sim {
 namespace {
 
 [[noreturn]] void runProgram(const std::vector<std::string>& command, const std::string& root,
-                             int log, int output) {
+                             int log, int output, int input) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     setpgid(0, 0);  // Ctrl-C is for the one that ends it, in order
     setenv("KELVO_ROOT", root.c_str(), 1);
+    if (input >= 0) {
+        dup2(input, STDIN_FILENO);
+    }
     dup2(output < 0 ? log : output, STDOUT_FILENO);
     dup2(log, STDERR_FILENO);
     signal(SIGPIPE, SIG_DFL);
@@ -44,16 +47,17 @@ std::string describe(int status) {
 }  // namespace
 
 PhoneProcess::PhoneProcess(const std::vector<std::string>& command, const std::string& root,
-                           const std::string& log, int output) {
+                           const std::string& log, int output, int input) {
     const int fd = open(log.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
     if (fd < 0) {
         throw std::system_error(errno, std::generic_category(), log);
     }
     mPid = fork();
     if (mPid == 0) {
-        runProgram(command, root, fd, output);
+        runProgram(command, root, fd, output, input);
     }
     const int error = errno;
+    setpgid(mPid, mPid);  // here too, so that it holds from now on
     close(fd);
     if (mPid < 0) {
         throw std::system_error(error, std::generic_category(), "fork");
@@ -61,9 +65,10 @@ PhoneProcess::PhoneProcess(const std::vector<std::string>& command, const std::s
 }
 
 PhoneProcess::~PhoneProcess() {
-    if (!ending()) {
-        // None of them keeps anything that a kill could lose.
-        kill(mPid, SIGKILL);
+    const bool runs = !ending();
+    // None of them keeps anything that a kill could lose.
+    kill(-mPid, SIGKILL);
+    if (runs) {
         waitpid(mPid, nullptr, 0);
     }
 }

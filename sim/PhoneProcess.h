@@ -16,11 +16,13 @@ class PhoneProcess {
   public:
     /**
      * Starts `command` (program and arguments). What it writes goes to the file `log`, but its
-     * standard output to the descriptor `output` unless that is -1. Throws std::system_error; a
-     * program that cannot be run ends with status 127.
+     * standard output to the descriptor `output` unless that is -1; it reads from `input`, else
+     * what this process would read. Throws std::system_error; a program that cannot be run ends
+     * with status 127.
      */
     PhoneProcess(const std::vector<std::string>& command, const std::string& root,
-                 const std::string& log, int output = -1);
+                 const std::string& log, int output = -1, int input = -1);
+    /** Ends it, and what it has started unless that left its process group. */
     ~PhoneProcess();
     PhoneProcess(const PhoneProcess&) = delete;
     PhoneProcess& operator=(const PhoneProcess&) = delete;

@@ -29,6 +29,8 @@ class ScenarioPlayer {
     void feedTree(int64_t timeMs);
     /** The next action due at `timeMs`, null when there is none. */
     const Deed* takeAction(int64_t timeMs);
+    /** How many actions have been taken; the latest is the timeline's before this one. */
+    size_t actionsTaken() const { return mNextAction; }
 
     /** Null without one. */
     const Plant* plant() const { return mPlant ? &*mPlant : nullptr; }

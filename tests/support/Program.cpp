@@ -109,8 +109,8 @@ void Program::signal(int number) const {
     kill(mPid, number);
 }
 
-std::vector<pid_t> Program::children() const {
-    const std::string pid = std::to_string(mPid);
+std::vector<pid_t> Program::childrenOf(pid_t parent) {
+    const std::string pid = std::to_string(parent);
     std::ifstream file("/proc/" + pid + "/task/" + pid + "/children");
     std::vector<pid_t> pids;
     for (pid_t child = 0; file >> child;) {

@@ -29,7 +29,8 @@ class Program {
     void signal(int number) const;
     pid_t pid() const { return mPid; }
     /** Its present child processes. */
-    std::vector<pid_t> children() const;
+    std::vector<pid_t> children() const { return childrenOf(mPid); }
+    static std::vector<pid_t> childrenOf(pid_t parent);
 
     static Result run(const std::string& name, const std::vector<std::string>& arguments);
 

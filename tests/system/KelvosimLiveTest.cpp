@@ -1,8 +1,11 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 
 #include "sim/DeviceTree.h"
 #include "support/Program.h"
@@ -17,20 +20,42 @@ bool exists(pid_t pid) {
     return fs::exists("/proc/" + std::to_string(pid));
 }
 
+/** The next line that holds the text; "" when none comes. */
+std::string lineWith(Program& program, const std::string& text) {
+    std::optional<std::string> line;
+    do {
+        line = program.readLine();
+    } while (line && line->find(text) == std::string::npos);
+    EXPECT_TRUE(line) << "no line with " << text;
+    return line.value_or("");
+}
+
+std::string readFile(const std::string& path) {
+    std::ifstream stream(path);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/** The events of a live run without their times, "kind" being part of each. */
+std::vector<std::string> eventsOf(const std::string& root, const std::string& kind) {
+    std::vector<std::string> events;
+    std::istringstream lines(readFile(root + "/data/framework.jsonl"));
+    for (std::string line; std::getline(lines, line);) {
+        if (line.find(kind) != std::string::npos) {
+            events.push_back(line.substr(line.find("\"event\"")));
+        }
+    }
+    return events;
+}
+
 }  // namespace
 
-TEST(KelvosimLiveTest, showsWhatTheDaemonWrites) {
+TEST(KelvosimLiveTest, showsWhatTheDaemonTells) {
     const sim::TemporaryFolder folder("kelvo-test-");
     Program live("kelvosim", {"live", kHello}, folder.path());
     EXPECT_TRUE(live.readLine()->starts_with("The phone is in " + folder.path()));
     EXPECT_TRUE(live.readLine()->starts_with("    KELVO_ROOT=" + folder.path()));
     EXPECT_TRUE(live.readLine()->starts_with("phone time"));
-    std::optional<std::string> line = live.readLine();
-    while (line && line->find("nothing written yet") != std::string::npos) {
-        line = live.readLine();
-    }
-    ASSERT_TRUE(line);
-    EXPECT_NE(line->find("31.6 °C    front 31.6"), std::string::npos) << *line;
+    EXPECT_NE(lineWith(live, "    31.6   ").find("  default   "), std::string::npos);
 }
 
 TEST(KelvosimLiveTest, leavesNoProcessAndNoFolderBehind) {
@@ -70,4 +95,79 @@ TEST(KelvosimLiveTest, keepsAFolderOfItsUserAlone) {
     EXPECT_EQ(result.status, 1);
     EXPECT_NE(result.err.find("not an empty folder"), std::string::npos) << result.err;
     EXPECT_TRUE(fs::exists(folder.path() + "/keep"));
+}
+
+TEST(KelvosimLiveTest, performsTheFrameworksActionsThroughBinder) {
+    const sim::TemporaryFolder folder("kelvo-test-");
+    const std::string root = folder.path() + "/phone";
+    const std::string scenario = folder.path() + "/scenario.json";
+    std::ofstream(scenario) << R"({"duration":7,
+        "properties":{"persist.sys.kelvo.loglevel":"1"},
+        "timeline":[
+            {"t":0,"do":"listen","id":"a"},
+            {"t":0,"do":"listen","id":"b"},
+            {"t":1,"do":"transact","code":15,"args":[{"int32":3}]},
+            {"t":2,"do":"listener_fails","id":"a","code":3,"count":1},
+            {"t":2,"do":"listener_dies","id":"b"},
+            {"t":3,"do":"transact","code":15,"args":[{"int32":4}]},
+            {"t":4,"do":"listen","id":"b"},
+            {"t":4,"do":"transact","code":15,"args":[{"int32":5}]},
+            {"t":5,"do":"unlisten","id":"b"},
+            {"t":5,"do":"transact","code":15,"args":[{"int32":6}]},
+            {"t":6,"do":"transact","code":1,"args":[{"listener":"a"}],"reply":["int32"]},
+            {"t":6,"do":"transact","code":3,"reply":[]},
+            {"t":7,"do":"dump"}]})";
+    const Program::Result run =
+            Program::run("kelvosim", {"live", scenario, "--root", root, "--speed", "4"});
+    ASSERT_EQ(run.status, 0) << run.err;
+    const auto heard = [&](const std::string& listener) {
+        std::vector<std::string> statuses;
+        for (const std::string& event : eventsOf(root, "\"" + listener + "\",\"status\":")) {
+            if (event.find(":-1}") == std::string::npos) {  // the greeting of a new listener
+                statuses.push_back(event.substr(event.size() - 2, 1));
+            }
+        }
+        return statuses;
+    };
+    EXPECT_THAT(heard("a"), testing::ElementsAre("3", "4")) << "nothing after the call that failed";
+    EXPECT_THAT(heard("b"), testing::ElementsAre("3", "5")) << "nothing dead or unregistered";
+    EXPECT_THAT(eventsOf(root, "\"reply\""),
+                testing::ElementsAre(R"("event":"reply","code":1,"status":0,"values":[1]})",
+                                     R"("event":"reply","code":3,"status":-74,"values":[]})"));
+    EXPECT_EQ(eventsOf(root, "Git version:").size(), 1u);
+    const std::string log = readFile(root + "/data/kelvod.log");
+    EXPECT_NE(log.find("binder(uid:1000) died!"), std::string::npos) << log;
+    EXPECT_NE(log.find("already added"), std::string::npos) << "the same binder, not a new one";
+}
+
+TEST(KelvosimLiveTest, refusesCallsOfOtherUsers) {
+    const sim::TemporaryFolder folder("kelvo-test-");
+    const std::string scenario = folder.path() + "/scenario.json";
+    std::ofstream(scenario) << R"({"duration":1,"timeline":[
+        {"t":0,"do":"listen","id":"a","uid":10050},
+        {"t":0.5,"do":"transact","code":11,"uid":10050}]})";
+    const Program::Result run = Program::run("kelvosim", {"live", scenario});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_NE(run.err.find("not as uid 10050: " + scenario + ": timeline, at t = 0.500"),
+              std::string::npos)
+            << run.err;
+}
+
+TEST(KelvosimLiveTest, goesOnWhileTheDaemonRestartsOrHangs) {
+    const sim::TemporaryFolder folder("kelvo-test-");
+    Program live("kelvosim", {"live", kHello, "--root", folder.path() + "/phone", "--", "/bin/sh",
+                              "-c", std::string("while :; do ") + KELVOD + "; done"});
+    lineWith(live, "    31.6   ");
+    const pid_t shell = live.children().back();
+    const auto daemon = [shell] { return Program::childrenOf(shell).front(); };
+    const pid_t first = daemon();
+    kill(first, SIGSTOP);
+    lineWith(live, "(kelvod does not answer)");
+    kill(first, SIGKILL);
+    lineWith(live, "    31.6   ");
+    const pid_t second = daemon();
+    EXPECT_NE(first, second);
+    live.signal(SIGTERM);
+    EXPECT_EQ(live.wait().status, 0);
+    EXPECT_FALSE(exists(second)) << "also what kelvosim's child has started";
 }

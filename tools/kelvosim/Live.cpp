@@ -1,5 +1,6 @@
 #include "Live.h"
 
+#include <android/log.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
@@ -8,15 +9,20 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <optional>
 #include <system_error>
 
+#include "AskedScene.h"
+#include "KelvodView.h"
 #include "StatusLine.h"
 #include "Supported.h"
 #include "sim/DeviceTree.h"
+#include "sim/FrameworkProcess.h"
+#include "sim/LiveFramework.h"
 #include "sim/LivePhone.h"
 #include "sim/ScenarioParser.h"
 #include "sim/Trace.h"
@@ -28,6 +34,8 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int64_t kTickMs = 100;  // real time between two updates of the tree
 constexpr int64_t kLineMs = 1000;
+constexpr int64_t kLastMs = 2000;                     // for what is due at the scenario's end
+constexpr std::chrono::milliseconds kViewLimit(200);  // for the daemon's answers to a line
 
 /** Turns the signals that end a run into something to poll for. */
 class StopSignals {
@@ -105,13 +113,57 @@ void printRoot(const std::string& root) {
               << std::endl;
 }
 
+std::FILE* sLog = nullptr;
+
+void logLine(const __android_logger_data* data, const char* message) {
+    std::fprintf(sLog, "%s: %s\n", data->tag != nullptr ? data->tag : "", message);
+    std::fflush(sLog);
+}
+
+/** Nothing of the binder library's may stand between the lines. */
+void logTo(const std::string& file) {
+    sLog = std::fopen(file.c_str(), "ae");
+    if (sLog == nullptr) {
+        throw std::system_error(errno, std::generic_category(), file);
+    }
+    __android_log_set_logger(logLine);
+}
+
+/** Prints the lines of a run, each about the phone as it is then. */
+class Lines {
+  public:
+    Lines(const sim::Scenario& scenario, sim::LivePhone& phone, KelvodView& view)
+          : mPhone(phone), mView(view), mLine(scenario), mScene(scenario) {
+        phone.setActionObserver([this](const sim::Deed& deed) { mScene.tell(deed, Clock::now()); });
+        std::cout << StatusLine::heading() << std::endl;
+    }
+    /** False when nobody reads any more. */
+    bool print(int64_t timeMs) {
+        PhoneState state{timeMs, mView.look(kViewLimit), "", mPhone.hottestZone()};
+        if (state.kelvod && state.kelvod->incarnation != mIncarnation) {
+            if (mIncarnation != 0) {
+                mScene.restart();
+            }
+            mIncarnation = state.kelvod->incarnation;
+        }
+        state.scene = mScene.current(Clock::now());
+        return static_cast<bool>(std::cout << mLine.line(state) << std::endl);
+    }
+
+  private:
+    sim::LivePhone& mPhone;
+    KelvodView& mView;
+    const StatusLine mLine;
+    AskedScene mScene;
+    int mIncarnation = 0;
+};
+
 /** Runs to the end of the scenario, a signal, or the end of one of the phone's processes. */
-int runPhone(sim::LivePhone& phone, const sim::Scenario& scenario, double speed,
+int runPhone(sim::LivePhone& phone, const sim::Scenario& scenario, double speed, Lines& lines,
              StopSignals& signals) {
-    const StatusLine status(scenario);
-    std::cout << status.heading() << std::endl;
     const Clock::time_point start = Clock::now();
     int64_t nextLine = kLineMs;
+    int64_t atEnd = 0;  // how long it has been there (ms)
     for (int64_t tick = 0;; tick += kTickMs) {
         if (signals.wait(tick - millisSince(start))) {
             return 0;
@@ -125,11 +177,11 @@ int runPhone(sim::LivePhone& phone, const sim::Scenario& scenario, double speed,
         }
         if (tick >= nextLine) {
             nextLine += kLineMs;
-            if (!(std::cout << status.line(phone, time) << std::endl)) {
-                return 0;  // nobody reads any more
+            if (!lines.print(time)) {
+                return 0;
             }
         }
-        if (time >= scenario.durationMs) {
+        if (time >= scenario.durationMs && (phone.isIdle() || (atEnd += kTickMs) > kLastMs)) {
             return 0;
         }
     }
@@ -140,6 +192,7 @@ int runPhone(sim::LivePhone& phone, const sim::Scenario& scenario, double speed,
 int runLive(const LiveOptions& options) {
     const sim::Scenario scenario = sim::loadScenario(options.scenario);
     refuseUnsupported(scenario, options.scenario, sim::LivePhone::canPerform, "run live");
+    refuseProblems(scenario, options.scenario, sim::LiveFramework::problem);
     sim::checkTrace(scenario);
     StopSignals signals;
     // A reader that goes away ends the run in order, so that nothing is left behind.
@@ -153,7 +206,16 @@ int runLive(const LiveOptions& options) {
         refuseUsedFolder(root);
     }
     root = fs::absolute(root);
-    sim::LivePhone phone(scenario, root, programFolder(), kelvodCommand(options));
+    std::unique_ptr<KelvodView> view;  // outlives the daemon that it may be waiting for
+    sim::LivePhone phone(scenario, root, programFolder(), kelvodCommand(options),
+                         {programFolder() + "/kelvosim", "framework", options.scenario});
+    logTo(root + "/data/kelvosim.log");
+    view = std::make_unique<KelvodView>();
     printRoot(root);
-    return runPhone(phone, scenario, options.speed, signals);
+    Lines lines(scenario, phone, *view);
+    return runPhone(phone, scenario, options.speed, lines, signals);
+}
+
+void playFramework(const std::string& scenario) {
+    sim::runFrameworkProcess(sim::loadScenario(scenario));
 }

@@ -15,3 +15,6 @@ struct LiveOptions {
  * second, until the scenario's end or a signal. Returns the exit status.
  */
 int runLive(const LiveOptions& options);
+
+/** What `runLive` starts as further processes: the framework's side of the phone. */
+[[noreturn]] void playFramework(const std::string& scenario);

@@ -1,26 +1,31 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
+#include <optional>
 #include <string>
 
-#include "sim/LivePhone.h"
+#include "KelvodReport.h"
 #include "sim/Scenario.h"
 
-/** The line a second that a live run shows. */
+/** What a line is about. */
+struct PhoneState {
+    int64_t timeMs = 0;                  // of the scenario
+    std::optional<KelvodReport> kelvod;  // none: not there, or does not answer
+    std::string scene;
+    std::optional<sim::ZoneSpec> hottestZone;
+};
+
+/** The line a second that a live run shows. What is not known is a "-". */
 class StatusLine {
   public:
-    explicit StatusLine(const sim::Scenario& scenario);
+    explicit StatusLine(const sim::Scenario& scenario) : mStartNs(scenario.startNs) {}
 
     /** What the columns are, once at the begin. */
-    std::string heading() const;
-    /** The phone's state at `timeMs` of the scenario. */
-    std::string line(sim::LivePhone& phone, int64_t timeMs) const;
+    static std::string heading();
+    std::string line(const PhoneState& state) const;
 
   private:
     std::string wallClock(int64_t timeMs) const;
-    std::string modelName(int32_t index) const;
 
     const int64_t mStartNs;
-    std::map<int32_t, std::string> mModelNames;
 };

@@ -53,6 +53,14 @@ void addLive(CLI::App& app, int* status) {
     command->callback([status] { *status = runLive(options); });
 }
 
+/** For the program itself, so it is not in the help. */
+void addFramework(CLI::App& app) {
+    static std::string scenario;
+    CLI::App* const command = app.add_subcommand("framework")->group("");
+    command->add_option("SCENARIO", scenario)->required();
+    command->callback([] { playFramework(scenario); });
+}
+
 int run(int argc, char** argv) {
     CLI::App app("A simulated phone for kelvod", "kelvosim");
     app.set_version_flag("--version", "kelvosim " KELVO_VERSION);
@@ -61,6 +69,7 @@ int run(int argc, char** argv) {
     addCheck(app);
     addReplay(app, argv, &status);
     addLive(app, &status);
+    addFramework(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& request) {

@@ -1,0 +1,33 @@
+#include "KelvodReport.h"
+
+#include <algorithm>
+
+std::optional<int32_t> levelOf(const ThermalThresholds& thresholds, int32_t status, double celsius,
+                               std::optional<int32_t> before) {
+    const auto& [hold, holdDown, statuses] = thresholds;
+    const size_t levels = std::min({hold.size(), holdDown.size(), statuses.size()});
+    std::optional<int32_t> found;
+    for (size_t i = 0; i < levels; ++i) {
+        const bool isLow = i > 0 && celsius < holdDown[i];
+        const bool isHigh = i + 1 < levels && celsius >= hold[i + 1];
+        const auto level = static_cast<int32_t>(i);
+        if (statuses[i] == status && !isLow && !isHigh && (!found || found != before)) {
+            found = level;
+        }
+    }
+    return found;
+}
+
+std::optional<std::string> mainHeatSource(const Json::Value& report) {
+    std::optional<std::string> main;
+    int32_t most = 0;
+    for (const std::string& name :
+         report.isObject() ? report.getMemberNames() : Json::Value::Members()) {
+        const Json::Value heat = report[name].isObject() ? report[name]["avgHeat"] : Json::Value();
+        if (heat.isInt() && heat.asInt() > most) {
+            most = heat.asInt();
+            main = name;
+        }
+    }
+    return main;
+}
