@@ -1,7 +1,9 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -10,6 +12,9 @@
 #include "support/Program.h"
 
 namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
 
 std::string example(const std::string& name) {
     return std::string(EXAMPLES) + "/" + name + "/scenario.json";
@@ -20,22 +25,10 @@ std::string read(const std::string& file) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-}  // namespace
-
-TEST(KelvosimReplayTest, givesTheSameEventsOnEveryRun) {
-    for (const char* name : {"game", "charge", "hello"}) {
-        const Program::Result first = Program::run("kelvosim", {"replay", example(name)});
-        const Program::Result second = Program::run("kelvosim", {"replay", example(name)});
-        EXPECT_EQ(first.status, 0) << first.err;
-        EXPECT_EQ(first.out, second.out) << name;
-        EXPECT_NE(first.out.find("\"event\":\"write\""), std::string::npos) << name;
-        EXPECT_TRUE(first.out.ends_with("\"event\":\"end\"}\n")) << name;
-    }
-}
-
-TEST(KelvosimReplayTest, heatsTheShellDuringTheGame) {
-    std::istringstream lines(Program::run("kelvosim", {"replay", example("game")}).out);
-    std::map<double, int32_t> front;  // s → m°C
+/** What the model "front" of an example gave: s → m°C. */
+std::map<double, int32_t> frontOf(const std::string& name) {
+    std::istringstream lines(Program::run("kelvosim", {"replay", example(name)}).out);
+    std::map<double, int32_t> front;
     for (std::string line; std::getline(lines, line);) {
         double time = 0;
         int32_t temp = 0;
@@ -45,6 +38,50 @@ TEST(KelvosimReplayTest, heatsTheShellDuringTheGame) {
             front[time] = temp;
         }
     }
+    return front;
+}
+
+}  // namespace
+
+TEST(KelvosimReplayTest, givesTheSameEventsOnEveryRun) {
+    for (const auto& entry : std::filesystem::directory_iterator(EXAMPLES)) {
+        if (!entry.is_directory()) {
+            continue;
+        }
+        const std::string name = entry.path().filename();
+        const Program::Result first = Program::run("kelvosim", {"replay", example(name)});
+        const Program::Result second = Program::run("kelvosim", {"replay", example(name)});
+        EXPECT_EQ(first.status, 0) << first.err;
+        EXPECT_EQ(first.out, second.out) << name;
+        EXPECT_NE(first.out.find("\"event\":\"write\""), std::string::npos) << name;
+        EXPECT_TRUE(first.out.ends_with("\"event\":\"end\"}\n")) << name;
+    }
+}
+
+TEST(KelvosimReplayTest, showsInTheShellWhatTheExamplesAreFor) {
+    const std::map<std::string, std::vector<int32_t>> outputs{
+            {"scenes", {32500, 34500, 32500, 33500, 34500, 33500}},
+            {"failing-zone", {32500, 33300, 34300, 31800, 33000}}};
+    for (const auto& [name, expected] : outputs) {
+        std::vector<int32_t> written;
+        for (const auto& [time, temp] : frontOf(name)) {
+            written.push_back(temp);
+        }
+        EXPECT_EQ(written, expected) << name;
+    }
+    const auto log = [](const std::string& name) {
+        return Program::run("kelvosim", {"replay", example(name), "--log", "-"}).out;
+    };
+    EXPECT_THAT(log("scenes"),
+                AllOf(HasSubstr("40.000 E current scene is flashon, ignore screen fold scene\n"),
+                      HasSubstr("200.000 E Same operator code:0\n")));
+    EXPECT_THAT(log("failing-zone"),
+                AllOf(HasSubstr("55.000 E Get temp(tz:0) still failed! add list(size:1)\n"),
+                      HasSubstr("225.000 E switch to scene flashon failed, keep origin\n")));
+}
+
+TEST(KelvosimReplayTest, heatsTheShellDuringTheGame) {
+    const std::map<double, int32_t> front = frontOf("game");
     const auto at = [&](double time) { return std::prev(front.upper_bound(time))->second; };
     const int32_t before = at(20);
     EXPECT_GT(at(300), before + 3000) << "the game runs from 20 s to 560 s";
