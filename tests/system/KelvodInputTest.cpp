@@ -1,0 +1,174 @@
+// What the daemon makes of requests that no sane client sends.
+
+#include <binder/IServiceManager.h>
+#include <binder/ProcessState.h>
+#include <poll.h>
+
+#include <functional>
+
+#include "KelvodTest.h"
+#include "sim/FrameworkListener.h"
+#include "sim/ShellTempNode.h"
+
+namespace {
+
+using namespace kelvo;
+using android::IBinder;
+using android::OK;
+using android::Parcel;
+using android::sp;
+using android::String16;
+
+using KelvodInputTest = KelvodTest;
+using Fill = std::function<void(Parcel& request)>;
+
+Fill ints(std::vector<int32_t> numbers) {
+    return [numbers](Parcel& request) {
+        for (const int32_t number : numbers) {
+            request.writeInt32(number);
+        }
+    };
+}
+
+Fill text(const std::u16string& units) {
+    return [units](Parcel& request) { request.writeString16(units.data(), units.size()); };
+}
+
+const Fill kNothing = [](Parcel&) {};
+const Fill kItself = [](Parcel& request) { request.writeStrongBinder(kelvodService()); };
+/** Its length says more than there is. */
+const Fill kCutText = [](Parcel& request) {
+    request.writeInt32(1000);
+    request.writeInt32(0x00410041);
+};
+
+/** A role: offers its listener as the service "listener" and waits for its end. */
+int offerListener(RoleLink& link) {
+    android::ProcessState::self()->startThreadPool();
+    android::defaultServiceManager()->addService(
+            String16("listener"), new sim::FrameworkListener([](const auto&, const auto&) {}));
+    link.send("offered");
+    link.receive();
+    return 0;
+}
+const Role kOfferListener("offerListener", offerListener);
+
+android::status_t registerListener(const sp<IBinder>& listener, int32_t* answer) {
+    KelvodRequest request;
+    Parcel reply;
+    request.writeStrongBinder(listener);
+    const android::status_t status = kelvodService()->transact(REGISTER_CLIENT, request, &reply);
+    *answer = reply.readInt32();
+    return status;
+}
+
+}  // namespace
+
+TEST_F(KelvodInputTest, getsItsAnswerOrItsError) {
+    startKelvod();
+    const std::u16string longText(50 * 1024, u'x');  // 100 KiB
+    const std::u16string unclean = {u'a', 0xD800, u'b', 0xDC00, 0xDFFF, 0, 0xFFFE, u'c'};
+    const int32_t most = std::numeric_limits<int32_t>::max();
+    const struct {
+        const char* what;
+        uint32_t code;
+        Fill fill;
+        std::vector<int32_t> reply;
+    } rows[] = {
+            {"no listener", REGISTER_CLIENT, kNothing, {-1}},
+            {"numbers for a listener", REGISTER_CLIENT, ints({1, 2, 3, 4, 5, 6, 7}), {-1}},
+            {"no listener", UNREGISTER_CLIENT, kNothing, {1}},
+            {"itself", REGISTER_CLIENT, kItself, {1}},
+            {"itself again", REGISTER_CLIENT, kItself, {1}},
+            {"no lists", SET_DYNAMIC_CONFIG, kNothing, {0}},
+            {"no list after the marker", SET_DYNAMIC_CONFIG, ints({21}), {0}},
+            {"other markers", SET_DYNAMIC_CONFIG, ints({20, 22, -21}), {0}},
+            {"a negative length", SET_DYNAMIC_CONFIG, ints({21, -5, 21, -1, 21, -most - 1}), {0}},
+            {"an endless list", SET_DYNAMIC_CONFIG, ints({21, most, 1, 2, 3}), {0}},
+            {"a list of 2^30", SET_DYNAMIC_CONFIG, ints({21, 1 << 30, 1}), {0}},
+            {"no number", SET_SCREEN_STATUS, kNothing, {}},
+            {"no number", SET_LIGHT_LAMP_STATUS, kNothing, {}},
+            {"no number", SET_SCREEN_FOLD_STATUS, kNothing, {}},
+            {"no number", NOTIFY_THERMAL_STATUS, kNothing, {}},
+            {"no number", COMPONENT_HEAT_TEST, kNothing, {}},
+            {"no such command", COMPONENT_HEAT_TEST, ints({most}), {}},
+            {"no text", SET_CURRENT_PACKAGE, kNothing, {}},
+            {"a negative length", SET_CURRENT_PACKAGE, ints({-2}), {}},
+            {"an endless text", SET_CURRENT_PACKAGE, ints({most, 0}), {}},
+            {"a cut text", SET_WIFI_INFO, kCutText, {}},
+            {"100 KiB", SET_CURRENT_PACKAGE, text(longText), {}},
+            {"100 KiB", SET_WIFI_INFO, text(longText), {}},
+            {"100 KiB", SET_NETWORK_INFO, text(longText), {}},
+            {"100 KiB", SET_NETWORK_SPEED_INFO, text(longText), {}},
+            {"unclean", SET_CURRENT_PACKAGE, text(unclean), {}},
+            {"unclean", SET_NETWORK_INFO, text(unclean), {}},
+    };
+    const sp<IBinder> kelvod = kelvodService();
+    for (const auto& row : rows) {
+        SCOPED_TRACE(std::to_string(row.code) + ": " + row.what);
+        KelvodRequest request;
+        row.fill(request);
+        Parcel reply;
+        EXPECT_EQ(kelvod->transact(row.code, request, &reply), OK);
+        EXPECT_EQ(reply.dataSize(), row.reply.size() * sizeof(int32_t));
+        for (const int32_t word : row.reply) {
+            EXPECT_EQ(reply.readInt32(), word);
+        }
+        EXPECT_EQ(callKelvod(GET_THERMAL_STATUS), OK);
+    }
+    Parcel empty;
+    Parcel reply;
+    EXPECT_EQ(kelvod->transact(GET_THERMAL_STATUS, empty, &reply), android::PERMISSION_DENIED);
+    EXPECT_EQ(callKelvod(0x00ffffff), android::UNKNOWN_TRANSACTION);
+    EXPECT_TRUE(logs("already added")) << "itself, the second time";
+    EXPECT_TRUE(isAlive());
+}
+
+TEST_F(KelvodInputTest, mayBeListenersOfTheDead) {
+    startKelvod();
+    RoleProcess& owner = mWorld.start("offerListener");
+    ASSERT_EQ(owner.receive(), "offered");
+    const sp<IBinder> listener =
+            android::defaultServiceManager()->checkService(String16("listener"));
+    ASSERT_NE(listener, nullptr);
+    owner.kill();
+    int32_t answer = 0;
+    EXPECT_EQ(registerListener(listener, &answer), OK);
+    EXPECT_EQ(answer, 1) << "that it is dead is seen later";
+    EXPECT_TRUE(logs(" died!"));
+    startListeners();  // what was posted before it has been handled
+    EXPECT_EQ(callKelvod(NOTIFY_THERMAL_STATUS, {3}), OK);
+    EXPECT_TRUE(logs("Entering notifyCallback, binder clients size 1\n"));
+}
+
+TEST_F(KelvodInputTest, mayBeAListenerThatNeverReturns) {
+    mTree.setProperty("persist.sys.shelltemp.interval", "1");
+    mTree.removeNode("/proc/shell-temp");
+    sim::ShellTempNode output(mTree);
+    output.setPresent(true);
+    startKelvod();
+    RoleProcess& stuck = startListeners();
+    stuck.send("stick");
+    ASSERT_EQ(stuck.receive(), "sticks");
+    EXPECT_EQ(callKelvod(NOTIFY_THERMAL_STATUS, {5}), OK);
+    ASSERT_EQ(stuck.receive(), "stuck");
+    for (const uint32_t code : {4u, 5u, 9u, 17u, 20u, 21u, 22u, 23u, 25u, 101u}) {
+        EXPECT_EQ(callKelvod(code), OK) << code;
+    }
+    output.takeLines([](std::string_view) {});
+    mTree.setZoneTemp(0, 41000);
+    pollfd written{output.fd(), POLLIN, 0};
+    EXPECT_EQ(poll(&written, 1, kBinderWorldLimitMs), 1) << "temperatures go on";
+    // What needs the work thread is taken, and waits.
+    int32_t answer = 0;
+    EXPECT_EQ(callKelvod(SET_LIGHT_LAMP_STATUS, {1}), OK);
+    EXPECT_EQ(
+            registerListener(new sim::FrameworkListener([](const auto&, const auto&) {}), &answer),
+            OK);
+    EXPECT_EQ(answer, 1);
+    EXPECT_EQ(countInLog("Register notifier successfully."), 1u);
+    EXPECT_EQ(countInLog("Reload shell fitting model config flashon"), 0u);
+    stuck.kill();
+    EXPECT_TRUE(logs("Register notifier successfully.", 2));
+    EXPECT_TRUE(logs("Reload shell fitting model config flashon"));
+}

@@ -1,0 +1,117 @@
+#include "KelvodTest.h"
+
+#include <binder/IServiceManager.h>
+#include <binder/ProcessState.h>
+#include <poll.h>
+#include <stdlib.h>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+#include <android-base/unique_fd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "sim/CallValues.h"
+#include "sim/ConfigStore.h"
+#include "support/Json.h"
+
+using android::IBinder;
+using android::Parcel;
+using android::sp;
+using android::String16;
+
+namespace {
+
+constexpr int kLookMs = 1000;  // should a change of the log not be seen
+
+std::string programPath(const std::string& name) {
+    return std::filesystem::read_symlink("/proc/self/exe").parent_path() / name;
+}
+
+std::string listFrom(int32_t first) {
+    std::string list = "[-1";
+    for (int32_t i = 1; i < 21; ++i) {
+        list += "," + std::to_string(first + i);
+    }
+    return list + "]";
+}
+
+}  // namespace
+
+KelvodRequest::KelvodRequest() {
+    writeInterfaceToken(String16(sim::kServiceDescriptor));
+}
+
+sp<IBinder> kelvodService() {
+    return android::defaultServiceManager()->waitForService(String16("kelvo"));
+}
+
+android::status_t callKelvod(uint32_t code, const std::vector<sim::Argument>& arguments) {
+    KelvodRequest request;
+    Parcel reply;
+    for (const sim::Argument& argument : arguments) {
+        sim::writeArgument(argument, request);
+    }
+    return kelvodService()->transact(code, request, &reply);
+}
+
+KelvodTest::KelvodTest()
+      : mTree(getenv("KELVO_ROOT")), mLogPath(mTree.hostPath("/data/kelvod.log")) {
+    android::ProcessState::self()->startThreadPool();  // for notices and listeners
+    mTree.addFolder("/data");
+    mTree.addZone(0, "skin", 40000);
+    mTree.setNode("/proc/shell-temp", "");
+    mTree.setProperty("persist.sys.kelvo.enable", "1");
+    mTree.setProperty("persist.sys.kelvo.loglevel", "1");
+    setConfig(30);
+}
+
+void KelvodTest::setConfig(int32_t hold) {
+    const std::string statuses = "[0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20]";
+    mTree.setNode("/system_ext/etc/kelvo/kelvo.conf",
+                  kelvo::encryptConfig(json(
+                          "{'shell_temp_fitting_model':{" + scene("default", 0, "skin") +
+                          "},'thermal_status_model':{'temp_threshold':" + listFrom(hold) +
+                          ",'temp_threshold_down':" + listFrom(hold - 1) + ",'thermal_status':" +
+                          statuses + ",'thermal_status_report':" + statuses + "}}")));
+}
+
+void KelvodTest::startKelvod() {
+    mKelvod.emplace(std::vector<std::string>{programPath("kelvod")}, mTree.root(), mLogPath);
+    ASSERT_NE(kelvodService(), nullptr);
+    ASSERT_TRUE(logs("kelvo misc init compeleted!"));
+}
+
+size_t KelvodTest::countInLog(const std::string& text) const {
+    std::ifstream stream(mLogPath);
+    const std::string log{std::istreambuf_iterator<char>(stream), {}};
+    size_t count = 0;
+    for (size_t at = log.find(text); at != std::string::npos; at = log.find(text, at + 1)) {
+        ++count;
+    }
+    return count;
+}
+
+bool KelvodTest::logs(const std::string& text, size_t count) const {
+    const android::base::unique_fd watch(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+    inotify_add_watch(watch.get(), mLogPath.c_str(), IN_MODIFY);
+    for (int left = kBinderWorldLimitMs / kLookMs; left > 0; --left) {
+        if (countInLog(text) >= count) {
+            return true;
+        }
+        pollfd changes{watch.get(), POLLIN, 0};
+        // Each change begins a wait of its own, so many of them cannot use up the limit.
+        left += poll(&changes, 1, kLookMs) > 0 ? 1 : 0;
+        char events[4096];
+        while (read(watch.get(), events, sizeof(events)) > 0) {
+        }
+    }
+    return false;
+}
+
+RoleProcess& KelvodTest::startListeners(size_t count, std::optional<uid_t> uid) {
+    RoleProcess& process = mWorld.start(kListenRole, std::to_string(count), uid);
+    EXPECT_EQ(process.receive(), "ready");
+    return process;
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <limits>
+#include <memory>
+
+// The binder headers need the two above.
+#include <binder/IBinder.h>
+#include <binder/Parcel.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "service/ServiceCodes.h"
+#include "sim/DeviceTree.h"
+#include "sim/PhoneProcess.h"
+#include "sim/Scenario.h"
+#include "support/BinderWorld.h"
+
+/** A request to the daemon that holds its token already. */
+struct KelvodRequest : android::Parcel {
+    KelvodRequest();
+};
+/** The daemon's service; it must be there. */
+android::sp<android::IBinder> kelvodService();
+/** Calls the daemon with these arguments; its status. */
+android::status_t callKelvod(uint32_t code, const std::vector<sim::Argument>& arguments = {});
+
+/**
+ * A role, its argument being a number: registers that many listeners with the daemon and sends
+ * "ready". Texts to it:
+ * - "heard": what each listener was told so far, once for all if all agree ("status 3,broadcast 3
+ *   40000"), else "they differ";
+ * - "until TEXT": answers "seen" when all listeners have been told that.
+ * - "stick": answers "sticks"; the listener that is called next never returns, and sends "stuck".
+ */
+inline constexpr char kListenRole[] = "listen";
+
+/** The daemon as a process on a small phone: a zone of 40 °C, one model, 21 levels from 30 °C. */
+class KelvodTest : public testing::Test {
+  protected:
+    KelvodTest();
+
+    /** The configuration with rising thresholds from `hold` °C on, a degree apart. */
+    void setConfig(int32_t hold);
+    void startKelvod();
+    /** Waits until the daemon's log holds the text `count` times; false at the limit. */
+    bool logs(const std::string& text, size_t count = 1) const;
+    size_t countInLog(const std::string& text) const;
+    bool isAlive() { return !mKelvod->ending(); }
+    /** A process with listeners, registered and brought up to date. */
+    RoleProcess& startListeners(size_t count = 1, std::optional<uid_t> uid = std::nullopt);
+
+    BinderWorld mWorld;
+    sim::DeviceTree mTree;
+
+  private:
+    const std::string mLogPath;
+    std::optional<sim::PhoneProcess> mKelvod;
+};

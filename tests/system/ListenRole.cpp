@@ -1,0 +1,112 @@
+// Processes with listeners, see KelvodTest.h.
+
+#include <binder/IServiceManager.h>
+#include <binder/ProcessState.h>
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+#include "KelvodTest.h"
+#include "sim/FrameworkListener.h"
+
+namespace {
+
+using android::sp;
+using sim::FrameworkListener;
+
+/** What the listeners of this process are told. Thread-safe. */
+class Ears {
+  public:
+    Ears(size_t count, RoleLink& link) : mHeard(count), mLink(link) {}
+
+    void hear(size_t listener, const std::string& event,
+              const FrameworkListener::Members& members) {
+        std::string call = event.substr(event.rfind('_') + 1);
+        for (const auto& [name, value] : members) {
+            call += " " + value.asString();
+        }
+        std::unique_lock lock(mMutex);
+        std::string& heard = mHeard[listener];
+        heard += (heard.empty() ? "" : ",") + call;
+        mChanged.notify_all();
+        if (mSticks) {
+            mLink.send("stuck");
+            mChanged.wait(lock, [] { return false; });
+        }
+    }
+    std::string heard() {
+        const std::lock_guard lock(mMutex);
+        for (const std::string& heard : mHeard) {
+            if (heard != mHeard.front()) {
+                return "they differ";
+            }
+        }
+        return mHeard.front();
+    }
+    void waitFor(const std::string& text) {
+        std::unique_lock lock(mMutex);
+        mChanged.wait(lock, [&] {
+            for (const std::string& heard : mHeard) {
+                if (heard.find(text) == std::string::npos) {
+                    return false;
+                }
+            }
+            return true;
+        });
+    }
+    void stick() {
+        const std::lock_guard lock(mMutex);
+        mSticks = true;
+    }
+
+  private:
+    std::mutex mMutex;  // guards what follows
+    std::condition_variable mChanged;
+    std::vector<std::string> mHeard;  // by listener
+    bool mSticks = false;
+    RoleLink& mLink;
+};
+
+/** False when the daemon did not take it. */
+bool registerListener(Ears& ears, size_t number) {
+    KelvodRequest request;
+    android::Parcel reply;
+    const sp<android::IBinder> listener = new FrameworkListener(
+            [&ears, number](const std::string& event, const FrameworkListener::Members& members) {
+                ears.hear(number, event, members);
+            });
+    request.writeStrongBinder(listener);
+    return kelvodService()->transact(kelvo::REGISTER_CLIENT, request, &reply) == android::OK &&
+           reply.readInt32() == 1;
+}
+
+int listen(RoleLink& link) {
+    const size_t count = std::stoul(link.argument());
+    Ears ears(count, link);
+    android::ProcessState::self()->startThreadPool();
+    for (size_t i = 0; i < count; ++i) {
+        if (!registerListener(ears, i)) {
+            return 1;
+        }
+    }
+    ears.waitFor("broadcast");  // the last that a new listener is told
+    link.send("ready");
+    constexpr std::string_view kUntil = "until ";
+    for (std::string text = link.receive(); !text.empty(); text = link.receive()) {
+        if (text == "heard") {
+            link.send(ears.heard());
+        } else if (text == "stick") {
+            ears.stick();
+            link.send("sticks");
+        } else if (text.starts_with(kUntil)) {
+            ears.waitFor(text.substr(kUntil.size()));
+            link.send("seen");
+        }
+    }
+    return 0;
+}
+
+const Role kListen(kListenRole, listen);
+
+}  // namespace
