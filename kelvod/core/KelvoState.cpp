@@ -181,6 +181,11 @@ void KelvoState::reload() {
     initBigDataSetting();
 }
 
+std::string KelvoState::getCurrentPkgName() const {
+    Mutex::Autolock lock(mMutex);
+    return mPackages.foreground();
+}
+
 int64_t KelvoState::getPkgRemainTime(const std::string& package) const {
     Mutex::Autolock lock(mMutex);
     return mPackages.secondsOf(package);

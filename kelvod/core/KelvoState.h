@@ -46,6 +46,8 @@ class KelvoState : public android::Singleton<KelvoState> {
     /** Reads the big-data settings again. Work thread. */
     void reload();
 
+    /** The package in the foreground, or "SCREEN.ON" or "SCREEN.OFF"; empty before the first. */
+    std::string getCurrentPkgName() const;
     /** Whole seconds the package was in the foreground; -1 when it never was. */
     int64_t getPkgRemainTime(const std::string& package) const;
     /** Hands the packages' charges to the data collector, for the day `key`. */

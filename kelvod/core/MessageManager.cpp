@@ -11,6 +11,7 @@
 #include "core/Log.h"
 #include "core/Time.h"
 #include "core/WorkThread.h"
+#include "heat/HeatProcessCenter.h"
 #include "service/BinderManager.h"
 #include "shelltemp/ShellTempFitting.h"
 #include "thermalstatus/KelvoThermalStatus.h"
@@ -80,6 +81,7 @@ void onNotifyHeatSource(const KelvoMessage& message) {
 }
 
 void onCollectBigData(const KelvoMessage& message) {
+    HeatProcessCenter::getInstance()->collectBigData(message.sValue);
     KelvoState& state = KelvoState::getInstance();
     state.getPkgBatteryBigDataRecord(message.sValue, message.iValue == 1);
     if (message.iValue == 0) {

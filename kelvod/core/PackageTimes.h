@@ -19,6 +19,8 @@ class PackageTimes {
     }
     /** Puts `package`, for which isSwitch() holds, in the foreground. */
     void setForeground(const std::string& package, int64_t now);
+    /** The package in the foreground; empty before the first. */
+    const std::string& foreground() const { return mForeground; }
     /**
      * Credits the outgoing package with the time since the last record and, when the battery
      * current (mA) is known, with its charge (mAh); the foreground package is timed from now on.

@@ -34,6 +34,8 @@ class HeatProcessCenter : private kelvo::PeriodicLoop::Client {
         int32_t heat;  // m°C
     };
 
+    static constexpr float kNoCoefficient = -1.0F;
+
     /** Built on first use and never destroyed: its thread outlives main. */
     static HeatProcessCenter* getInstance();
 

@@ -2,6 +2,7 @@
 
 #include "core/KelvoState.h"
 #include "core/Log.h"
+#include "heat/HeatProcessCenter.h"
 #include "thermalstatus/KelvoThermalStatus.h"
 
 ANDROID_SINGLETON_STATIC_INSTANCE(kelvo::BinderManager)
@@ -12,15 +13,6 @@ using android::IBinder;
 using android::Mutex;
 using android::sp;
 using android::wp;
-
-namespace {
-
-/** What is told of the components' heat: nothing, as no component is watched. */
-std::string componentsHeatDetail() {
-    return {};
-}
-
-}  // namespace
 
 int BinderManager::registerClient(int uid, const sp<IBinder>& binder) {
     Mutex::Autolock lock(mMutex);
@@ -71,7 +63,7 @@ void BinderManager::notifyAmbientTemp(int temp) {
 }
 
 void BinderManager::notifyHeatSource(int level, int temp) {
-    const std::string detail = componentsHeatDetail();
+    const std::string detail = HeatProcessCenter::getInstance()->getCompentsHeatDetailInfo();
     if (detail.empty()) {
         return;
     }

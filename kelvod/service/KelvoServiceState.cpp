@@ -1,12 +1,11 @@
-// What the framework tells of the device, and the test of the components' heat.
-
-#include <utils/String8.h>
+// What the framework tells of the device.
 
 #include "core/KelvoState.h"
 #include "core/Log.h"
 #include "core/MessageManager.h"
 #include "core/Scene.h"
 #include "service/KelvoService.h"
+#include "service/ParcelText.h"
 #include "shelltemp/ShellTempFitting.h"
 
 namespace kelvo {
@@ -18,11 +17,6 @@ void postScene(ShellFittingSceneOpCode opCode) {
     message.what = MSG_SCENE_OP_CODE;
     message.iValue = static_cast<int32_t>(opCode);
     MessageManager::getInstance().sendMessage(message);
-}
-
-std::string readText(const android::Parcel& data) {
-    const android::String8 text(data.readString16());
-    return {text.string(), text.size()};
 }
 
 }  // namespace
@@ -51,27 +45,6 @@ void KelvoService::setScreenFoldStatus(const Parcel& data, Parcel&) {
     const bool folded = status != 1;
     ShellTempFitting::getInstance().updateFoldStatus(folded);
     postScene(folded ? ShellFittingSceneOpCode::SCREEN_FOLD : ShellFittingSceneOpCode::RESTORE);
-}
-
-void KelvoService::testComponentHeat(const Parcel& data, Parcel&) {
-    KLOGE("COMPONENT_HEAT_TEST status: %d", data.readInt32());
-}
-
-void KelvoService::setWifiInfo(const Parcel& data, Parcel&) {
-    KLOGE("Kelvo daemon wifiInfo=%s", readText(data).c_str());
-}
-
-void KelvoService::setNetworkInfo(const Parcel& data, Parcel&) {
-    KLOGE("Kelvo daemon networkInfo=%s", readText(data).c_str());
-}
-
-void KelvoService::setNetworkSpeedInfo(const Parcel& data, Parcel&) {
-    KLOGE("Kelvo daemon networkSpeedInfo=%s", readText(data).c_str());
-}
-
-void KelvoService::getComponentsHeatDetail(const Parcel&, Parcel& reply) {
-    reply.writeNoException();
-    reply.writeString16(android::String16());
 }
 
 }  // namespace kelvo

@@ -4,6 +4,7 @@
 #include "core/MessageManager.h"
 #include "core/Numeric.h"
 #include "core/Time.h"
+#include "heat/HeatProcessCenter.h"
 
 ANDROID_SINGLETON_STATIC_INSTANCE(KelvoThermalStatus)
 
@@ -158,10 +159,12 @@ void KelvoThermalStatus::setLevel(int32_t level) {
 }
 
 void KelvoThermalStatus::switchMonitor(int temp) {
-    if (temp > kMonitorAbove) {
+    if (temp > kMonitorAbove && !mMonitorStarted) {
         mMonitorStarted = true;
-    } else if (temp <= kMonitorUpTo) {
+        HeatProcessCenter::getInstance()->startMonitor();
+    } else if (temp <= kMonitorUpTo && mMonitorStarted) {
         mMonitorStarted = false;
+        HeatProcessCenter::getInstance()->stopMonitor();
     }
 }
 

@@ -1,0 +1,173 @@
+#include "heat/CpuCompHeat.h"
+
+#include <limits>
+#include <memory>
+
+// The binder headers need the two above.
+#include <aidl/vendor/zenta/hardware/performance/IPerformance.h>
+#include <android/binder_manager.h>
+
+#include <string>
+#include <utility>
+
+#include "config/TimeUtils.h"
+#include "core/DataCollector.h"
+#include "core/Log.h"
+#include "core/Numeric.h"
+#include "core/Time.h"
+#include "heat/ComponentType.h"
+#include "heat/HeatProcessCenter.h"
+
+using android::Mutex;
+using kelvo::PidTidPower;
+
+namespace {
+
+// The service counts energy over the sampling period; over 5000 ms that makes mW.
+constexpr int64_t kSamplingMs = 5000;
+constexpr size_t kReportedThreads = 3;
+
+// Serialises connecting and guards the connection. Held during the lookup, which may wait some
+// seconds for an absent service; nothing else is taken under it.
+Mutex sPerfLock;
+
+int64_t sumOf(const std::vector<PidTidPower>& threads) {
+    int64_t sum = 0;
+    for (const PidTidPower& thread : threads) {
+        sum += thread.power;
+    }
+    return sum;
+}
+
+}  // namespace
+
+CpuCompHeat::CpuCompHeat() : mDeathRecipient(AIBinder_DeathRecipient_new(onPerfServiceDied)) {
+    getPerfService();
+}
+
+int CpuCompHeat::getPerfService() {
+    Mutex::Autolock lock(sPerfLock);
+    const std::string instance = std::string(Performance::descriptor) + "/default";
+    const ndk::SpAIBinder binder(AServiceManager_getService(instance.c_str()));
+    if (binder.get() == nullptr) {
+        KLOGE("cpuComp get perf service failed");
+        return -1;
+    }
+    KLOGD("cpuComp get perf service success.");
+    mPerfService = Performance::fromBinder(binder);
+    AIBinder_linkToDeath(binder.get(), mDeathRecipient.get(), this);
+    return 0;
+}
+
+void CpuCompHeat::onPerfServiceDied(void* component) {
+    KLOGE("cpuComp perf service died, will try to reconnect.");
+    std::shared_ptr<Performance> dropped;  // given up after the lock
+    Mutex::Autolock lock(sPerfLock);
+    dropped = std::move(static_cast<CpuCompHeat*>(component)->mPerfService);
+}
+
+std::shared_ptr<CpuCompHeat::Performance> CpuCompHeat::perfService() {
+    Mutex::Autolock lock(sPerfLock);
+    return mPerfService;
+}
+
+int CpuCompHeat::getCpuPower() {
+    const std::shared_ptr<Performance> service = perfService();
+    if (service == nullptr) {
+        // The connection, if it succeeds, serves the next sample.
+        getPerfService();
+        KLOGE("cpuComp PerformanceInterface is null");
+        return 0;
+    }
+    std::string text;
+    if (!service->readCpuTaskstats(&text).isOk() || text.empty()) {
+        KLOGE("cpuComp readCpuTaskstats return empty");
+        return 0;
+    }
+    KLOGD("cpuComp readCpuTaskstats length: %lu\n", text.size());
+    bool complete = false;
+    const std::vector<PidTidPower> threads = kelvo::parseTaskStats(text, &complete);
+    if (!complete) {
+        KLOGD("cpuComp parse result failed!");
+    }
+    const auto power = static_cast<int32_t>(sumOf(threads) / kSamplingMs);
+    {
+        Mutex::Autolock lock(mThreadsLock);
+        mThreads.add(threads);
+    }
+    KLOGE("cpuComp totalPower=%dmW", power);
+    return power;
+}
+
+int CpuCompHeat::processRawSample() {
+    if (!isActive()) {
+        Mutex::Autolock lock(mThreadsLock);
+        mThreads.startPeriod(kelvo::monotonicSeconds());
+        setActive(true);
+        return 0;
+    }
+    const int32_t power = getCpuPower();
+    mSamples->push(std::make_unique<EnergySample>(CPU, static_cast<float>(power),
+                                                  kelvo::monotonicSeconds()));
+    KLOGE("cpuComp processRawSample energy=%d", power);
+    return 0;
+}
+
+// A missing coefficient (-1.0) is kept, and asked for no more.
+float CpuCompHeat::coefficient() {
+    if (mCoefficient == 0.0F) {
+        mCoefficient = HeatProcessCenter::getInstance()->getCoeffs("cpu");
+        KLOGD("cpuComp getHeatContribution start:%f", static_cast<double>(mCoefficient));
+    }
+    return mCoefficient;
+}
+
+int CpuCompHeat::getHeatContribution() {
+    Mutex::Autolock lock(mThreadsLock);
+    const float perDegree = coefficient();
+    const int32_t result = mSamples->getEnergyToTemp(perDegree);
+    KLOGE("cpuComp getHeatContribution mCoeffs=%lf, result=%d", static_cast<double>(perDegree),
+          result);
+    return result;
+}
+
+std::shared_ptr<HeatInfo> CpuCompHeat::getHeatInfo() {
+    Mutex::Autolock lock(mThreadsLock);
+    const float perDegree = coefficient();
+    const int32_t result = mSamples->getEnergyToTemp(perDegree);
+    KLOGD("cpuComp getHeatInfo mCoeffs=%lf, result=%d", static_cast<double>(perDegree), result);
+    if (mThreads.getTopKeepPowerTid(kelvo::monotonicSeconds(), perDegree) == -1 || result < 1) {
+        return HeatInfo::withoutKeyFactors(result);
+    }
+    std::map<std::string, int> factors;
+    std::vector<PidTidPower> threads = mThreads.byShare();
+    threads.resize(std::min(threads.size(), kReportedThreads));
+    for (const PidTidPower& thread : threads) {
+        const auto share = static_cast<double>(thread.powerToThermal);
+        KLOGE("cpuComp cpuinfo thread:%s, power:%d, powerToThermal:%f", thread.name, thread.power,
+              share);
+        factors.emplace(thread.name, kelvo::saturatingInt32(share));
+    }
+    factors["Power"] =
+            kelvo::saturatingInt32(static_cast<double>(perDegree * static_cast<float>(result)));
+    return std::make_shared<HeatInfo>(result, factors);
+}
+
+void CpuCompHeat::collectBigData(bool reset) {
+    Mutex::Autolock lock(mThreadsLock);
+    if (mThreads.exceptThreads().empty()) {
+        return;
+    }
+    KLOGE("CpuCompHeat::collectBigData");
+    for (const auto& [key, thread] : mThreads.exceptThreads()) {
+        Json::Value record(Json::objectValue);
+        record["pid_tid"] = key;
+        record["localDay"] = kelvo::getLocalDay();
+        record["keepTime"] = thread.keepTime;
+        KLOGE("cpuComp collectBigData:%s", record.toStyledString().c_str());
+        kelvo::DataCollector::getInstance().setData(kelvo::DC_EXCEPT_THREAD, thread.name, record);
+    }
+    if (reset) {
+        mThreads.clearExceptThreads();
+    }
+}

@@ -1,0 +1,104 @@
+// The ranking, the summary and the report.
+
+#include "ambient/AmbientTempWatcher.h"
+#include "core/KelvoState.h"
+#include "core/Log.h"
+#include "heat/HeatProcessCenter.h"
+
+using android::Mutex;
+
+namespace {
+
+std::string entry(const std::string& name, int32_t value) {
+    return name + ":" + std::to_string(value) + ",";
+}
+
+// °C; stands after the ambient component's own entry of the same name.
+std::string ambientEntry() {
+    return entry("ambient", kelvo::AmbientTempWatcher::getInstance().getAmbientTemp());
+}
+
+}  // namespace
+
+bool HeatProcessCenter::isSilent() const {
+    const bool silent = mInitInValid || !mRunning;
+    if (silent) {
+        KLOGD("heatpc getCompentsHeat mInitInValid");
+    }
+    return silent;
+}
+
+HeatProcessCenter::MainHeat HeatProcessCenter::getMainHeatCompent() {
+    MainHeat best{-1, -1};
+    if (mInitInValid) {
+        return best;
+    }
+    for (int32_t type = 0; type < kComponentTypes; ++type) {
+        {
+            Mutex::Autolock lock(mComponentsLock);
+            const int32_t heat = mComponents[static_cast<size_t>(type)]->getHeatContribution();
+            if (heat > best.heat) {
+                best = {type, heat};
+            }
+        }
+        KLOGE("heatpc getMainHeatCompent type: %d, value:%d", best.type, best.heat);
+    }
+    return best;
+}
+
+std::string HeatProcessCenter::getCompentsHeat() {
+    if (isSilent()) {
+        return {};
+    }
+    std::string text;
+    Heats heats;
+    for (int32_t type = 0; type < kComponentTypes; ++type) {
+        Mutex::Autolock lock(mComponentsLock);
+        const int32_t heat = mComponents[static_cast<size_t>(type)]->getHeatContribution();
+        text += entry(componentName(type), heat);
+        heats[type] = heat;
+    }
+    KLOGE("heatpc getCompentsHeat %s", text.c_str());
+    text += ambientEntry();
+    {
+        Mutex::Autolock lock(mComponentsLock);
+        mHeatSummary = text;
+    }
+    updateHeatBigRawData(heats);
+    return text;
+}
+
+std::string HeatProcessCenter::getCompentsHeatDetailInfo() {
+    if (isSilent()) {
+        return {};
+    }
+    Json::Value root(Json::objectValue);
+    std::string text;
+    Heats heats;
+    for (int32_t type = 0; type < kComponentTypes; ++type) {
+        Mutex::Autolock lock(mComponentsLock);
+        const auto info = mComponents[static_cast<size_t>(type)]->getHeatInfo();
+        text += entry(componentName(type), info->heat);
+        generateReportInfo(root, componentName(type), info);
+        heats[type] = info->heat;
+    }
+    text += ambientEntry();
+    text += "temp:" + std::to_string(KelvoState::getInstance().getTemp());
+    KLOGE("heatpc getCompentsHeatDetailInfo:%s", text.c_str());
+    updateHeatBigRawData(heats);
+    return root.toStyledString();
+}
+
+void HeatProcessCenter::generateReportInfo(Json::Value& root, const std::string& name,
+                                           const std::shared_ptr<HeatInfo>& info) {
+    Mutex::Autolock lock(mReportLock);
+    Json::Value report(Json::objectValue);
+    report["avgHeat"] = info->heat;
+    if (info->keyFactorState != -1) {
+        Json::Value& factors = report["keyFactor"] = Json::Value(Json::objectValue);
+        for (const auto& [key, value] : info->keyFactor) {
+            factors[key] = value;
+        }
+    }
+    root[name] = report;
+}
