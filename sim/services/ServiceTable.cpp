@@ -6,6 +6,7 @@
 #include "sim/services/AidlHealthService.h"
 #include "sim/services/ChargerService.h"
 #include "sim/services/HidlHealthService.h"
+#include "sim/services/PerformanceService.h"
 
 namespace sim {
 
@@ -29,6 +30,8 @@ const std::vector<ServiceKind>& serviceKinds() {
     static const std::vector<ServiceKind> kKinds = {
             {"health", AidlHealthService::kInstance, isOneOf<Health>, make<AidlHealthService>},
             {kHidlHealth, nullptr, isOneOf<Health>, make<HidlHealthService>},
+            {"performance", PerformanceService::kInstance, isOneOf<TaskStats>,
+             make<PerformanceService>},
             {"charger", nullptr, isOneOf<BatteryCurrent>, make<ChargerService>},
     };
     return kKinds;
