@@ -9,6 +9,7 @@
 #include "core/Numeric.h"
 #include "core/Time.h"
 #include "heat/ComponentType.h"
+#include "heat/ConfigNumber.h"
 #include "heat/HeatProcessCenter.h"
 #include "heat/TableInterpolation.h"
 #include "links/QuorixManager.h"
@@ -33,11 +34,6 @@ bool feedHasFigure() {
 
 int32_t shellTemp() {
     return KelvoState::getInstance().getTemp();
-}
-
-/** Element of an array of numbers; 0.0 for any other element. */
-float numberAt(const Json::Value& array, Json::ArrayIndex index) {
-    return array[index].isDouble() ? array[index].asFloat() : 0.0F;
 }
 
 void logSignal(const CellularSignal& signal) {
@@ -82,7 +78,8 @@ void CellularCompHeat::loadTable(const Json::Value& model) {
         }
     }
     for (Json::ArrayIndex i = 0; i < rsrp->size(); ++i) {
-        const CurrentRow row{numberAt(*rsrp, i), numberAt(*current4G, i), numberAt(*current5G, i)};
+        const CurrentRow row{configNumber((*rsrp)[i]), configNumber((*current4G)[i]),
+                             configNumber((*current5G)[i])};
         if (row.rsrp == 0.0F || row.current4G == 0.0F || row.current5G == 0.0F) {
             KLOGE("cellularComp cellar_model conf is invalid");
             return;

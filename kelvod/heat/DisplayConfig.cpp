@@ -4,6 +4,7 @@
 #include "config/KelvoConfig.h"
 #include "core/Log.h"
 #include "core/Numeric.h"
+#include "heat/ConfigNumber.h"
 
 using android::Mutex;
 using kelvo::saturatingInt32;
@@ -53,8 +54,7 @@ void DisplayConfig::loadLocked(const Json::Value& model) {
     }
     for (Json::ArrayIndex i = 0; i < factors->size(); ++i) {
         const Json::Value& factor = (*factors)[i];
-        const Json::Value& coefficient = (*coefficients)[i];
-        const float value = coefficient.isDouble() ? coefficient.asFloat() : 0.0F;
+        const float value = configNumber((*coefficients)[i]);
         KLOGD("displayComp init factor:%s, coefficient:%f",
               factor.isString() ? factor.asCString() : "", static_cast<double>(value));
         if (value == 0.0F || !factor.isString()) {

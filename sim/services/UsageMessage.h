@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "sim/Scenario.h"
+
+namespace sim {
+
+/** The report that this action makes, serialized; empty without any record. */
+std::vector<uint8_t> usageMessage(const Usage& usage);
+
+}  // namespace sim

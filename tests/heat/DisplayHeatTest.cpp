@@ -1,0 +1,144 @@
+#include <optional>
+
+#include "HeatSourceTest.h"
+#include "config/KelvoConfig.h"
+#include "heat/DisplayConfig.h"
+#include "heat/DisplayModel.h"
+#include "sim/ConfigStore.h"
+#include "sim/PhoneTree.h"
+
+namespace {
+
+constexpr char kLevelNode[] = "/sys/class/backlight/panel0-backlight/brightness";
+constexpr char kMaxNode[] = "/sys/class/backlight/panel0-backlight/max_brightness";
+
+class DisplayHeatTest : public HeatSourceTest {
+  protected:
+    void startWithMaximum(const std::string& maximum) {
+        scenario.nodes.push_back({kMaxNode, maximum});
+        start();
+    }
+    void setLevel(const std::optional<std::string>& level) {
+        phone().perform(sim::SetNodes{{{kLevelNode, level}}});
+    }
+    float power() { return DisplayModel::getInstance().getDisplayPower(); }
+};
+
+}  // namespace
+
+TEST_F(DisplayHeatTest, followsAnExtendedPanel) {
+    startWithMaximum("10239\n");
+    const struct {
+        std::optional<std::string> level;
+        int nits;
+        float power;
+    } rows[] = {
+            {"2", 2, 60},        {"0\n", 2, 0},         {"1", 2, 60},
+            {"8191", 411, 255},  {"8192\n", 460, 278},  {"8198", 461, 278},
+            {"10239", 780, 430}, {"10240", 780, 430},   {"10241", 9, 64},
+            {"-1", 9, 64},       {std::nullopt, 9, 64}, {"99999999999999999999", 9, 64},
+            {"dark", 2, 0},
+    };
+    for (const auto& row : rows) {
+        setLevel(row.level);
+        EXPECT_EQ(power(), row.power) << row.level.value_or("absent");
+    }
+    EXPECT_EQ(DisplayModel::getInstance().convBr2Nit(8192), 460);
+    EXPECT_EQ(DisplayModel::getInstance().convBr2Nit(10239), 780);
+    EXPECT_EQ(DisplayModel::getInstance().convBr2Nit(2), 2);
+    EXPECT_EQ(errors("displayComp Read file(" + std::string(kLevelNode) + ") failed!"), 1U);
+    EXPECT_EQ(errors("displayComp Backlight Node(" + std::string(kLevelNode) +
+                     ") brightness 10241 is abnormal"),
+              1U);
+}
+
+TEST_F(DisplayHeatTest, followsTheFrameRate) {
+    startWithMaximum("2047");
+    setLevel("2047");
+    const std::pair<int32_t, float> rows[] = {
+            {0, 288},      {59999, 288},   {60000, 288},    {89999, 288},  {90000, 318},
+            {119999, 318}, {120000, 227},  {120999, 227},   {121000, 298}, {-999, 288},
+            {-1000, 298},  {1 << 30, 298}, {INT32_MIN, 298}};
+    for (const auto& [frames, expected] : rows) {
+        phone().perform(sim::Frames{frames});
+        EXPECT_EQ(power(), expected) << frames;
+    }
+    phone().perform(sim::ServiceState{"frames", false});
+    EXPECT_EQ(power(), 288) << "no compositor: 0 frames";
+    setLevel(std::nullopt);
+    EXPECT_EQ(power(), 76) << "level 150 of 2047 is 35 nits";
+}
+
+TEST_F(DisplayHeatTest, takesTheUsageFeedFirst) {
+    startWithMaximum("2047");
+    setLevel("2047");
+    monitor();
+    EXPECT_EQ(errors("displayComp processRawSample energy=288"), 1U);
+    phone().perform(sim::Usage{{}, {}, {}, {{0, 3600, 321000}}});
+    runUntil(5);
+    EXPECT_EQ(errors("displayComp processRawSample energy=321"), 1U);
+    phone().perform(sim::Usage{{}, {}, {}, {{0, 3600, 0}}});
+    runUntil(20);
+    EXPECT_EQ(errors("displayComp processRawSample energy=288"), 4U) << "no figure: the model's";
+    EXPECT_EQ(reported("display"), "{'avgHeat':296,'keyFactor':{'Brightness':2047,'Power':296}}");
+    EXPECT_EQ(reported("display"), "{'avgHeat':296,'keyFactor':{'Brightness':2047,'Power':296}}")
+            << "no new samples";
+    setLevel("0");
+    runUntil(45);
+    EXPECT_EQ(reported("display"), "{'avgHeat':0}");
+}
+
+TEST_F(DisplayHeatTest, asksThePanelElsewhere) {
+    scenario.nodes.push_back({"/proc/chip/hw_code", "0\n"});
+    scenario.services.erase("panel");
+    start();
+    EXPECT_EQ(power(), 0) << "a HAL that does not answer shows a dark screen";
+    EXPECT_EQ(errors("displayComp [checkPanelService], Get display service filed."), 2U)
+            << "once for the maximum";
+    phone().perform(sim::ServiceState{"panel", true});
+    phone().perform(sim::Panel{.max = 255, .level = 128});
+    EXPECT_EQ(power(), 74) << "30 nits";
+    EXPECT_EQ(DisplayModel::getInstance().getMaxBrightness(), 255);
+    EXPECT_EQ(DisplayModel::getInstance().getValFromPanelService(30), 0) << "no such value";
+    phone().perform(sim::ServiceState{"panel", false});
+    EXPECT_EQ(power(), 0);
+    phone().perform(sim::ServiceState{"panel", true});
+    EXPECT_EQ(power(), 74) << "found again";
+}
+
+TEST_F(DisplayHeatTest, showsConfiguredFiguresWithoutUsingThem) {
+    const struct {
+        const char* model;
+        float brightness;  // "el_brt"
+        float unknown;
+    } rows[] = {
+            {"{'factor':['el_brt','60_pwr'],'coefficient':[500,70.5]}", 500, -1},
+            {"{'factor':['el_brt','60_pwr'],'coefficient':[500,0]}", 0, -1},
+            {"{'factor':['el_brt',7],'coefficient':[500,1]}", 0, -1},
+            {"{'factor':['el_brt'],'coefficient':['500']}", 0, -1},
+            {"{'factor':['el_brt'],'coefficient':[500,1]}", 0, -1},
+            {"{'factor':'el_brt'}", 0, -1},
+            {"[]", 0, -1},
+    };
+    start();
+    DisplayConfig absent;
+    EXPECT_EQ(absent.init(), -1);
+    EXPECT_EQ(absent.getCoeffs("el_brt"), -1);
+    EXPECT_GE(errors("displayComp heat source Coeffs is empty."), 1U);
+    for (const auto& row : rows) {
+        phone().perform(sim::SetNodes{
+                {{std::string(sim::kMainConfigPath),
+                  kelvo::encryptConfig(json("{'shell_temp_fitting_model':{'heatsource_detection':"
+                                            "{'brightness_model':" +
+                                            std::string(row.model) + "}}}"))}}});
+        ASSERT_EQ(kelvo::KelvoConfig::getInstance().reload(), 0);
+        DisplayConfig config;
+        EXPECT_EQ(config.init(), 0) << row.model;
+        EXPECT_EQ(config.getCoeffs("el_brt"), row.brightness) << row.model;
+        EXPECT_EQ(config.getCoeffs("other"), row.unknown) << row.model;
+        std::map<int, float> luminance;
+        config.getElConf(luminance);
+        EXPECT_EQ(luminance, (std::map<int, float>{{480, 228.0F}})) << row.model;
+        EXPECT_EQ(config.stanLevel(), 2047);
+    }
+}

@@ -1,0 +1,195 @@
+#include <cstdio>
+#include <optional>
+#include <ostream>
+
+#include "HeatSourceTest.h"
+
+namespace {
+
+constexpr uint32_t kWifiInfo = 103;
+constexpr uint32_t kNetworkInfo = 104;
+constexpr uint32_t kSpeedInfo = 105;
+
+const std::string kTable =
+        "'rsrp_value':[-120,-100,-80],'current_value_4G':[600,300,100],"
+        "'current_value_5G':[900,500,200]";
+const std::string kMobile = "transmit:0,receive:0,mobileTx:1,mobileRx:0";
+
+std::string lte(int rsrp) {
+    return "connectState:2,level:1,rssi:0,rssnr:0,rsrq:0,rsrp:" + std::to_string(rsrp);
+}
+std::string nr(int rsrp) {
+    return "connectState:2,level:1,ssSinr:0,ssRsrp:" + std::to_string(rsrp) + ",ssRsrq:0";
+}
+
+class RadioHeatTest : public HeatSourceTest {
+  protected:
+    void startWithTable(const std::string& members) { start("'cellar_model':{" + members + "}"); }
+    /** What the modem draws for a signal, as the text on the traffic counts it; none: no sample. */
+    std::optional<int> currentFor(const std::string& signal, const std::string& traffic = kMobile) {
+        log.clear();
+        send(kNetworkInfo, signal);
+        send(kSpeedInfo, traffic);
+        for (const auto& line : log.lines()) {
+            int current = 0;
+            if (sscanf(line.text.c_str(), "cellularComp tempPower:%d", &current) == 1) {
+                return current;
+            }
+        }
+        return std::nullopt;
+    }
+};
+
+}  // namespace
+
+TEST_F(RadioHeatTest, findsTheModemsCurrentInItsTable) {
+    startWithTable(kTable);
+    const struct {
+        std::string signal;
+        int current;
+    } rows[] = {
+            {lte(-110), 450}, {nr(-110), 700},  {lte(-121), 0},  {lte(-120), 0},
+            {lte(-119), 585}, {lte(-100), 300}, {lte(-80), 100}, {lte(-70), 0},
+            {lte(-60), -100}, {nr(-119), 880},  {nr(-80), 200},  {"nonsense", -700},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(currentFor(row.signal), row.current) << row.signal;
+    }
+    for (const char* traffic : {"transmit:9,receive:9,mobileTx:0,mobileRx:0", "", "mobileTx:9",
+                                "transmit:0,receive:0,mobileTx:5,mobileRx:-6"}) {
+        EXPECT_EQ(currentFor(lte(-110), traffic), 0) << traffic;
+    }
+}
+
+TEST_F(RadioHeatTest, keepsTheRowsBeforeAWrongOne) {
+    startWithTable(
+            "'rsrp_value':[-120,-100,0],'current_value_4G':[600,300,100],"
+            "'current_value_5G':[900,500,200],'thermal_zone_type':['dead','nowhere']");
+    send(kNetworkInfo, "");
+    EXPECT_EQ(errors("cellularComp cellar_model conf is invalid"), 1U);
+    EXPECT_EQ(errors("cellularComp specifiedTz: dead, index:0"), 1U) << "zones are read still";
+    EXPECT_EQ(errors("cellularComp can not find tz: \"nowhere\"\n"), 1U);
+    EXPECT_EQ(currentFor(lte(-90)), 150);
+}
+
+namespace {
+
+struct OddTable {
+    const char* members;  // of "cellar_model"
+    int current;          // at -110 dBm
+};
+
+void PrintTo(const OddTable& table, std::ostream* stream) {
+    *stream << table.members;
+}
+
+class OddTableTest : public RadioHeatTest, public testing::WithParamInterface<OddTable> {};
+
+}  // namespace
+
+TEST_P(OddTableTest, givesTheModemsCurrent) {
+    startWithTable(GetParam().members);
+    EXPECT_EQ(currentFor(lte(-110)), GetParam().current) << GetParam().members;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+        All, OddTableTest,
+        testing::Values(
+                OddTable{"'rsrp_value':[-120],'current_value_4G':[600],'current_value_5G':[900]",
+                         600},
+                OddTable{"'rsrp_value':[-100],'current_value_4G':[600],'current_value_5G':[900]",
+                         0},
+                OddTable{"'rsrp_value':[-120,-120],'current_value_4G':[600,300],"
+                         "'current_value_5G':[9,9]",
+                         300},
+                OddTable{"'rsrp_value':[-120,-120,-100],'current_value_4G':[600,300,100],"
+                         "'current_value_5G':[9,9,9]",
+                         200},
+                OddTable{"'rsrp_value':[-120],'current_value_4G':[600],'current_value_5G':[]", 0},
+                OddTable{"'rsrp_value':[-120],'current_value_4G':[600]", 0},
+                OddTable{"'rsrp_value':'x','current_value_4G':[600],'current_value_5G':[900]", 0},
+                OddTable{"'rsrp_value':[],'current_value_4G':[],'current_value_5G':[]", 0},
+                OddTable{"'rsrp_value':['-120'],'current_value_4G':[6],'current_value_5G':[9]", 0},
+                OddTable{"'rsrp_value':[-120],'current_value_4G':[0],'current_value_5G':[900]",
+                         0}));
+
+TEST_F(RadioHeatTest, countsTextsAndSamplesAlike) {
+    addZone("pa", 45000);
+    addZone("base", 40000);
+    startWithTable(kTable + ",'thermal_zone_type':['pa','base']");
+    monitor();
+    for (int second = 1; second <= 20; ++second) {
+        runUntil(second);
+        if (second % 5 == 2) {
+            send(kNetworkInfo, nr(-110));
+            send(kSpeedInfo, kMobile);
+        }
+        setTemp(0, 45000 + 60 * second);
+    }
+    EXPECT_EQ(errors("cellularComp processRawSample tempDiff=5540, mTzPa=45540, mTzBase=40000"),
+              1U);
+    // Samples at 0, 5, 10, 15 and 20 s of 0 mW, four texts of 700 mA that carry no difference.
+    EXPECT_EQ(reported("cellular"),
+              "{'avgHeat':350,'keyFactor':{'NtcSlopOf':53,'Power':350,'avgDiffTempPerMin':3084}}");
+    EXPECT_EQ(reported("cellular"),
+              "{'avgHeat':350,'keyFactor':{'NtcSlopOf':-1,'Power':350,'avgDiffTempPerMin':-1}}")
+            << "the conversion took the samples";
+}
+
+TEST_F(RadioHeatTest, ignoresTextsWhileTheFeedHasAFigure) {
+    startWithTable(kTable);
+    monitor();
+    ASSERT_EQ(currentFor(lte(-110)), 450);
+    phone().perform(sim::Usage{{}, {{0, 3600, 200000}}, {{0, 3600, 500000}}, {}});
+    EXPECT_EQ(currentFor(lte(-80)), std::nullopt);
+    EXPECT_FALSE(log.has("cellularComp  CellularSignal: " + lte(-80)));
+    runUntil(5);
+    EXPECT_TRUE(log.has("cellularComp processRawSample energy=500"));
+    EXPECT_EQ(errors("wifiComp processRawSample, energy=200"), 1U);
+    EXPECT_EQ(errors("specified Tz is empty!"), 2U) << "no zones were named";
+    EXPECT_EQ(errors("cellularComp processRawSample tempDiff=0, mTzPa=-1, mTzBase=-1"), 1U);
+    phone().perform(sim::Usage{{}, {}, {{0, 3600, 0}}, {}});
+    EXPECT_EQ(currentFor(""), -700) << "the signal is new; 0 dBm lies far beyond the table";
+}
+
+TEST_F(RadioHeatTest, countsAZoneThatCannotBeReadAsMinusOne) {
+    addZone("pa", std::nullopt);
+    addZone("base", 40000);
+    startWithTable(kTable + ",'thermal_zone_type':['pa','base']");
+    monitor();
+    EXPECT_EQ(errors("cellularComp processRawSample tempDiff=-40001, mTzPa=-1, mTzBase=40000"), 1U);
+    setTemp(0, 200000);
+    runUntil(5);
+    EXPECT_EQ(errors("cellularComp processRawSample tempDiff=-40001, mTzPa=-1, mTzBase=40000"), 2U)
+            << "out of range";
+}
+
+TEST_F(RadioHeatTest, countsWifiTrafficWhileWifiIsEnabled) {
+    start();
+    const auto energyFor = [this](const std::string& signal, const std::string& traffic) {
+        log.clear();
+        send(kWifiInfo, signal);
+        send(kSpeedInfo, traffic);
+        for (const auto& line : log.lines()) {
+            int energy = 0;
+            if (sscanf(line.text.c_str(), "wifiComp processWifiSpeed,energy:%d", &energy) == 1) {
+                return std::optional(energy);
+            }
+        }
+        return std::optional<int>();
+    };
+    const std::string strong = ",ApState:13,linkSpeed:1,frequency:5180,rssi:-59,generation:6";
+    const std::string traffic = "transmit:10000,receive:1840,mobileTx:0,mobileRx:0";
+    EXPECT_EQ(energyFor("WifiState:1" + strong, traffic), std::nullopt) << "not enabled";
+    EXPECT_EQ(energyFor("WifiState:3" + strong, traffic), 192);
+    EXPECT_EQ(energyFor("WifiState:3", "transmit:5,receive:5,mobileTx:5,mobileRx:5"), 0);
+    EXPECT_EQ(energyFor("WifiState:3,ApState:11,x", traffic), 2) << "the rest is as it was";
+    monitor();
+    for (int second = 1; second <= 4; ++second) {
+        send(kSpeedInfo, traffic);
+    }
+    // Texts before monitoring, too: 192, 0 and 2, then the pass's 0 and four of 2; not the oldest.
+    EXPECT_EQ(reported("wifi"), "{'avgHeat':1,'keyFactor':{'Power':1}}");
+    runUntil(25);
+    EXPECT_EQ(reported("wifi"), "{'avgHeat':0}");
+}

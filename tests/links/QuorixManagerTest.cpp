@@ -1,0 +1,166 @@
+#include "links/QuorixManager.h"
+
+#include <limits>
+#include <optional>
+
+#include "support/EngineTest.h"
+
+namespace {
+
+using kelvo::QuorixManager;
+using Records = std::vector<sim::UsageRecord>;
+using Events = std::vector<std::string>;
+
+constexpr int64_t kMin = std::numeric_limits<int64_t>::min();
+constexpr int64_t kMax = std::numeric_limits<int64_t>::max();
+constexpr auto kNone = std::nullopt;
+
+const std::string kRegister = "{'event':'quorix','call':'register','value':2}";
+const std::string kStart = "{'event':'quorix','call':'inform','value':1}";
+const std::string kStop = "{'event':'quorix','call':'inform','value':2}";
+
+sim::Usage cpuReport(const Records& records) {
+    return {records, {}, {}, {}};
+}
+
+class QuorixManagerTest : public EngineTest {
+  protected:
+    void start() {
+        addZone("dead", std::nullopt);
+        setScenes(scene("default", 0, "dead"));
+        startPhone();
+        takeEvents();
+    }
+    void startRegistered() {
+        start();
+        manager().regCallBack();
+        takeEvents();
+        log.clear();
+    }
+    void setEngine(bool up) { phone().perform(sim::ServiceState{"quorix", up}); }
+    /** The figures after a report, in the order CPU, cellular, Wi-Fi, display. */
+    std::vector<int32_t> figuresAfter(const sim::Deed& report) {
+        phone().perform(report);
+        const kelvo::ModulePower& power = manager().power();
+        EXPECT_EQ(manager().getCellular(), power.cellular);
+        EXPECT_EQ(manager().getWifi(), power.wifi);
+        EXPECT_EQ(manager().getDisplay(), power.display);
+        return {power.cpu, power.cellular, power.wifi, power.display};
+    }
+    static QuorixManager& manager() { return QuorixManager::getInstance(); }
+};
+
+}  // namespace
+
+TEST_F(QuorixManagerTest, turnsEnergyIntoPower) {
+    startRegistered();
+    const struct {
+        Records records;
+        int32_t power;
+        const char* why;
+    } rows[] = {
+            {{{0, 3600, 1000}}, 1, "energy 1000 in 3.6 s"},
+            {{{1000, 2000, 500000}}, 1800, ""},
+            {{{1000, 2000, 400000}, {1500, 3000, 600000}}, 1800, "sum over the whole span"},
+            {{{0, 7200, 3999}}, 1, "toward zero"},
+            {{{0, 3600, 999}}, 0, "below 1 mW is a figure"},
+            {{{0, 1000, 0}}, -1, "no energy"},
+            {{{0, 1000, kNone}}, -1, "energy not said"},
+            {{{0, 9000, -5}, {1000, 2000, 100}}, 0, "what gives no energy does not widen the span"},
+            {{{kNone, 3599, 1000}}, 1, "no start counts as -1"},
+            {{{0, 3600, 500}, {kNone, kNone, 500}}, 0, "span from -1 to 3600"},
+            {{{5, kNone, 1000}}, -1, "no end: the span is negative"},
+            {{{2000, 2000, 1000}}, -1, "no span"},
+            {{{2000, 1000, 1000}}, -1, "end before start"},
+            {{{0, 1, kMax}}, std::numeric_limits<int32_t>::max(), "saturates"},
+            {{{0, 1, kMax}, {0, 1, kMax}}, -1, "the sum wraps below 0"},
+            {{{kMin, kMax, 1000}}, -1, "the span wraps to -1"},
+            {{{kMin, kMin, kMin}}, -1, ""},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(figuresAfter(cpuReport(row.records)),
+                  (std::vector<int32_t>{row.power, -1, -1, -1}))
+                << row.why;
+    }
+    EXPECT_EQ(figuresAfter(sim::Usage{
+                      {{0, 3600, 1000}}, {{0, 3600, 2000}}, {{0, 3600, 3000}}, {{0, 3600, 4000}}}),
+              (std::vector<int32_t>{1, 3, 2, 4}));
+    EXPECT_EQ(figuresAfter(sim::Usage{{}, {{0, 3600, 2000}}, {}, {}}),
+              (std::vector<int32_t>{-1, -1, 2, -1}))
+            << "no records of the others";
+    EXPECT_TRUE(log.has("qxManager: Parse Cellular Data  : duration sum : 3600, energy sum: 3000"));
+    EXPECT_TRUE(
+            log.has("qxManager: Parse ModuleUsage DEBUG (CPU : 1, Wifi : 2, Cellular : 3, "
+                    "Dispaly : 4)"));
+}
+
+TEST_F(QuorixManagerTest, keepsTheFiguresOfBytesThatAreNoReport) {
+    startRegistered();
+    const std::vector<int32_t> known = {1, -1, -1, -1};
+    ASSERT_EQ(figuresAfter(cpuReport({{0, 3600, 1000}})), known);
+    const struct {
+        std::string bytes;
+        std::string line;
+    } rows[] = {
+            {"", "qxManager: Pelko get data failed, aidl version: 1"},
+            {"\x12\x0a\x08", "qxManager: parseFromArray ModuleUsage Fail !"},
+            {"garbage", "qxManager: parseFromArray ModuleUsage Fail !"},
+            {std::string(200, '\xff'), "qxManager: parseFromArray ModuleUsage Fail !"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(figuresAfter(sim::UsageBytes{row.bytes}), known) << row.line;
+        EXPECT_EQ(log.count(ANDROID_LOG_ERROR, row.line), 1U);
+        log.clear();
+    }
+}
+
+TEST_F(QuorixManagerTest, readsReportsOfNewerEngines) {
+    startRegistered();
+    const std::string cpu("\x12\x0a\x08\x00\x10\x90\x1c\x20\xe8\x07\x78\x01", 12);  // field 15 too
+    EXPECT_EQ(figuresAfter(sim::UsageBytes{cpu + "\xf2\x06\x03" + "abc"}),
+              (std::vector<int32_t>{1, -1, -1, -1}))
+            << "unknown fields in record and message";
+    const std::string twice("\x52\x0a\x08\x00\x10\x90\x1c\x20\x01\x20\xe8\x07", 12);
+    EXPECT_EQ(figuresAfter(sim::UsageBytes{twice})[3], 1) << "the last of a field counts";
+    const std::string asText("\x12\x02\x22\x00", 4);
+    EXPECT_EQ(figuresAfter(sim::UsageBytes{asText})[0], -1) << "an energy of another type is none";
+}
+
+TEST_F(QuorixManagerTest, registersOnceAndTellsWhenToReport) {
+    start();
+    EXPECT_EQ(figuresAfter(cpuReport({{0, 3600, 1000}}))[0], -1) << "not registered";
+    manager().regCallBack();
+    EXPECT_EQ(manager().startQuorix(), 0);
+    EXPECT_TRUE(manager().isStarted());
+    manager().regCallBack();
+    EXPECT_EQ(manager().stopQuorix(), 0);
+    EXPECT_FALSE(manager().isStarted());
+    EXPECT_EQ(takeEvents(), (Events{kRegister, kStart, kStop}));
+    EXPECT_EQ(log.count("qxManager callback has been registered"), 1U);
+    EXPECT_EQ(log.count("QuorixModuleUsageCb construct"), 1U);
+    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "qxManager: informThermalEvent startQuorix ok"), 1U);
+    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "qxManager: informThermalEvent stopQuorix ok"), 1U);
+}
+
+TEST_F(QuorixManagerTest, findsTheEngineAgainAfterItsDeath) {
+    startRegistered();
+    ASSERT_EQ(figuresAfter(cpuReport({{0, 3600, 1000}}))[0], 1);
+    setEngine(false);
+    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "qxManager Quorix server died!"), 1U);
+    EXPECT_EQ(manager().power().cpu, 1) << "the figures stay";
+    manager().regCallBack();
+    EXPECT_EQ(manager().startQuorix(), -1);
+    EXPECT_EQ(manager().stopQuorix(), -1);
+    EXPECT_FALSE(manager().getQuorixService());
+    for (const char* line : {"qxManager: registerQuorixCallback getQuorixService fail",
+                             "qxManager: startQuorix getQuorixService fail",
+                             "qxManager: stopQuorix getQuorixService fail"}) {
+        EXPECT_EQ(log.count(ANDROID_LOG_ERROR, line), 1U) << line;
+    }
+    setEngine(true);
+    EXPECT_EQ(figuresAfter(cpuReport({{0, 3600, 2000}}))[0], 1) << "knows nobody yet";
+    EXPECT_EQ(manager().startQuorix(), 0) << "looks for it again";
+    manager().regCallBack();
+    EXPECT_EQ(takeEvents(), (Events{kStart, kRegister}));
+    EXPECT_EQ(figuresAfter(cpuReport({{0, 3600, 2000}}))[0], 2);
+}
