@@ -5,8 +5,11 @@
 
 #include "sim/services/AidlHealthService.h"
 #include "sim/services/ChargerService.h"
+#include "sim/services/FramesService.h"
 #include "sim/services/HidlHealthService.h"
+#include "sim/services/PanelService.h"
 #include "sim/services/PerformanceService.h"
+#include "sim/services/QuorixService.h"
 
 namespace sim {
 
@@ -33,6 +36,9 @@ const std::vector<ServiceKind>& serviceKinds() {
             {"performance", PerformanceService::kInstance, isOneOf<TaskStats>,
              make<PerformanceService>},
             {"charger", nullptr, isOneOf<BatteryCurrent>, make<ChargerService>},
+            {"panel", nullptr, isOneOf<Panel>, make<PanelService>},
+            {"frames", nullptr, isOneOf<Frames>, make<FramesService>},
+            {"quorix", nullptr, isOneOf<Usage, UsageBytes>, make<QuorixService>},
     };
     return kKinds;
 }
