@@ -6,7 +6,7 @@ namespace {
 
 class AmbientHeatTest : public EngineTest {
   protected:
-    // Twelve rounds fill the window; each estimate counts the device's °C as the air's.
+    // Twelve more rounds fill the window; each estimate counts the device's °C as the air's.
     void start() {
         addZone("dead", std::nullopt);
         setConfig("{'shell_temp_fitting_model':{" + scene("default", 0, "dead") +
@@ -31,7 +31,7 @@ class AmbientHeatTest : public EngineTest {
 
 TEST_F(AmbientHeatTest, reportsHowTheAirChanged) {
     start();
-    rounds(11, 25000);
+    rounds(12, 25000);  // the first only begins
     component.processRawSample();
     EXPECT_EQ(component.getHeatContribution(), 0) << "no estimate, no sample";
     rounds(1, 25000);
