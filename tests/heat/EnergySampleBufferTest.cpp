@@ -101,7 +101,7 @@ TEST_F(EnergySampleBufferTest, slopeIsThatOfTheLeastSquares) {
         covariance += ((i < 89 ? i : 90) - mean) * (i - 45);
         squares += (i - 45) * (i - 45);
     }
-    EXPECT_DOUBLE_EQ(buffer.getSlopeOf(), covariance / squares);
+    EXPECT_NEAR(buffer.getSlopeOf(), covariance / squares, 1e-12);
 }
 
 TEST_F(EnergySampleBufferTest, tellsHowTheAmbientChanged) {

@@ -1,0 +1,83 @@
+// The center with its own thread and callers on several others; the thread sanitizer watches.
+
+#include <binder/LocalServiceManager.h>
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <atomic>
+#include <thread>
+
+#include "heat/CellularCompHeat.h"
+#include "heat/HeatProcessCenter.h"
+#include "heat/WifiCompHeat.h"
+#include "sim/PhoneTree.h"
+#include "sim/services/PhoneServices.h"
+#include "support/Json.h"
+#include "support/LogCapture.h"
+
+namespace {
+
+constexpr int kRounds = 100;
+
+sim::Scenario phone() {
+    sim::Scenario scenario;
+    scenario.nodes = {{"/sys/class/kgsl/kgsl-3d0/devfreq/gpu_load", "50"},
+                      {"/sys/class/kgsl/kgsl-3d0/gpuclk", "450000000"}};
+    scenario.config.main =
+            json("{'thermal_status_model':{'temp_threshold_down':[]},"
+                 "'shell_temp_fitting_model':{'heatsource_detection':{'heatsource_model':"
+                 "{'device_name':['cpu','gpu'],'coefficient':[1,1]},'gpu_model':"
+                 "{'gpufreq':[300,600],'powermA':[100,250]}}}}");
+    return scenario;
+}
+
+}  // namespace
+
+TEST(HeatConcurrencyTest, samplesWhileItIsAskedStartedAndStopped) {
+    const LogCapture log;
+    const sim::Scenario scenario = phone();
+    sim::DeviceTree tree(getenv("KELVO_ROOT"));
+    sim::PhoneTree(tree, scenario).build();
+    android::installLocalServiceManager();
+    sim::PhoneServices services(scenario, sim::PhoneServices::launchHere, [](sim::Event) {});
+    services.perform(sim::TaskStats{"1\t1\t5000000\tx\n"});
+    services.start();
+    HeatProcessCenter& center = *HeatProcessCenter::getInstance();
+
+    const auto repeat = [](auto call) {
+        return std::thread([call] {
+            for (int i = 0; i < kRounds; ++i) {
+                call(i);
+            }
+        });
+    };
+    // Each stop wakes the sampling thread, so that it makes passes all the time.
+    const auto switchMonitor = [&](int) {
+        center.startMonitor();
+        center.stopMonitor();
+    };
+    std::thread callers[] = {
+            repeat(switchMonitor),
+            repeat(switchMonitor),
+            repeat([&](int) { center.getMainHeatCompent(); }),
+            repeat([&](int) { center.getCompentsHeat(); }),
+            repeat([&](int) { center.getCompentsHeatDetailInfo(); }),
+            repeat([&](int) { center.getCompentsHeatDetailInfo(); }),
+            repeat([&](int i) { center.collectBigData(std::to_string(i)); }),
+            repeat([&](int) {
+                std::string text = "transmit:1,receive:1,mobileTx:1,mobileRx:1";
+                WifiCompHeat::getInstance().processWifiSpeed(text);
+                CellularCompHeat::getInstance().processCellularSpeed(text);
+            }),
+    };
+    for (int i = 0; i < kRounds; ++i) {
+        services.perform(sim::ServiceState{"performance", i % 2 != 0});
+    }
+    for (std::thread& caller : callers) {
+        caller.join();
+    }
+    center.startMonitor();
+    EXPECT_NE(center.getCompentsHeatDetailInfo(), "");
+    EXPECT_TRUE(center.stopMonitor());
+    EXPECT_EQ(log.count("heatpc readSamples loop thread..."), 1U) << "one thread for all of it";
+}

@@ -1,0 +1,212 @@
+#include "heat/HeatProcessCenter.h"
+
+#include <gmock/gmock.h>
+
+#include "HeatSourceTest.h"
+#include "core/DataCollector.h"
+#include "core/KelvoState.h"
+#include "core/MessageManager.h"
+
+namespace {
+
+HeatProcessCenter& center() {
+    return *HeatProcessCenter::getInstance();
+}
+
+struct ModelCase {
+    const char* name;
+    const char* model;  // "heatsource_model"; empty: none
+    bool valid;
+    float cpu;
+};
+
+class HeatModelTest : public EngineTest, public testing::WithParamInterface<ModelCase> {};
+
+class HeatCenterTest : public HeatSourceTest {
+  protected:
+    /** Powers of processor (mW) and display (mW, from the feed) for the passes to come. */
+    void heat(int cpu, int display) {
+        phone().perform(sim::TaskStats{"1\t1\t" + std::to_string(cpu * 5000) + "\tx\n"});
+        sim::Usage usage;
+        usage.display = {{0, 3600, display * 1000}};
+        phone().perform(usage);
+    }
+};
+
+}  // namespace
+
+TEST_P(HeatModelTest, isUsableWholeOrNotAtAll) {
+    const std::string model = GetParam().model;
+    setConfig("{'shell_temp_fitting_model':{'heatsource_detection':{" +
+              (model.empty() ? "" : "'heatsource_model':" + model) + "}}}");
+    startPhone();
+    EXPECT_EQ(center().isInvalid(), !GetParam().valid);
+    EXPECT_EQ(center().getCoeffs("cpu"), GetParam().cpu);
+    center().startMonitor();
+    EXPECT_EQ(center().getCompentsHeatDetailInfo().empty(), !GetParam().valid);
+    EXPECT_EQ(center().stopMonitor(), GetParam().valid);
+    EXPECT_EQ(center().getMainHeatCompent().type, GetParam().valid ? AMBIENT : -1);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+        Models, HeatModelTest,
+        testing::Values(
+                ModelCase{"good", "{'device_name':['gpu','cpu'],'coefficient':[0.5,2]}", true, 2},
+                ModelCase{"twice", "{'device_name':['cpu','cpu'],'coefficient':[1,3]}", true, 3},
+                ModelCase{"otherName", "{'device_name':['npu'],'coefficient':[1]}", true, -1},
+                ModelCase{"noNames", "{'coefficient':[1]}", true, -1},
+                ModelCase{"noArray", "{'device_name':'cpu','coefficient':[1]}", true, -1},
+                ModelCase{"emptyArrays", "{'device_name':[],'coefficient':[]}", true, -1},
+                ModelCase{"noObject", "3", true, -1}, ModelCase{"absent", "", false, -1},
+                ModelCase{"zero", "{'device_name':['cpu','gpu'],'coefficient':[1,0]}", false, -1},
+                ModelCase{"text", "{'device_name':['cpu'],'coefficient':['1']}", false, -1},
+                ModelCase{"numberAsName", "{'device_name':[1],'coefficient':[1]}", false, -1},
+                ModelCase{"sizes", "{'device_name':['cpu'],'coefficient':[1,2]}", false, -1}),
+        [](const auto& row) { return row.param.name; });
+
+TEST_F(HeatCenterTest, namesTheMainSource) {
+    start();
+    monitor();
+    EXPECT_EQ(center().getMainHeatCompent().type, AMBIENT) << "0 beats what is unknown (-1)";
+    const struct {
+        int cpu;
+        int display;
+        int32_t type;
+        int32_t heat;
+    } rows[] = {{100, 99, CPU, 100}, {100, 101, DISPLAY, 101}, {100, 100, CPU, 100}};
+    double time = 5;
+    for (const auto& row : rows) {
+        heat(row.cpu, row.display);
+        runUntil(time += 25);
+        center().getMainHeatCompent();  // still of the row before, in part
+        runUntil(time += 25);
+        const auto main = center().getMainHeatCompent();
+        EXPECT_EQ(main.type, row.type) << row.cpu << " " << row.display;
+        EXPECT_EQ(main.heat, row.heat);
+    }
+}
+
+TEST_F(HeatCenterTest, summarisesInOneLine) {
+    start();
+    EXPECT_EQ(center().getCompentsHeat(), "");
+    monitor();
+    heat(700, 300);
+    runUntil(25);
+    EXPECT_EQ(center().getCompentsHeat(),
+              "cpu:700,display:300,cellular:0,wifi:0,gpu:0,ambient:0,ambient:-2147483648,");
+    center().stopMonitor();
+    EXPECT_EQ(center().getCompentsHeat(), "");
+    EXPECT_EQ(center().getCompentsHeatDetailInfo(), "");
+}
+
+TEST_F(HeatCenterTest, samplesWhileTheShellIsHot) {
+    start();
+    const auto passes = [this] { return errors("cpuComp processRawSample energy=0"); };
+    const auto setShell = [this](int32_t temp) {
+        phone().perform(sim::SetZones{{{0, temp}}});
+        phone().perform(sim::Transact{18, {std::to_string(temp)}, {}, 1000});  // wakes the fitting
+    };
+    const std::string made = "heatpc readSamples loop thread...";
+    setShell(38000);
+    runUntil(100);
+    EXPECT_EQ(errors(made), 0U) << "38.000 is not above";
+    setShell(38900);
+    runUntil(200);
+    EXPECT_EQ(errors(made), 0U) << "38.9 is the same whole degree";
+    setShell(37900);
+    runUntil(300);
+    setShell(38001);
+    runUntil(325);
+    EXPECT_EQ(errors(made), 1U);
+    EXPECT_GT(passes(), 0U);
+    EXPECT_NE(center().getCompentsHeat(), "");
+    setShell(36000);
+    runUntil(400);
+    EXPECT_NE(center().getCompentsHeat(), "") << "goes on down to 36.000";
+    setShell(35999);
+    runUntil(500);
+    EXPECT_EQ(center().getCompentsHeat(), "");
+    const size_t before = passes();
+    runUntil(600);
+    EXPECT_EQ(passes(), before);
+    setShell(39000);
+    runUntil(700);
+    EXPECT_GT(passes(), before);
+    EXPECT_EQ(errors(made), 1U) << "the same thread again";
+}
+
+TEST_F(HeatCenterTest, keepsItsCadence) {
+    start();
+    monitor();
+    runUntil(7);
+    const auto passes = [this] { return errors("gpuComp processRawSample energy=0"); };
+    EXPECT_EQ(passes(), 2U) << "at 0 and 5";
+    center().stopMonitor();
+    phone().perform(sim::SetProperties{});  // the loop takes its wake-up
+    monitor();
+    runUntil(11.9);
+    EXPECT_EQ(passes(), 2U) << "the wake-up at 7 began the cadence anew";
+    runUntil(12);
+    EXPECT_EQ(passes(), 3U);
+}
+
+TEST_F(HeatCenterTest, tellsListenersAndCountsForPackagesAndLevels) {
+    start();
+    const auto ask = [this](const std::string& package, double until) {
+        KelvoState::getInstance().updateState(package);
+        runUntil(until);
+        center().getCompentsHeat();
+    };
+    phone().perform(sim::Listen{"l", 10050});
+    monitor();
+    heat(700, 300);
+    ask("com.game", 25);
+    heat(900, 100);
+    ask("com.game", 60);
+    ask("SCREEN.OFF", 70);
+    takeEvents();
+    kelvo::KelvoMessage message;
+    message.what = kelvo::MSG_NOTIFY_HEAT_SOURCE;
+    message.iParam = 3;
+    message.iValue = 41000;
+    kelvo::MessageManager::getInstance().sendMessage(message);
+    phone().perform(sim::Dump{});
+    const std::string told =
+            "{'event':'notify_component_heat','listener':'l','level':3,'temp':41000,'detail':{";
+    EXPECT_THAT(takeEvents(), testing::Contains(testing::StartsWith(told)));
+    const Json::Value data = kelvo::DataCollector::getInstance().getData();
+    const Json::Value& game = data["heatsource"]["com.game"];
+    EXPECT_EQ(game["triCount"], 2);
+    EXPECT_EQ(game["maxhv_cpu"], 900);
+    EXPECT_EQ(game["avghv_cpu"], 800);
+    EXPECT_EQ(game["avghv_display"], 200);
+    EXPECT_EQ(game["reTime"], 60);
+    EXPECT_EQ(game["dayt"], "20260301");
+    EXPECT_EQ(game["avghl"], 0) << "a level of -1 is none";
+    EXPECT_FALSE(data["heatsource"].isMember("SCREEN.OFF"));
+    const Json::Value& level = data["heatlevelsource"]["-1"];
+    EXPECT_EQ(level["thStatus"], "-1");
+    EXPECT_EQ(level["triCount"], 4);
+    EXPECT_EQ(level["keeptime"], 45) << "from the first query to the last";
+    kelvo::DataCollector::getInstance().reset(0);
+    phone().perform(sim::Dump{});
+    EXPECT_TRUE(kelvo::DataCollector::getInstance().getData()["heatsource"].isNull());
+}
+
+TEST_F(HeatCenterTest, servesTheTestTransactions) {
+    start();
+    phone().perform(sim::Transact{106, {}, {{sim::ReplyType::Exception, sim::ReplyType::String}}});
+    EXPECT_EQ(takeEvents().front(), "{'event':'reply','code':106,'status':0,'values':[0,'']}");
+    for (const int32_t command : {1, 3, 4, 7, 5, 6, 8}) {
+        send(102, command);
+    }
+    EXPECT_EQ(errors("heatpc getMainHeatCompent type: 5, value:0"), 1U);
+    EXPECT_EQ(errors("heatpc getCompentsHeat cpu:-1,display:-1,cellular:-1,wifi:-1,gpu:-1,"
+                     "ambient:0,"),
+              1U);
+    EXPECT_EQ(errors("heatpc getCompentsHeatDetailInfo:cpu:-1,display:-1,cellular:-1,wifi:-1,"
+                     "gpu:-1,ambient:0,ambient:-2147483648,temp:0"),
+              1U);
+    send(102, 2);
+    EXPECT_FALSE(center().stopMonitor());
+}
