@@ -9,6 +9,7 @@
 #include "core/MessageManager.h"
 #include "core/Numeric.h"
 #include "core/Time.h"
+#include "links/ChargerProxyService.h"
 #include "shelltemp/ShellTempFitting.h"
 #include "thermalstatus/KelvoThermalStatus.h"
 
@@ -24,6 +25,7 @@ constexpr int32_t kShellTempAtom = 100001;
 constexpr int32_t kTenth = 100;             // m°C
 constexpr int64_t kMostAboveBoard = 20000;  // m°C
 constexpr int64_t kLoggedStep = 500;        // m°C
+constexpr int32_t kNoCurrent = -1;          // of a charger HAL that cannot be reached
 constexpr int32_t kNoTemp = std::numeric_limits<int32_t>::min();
 
 /** What the outputs of a cycle amount to. */
@@ -160,14 +162,22 @@ void KelvoState::updateDisplayState(int status) {
 }
 
 void KelvoState::updateState(const std::string& package) {
+    {
+        Mutex::Autolock lock(mMutex);
+        if (!mPackages.isSwitch(package)) {
+            return;
+        }
+    }
+    // Without the mutex: the HAL may take its time, or never answer.
+    const int32_t current = ChargerProxyService::getInstance().getBatteryCurrentNow();
     Mutex::Autolock lock(mMutex);
     if (!mPackages.isSwitch(package)) {
-        return;
+        return;  // another thread was faster
     }
     const int64_t now = kelvo::monotonicNanos();
     mPackages.setForeground(package, now);
     KLOGI("Update state foreground package: %s", package.c_str());
-    mPackages.record(now, std::nullopt);
+    mPackages.record(now, current != kNoCurrent ? std::optional(current) : std::nullopt);
 }
 
 void KelvoState::setChargingTime() {

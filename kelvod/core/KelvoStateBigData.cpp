@@ -9,6 +9,7 @@
 #include "core/KelvoState.h"
 #include "core/Log.h"
 #include "core/MessageManager.h"
+#include "core/Numeric.h"
 #include "core/ProcessId.h"
 #include "core/Time.h"
 
@@ -133,7 +134,8 @@ void KelvoState::getPkgBatteryBigDataRecord(const std::string& key, bool clear) 
         const int64_t seconds = mPackages.countedSecondsOf(package);
         if (seconds >= 1) {
             record[package] =
-                    std::to_string(charge * kNanosPerHour / seconds) + "_" + std::to_string(charge);
+                    std::to_string(kelvo::wrappingMul64(charge, kNanosPerHour) / seconds) + "_" +
+                    std::to_string(charge);
         }
     }
     DataCollector::getInstance().setData(kelvo::DC_PKG_CURRENT, key + "_pkgBattery", record);

@@ -34,4 +34,9 @@ inline int32_t wrappingMul(int32_t a, int32_t b) {
     return static_cast<int32_t>(static_cast<uint32_t>(a) * static_cast<uint32_t>(b));
 }
 
+/** 64-bit product, likewise. */
+inline int64_t wrappingMul64(int64_t a, int64_t b) {
+    return static_cast<int64_t>(static_cast<uint64_t>(a) * static_cast<uint64_t>(b));
+}
+
 }  // namespace kelvo

@@ -4,6 +4,7 @@
 #include "core/Log.h"
 #include "core/MessageManager.h"
 #include "core/Scene.h"
+#include "links/ChargerProxyService.h"
 #include "service/KelvoService.h"
 #include "service/ParcelText.h"
 #include "shelltemp/ShellTempFitting.h"
@@ -25,6 +26,7 @@ void KelvoService::setScreenStatus(const Parcel& data, Parcel&) {
     const int32_t status = data.readInt32();
     KLOGD("Kelvo screen status: %d", status);
     KelvoState::getInstance().updateDisplayState(status);
+    ChargerProxyService::getInstance().notifyScreenStatus(status);
 }
 
 void KelvoService::setCurrentPackage(const Parcel& data, Parcel&) {

@@ -1,8 +1,8 @@
 // Temperatures.
 
-#include <limits>
 #include <vector>
 
+#include "ambient/AmbientTempWatcher.h"
 #include "core/KelvoState.h"
 #include "core/Log.h"
 #include "service/KelvoService.h"
@@ -14,7 +14,6 @@ namespace {
 
 constexpr int32_t kBatteryModel = 3;  // kind of model that stands for the battery's own zones
 constexpr int32_t kNoTemp = -1;
-constexpr int32_t kNoAmbientTemp = std::numeric_limits<int32_t>::min();
 
 void writeTemps(android::Parcel& reply, const std::vector<int32_t>& temps) {
     reply.writeInt32(static_cast<int32_t>(temps.size()));
@@ -80,7 +79,7 @@ void KelvoService::isNewSafetyType(const Parcel&, Parcel& reply) {
 }
 
 void KelvoService::getAmbientTemp(const Parcel&, Parcel& reply) {
-    reply.writeInt32(kNoAmbientTemp);
+    reply.writeInt32(AmbientTempWatcher::getInstance().getAmbientTemp());
 }
 
 }  // namespace kelvo

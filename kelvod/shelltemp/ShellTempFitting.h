@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,8 +28,13 @@
  * "/proc/shell-temp". Its thread "st-fitting" runs from construction on.
  *
  * Thread-safe; what belongs to the fitting thread says so. Lock order: the main mutex, then the
- * loop's mutex or a leaf (specified zones, configuration, data collector, a singleton's creation);
- * the tsensors' mutex is taken without the main one.
+ * loop's mutex, the ambient estimator's or a leaf (specified zones, configuration, data collector,
+ * a singleton's creation); the tsensors' mutex is taken without the main one.
+ *
+ * With an ambient model a cycle asks the charger HAL for the battery current, the main mutex held:
+ * a HAL that hangs stops the cycles, and whoever changes or asks for scenes or models, until it
+ * answers or dies. Clients still get status, temperature and ambient temperature, which need no
+ * lock of this engine.
  */
 class ShellTempFitting : public android::Singleton<ShellTempFitting>,
                          private kelvo::PeriodicLoop::Client {
@@ -49,6 +55,7 @@ class ShellTempFitting : public android::Singleton<ShellTempFitting>,
     int updateScene(const std::string& scene, bool flag, int);
     /** Switches the models to a scene from the next cycle on. 1 switched, 0 kept. */
     int switchFittingScene(const std::string& scene);
+    /** Switch the ambient models; work thread and binder threads. */
     void updateChargeStatus(bool charging);
     void updateFoldStatus(bool folded);
 
@@ -58,7 +65,9 @@ class ShellTempFitting : public android::Singleton<ShellTempFitting>,
     int32_t getCurrentFittingModelType() const;
     /** Temperatures (m°C) of the zones that clients may ask for. 0, or -1. */
     int getSpecifiedZoneTemps(std::vector<int>& temps);
+    /** Ambient scenes with models, in a fixed order; a reload lists them again. */
     std::vector<std::string> getAmbientModelList() const;
+    /** Whether there is no "ambient_charge" scene: such a project never switches ambient sets. */
     bool isOldAmbientProject() const;
     /** 1 when the project is in "old_safety_project", 2 when it is not, -1 without that list. */
     int32_t isOldSafetyProject() const;
@@ -124,9 +133,15 @@ class ShellTempFitting : public android::Singleton<ShellTempFitting>,
     int getTsensorTemps();
     void getTsensorDataCollect();
 
+    // Ambient temperature (ShellTempFittingAmbient.cpp)
+    void fittingAmbientTemp(const kelvo::ZoneTemps& zoneTemps) REQUIRES(mMutex);
+    int fitAmbientModel(const kelvo::FittingModel& model, const kelvo::ZoneTemps& zoneTemps,
+                        std::optional<int32_t>& value) REQUIRES(mMutex);
+    int32_t ambientShellTemp(const kelvo::FittingModel& model, int32_t own) const REQUIRES(mMutex);
+    void switchAmbientFittingScene();
+
     // Scenes (ShellTempFittingScenes.cpp)
     void applyCadence(const std::string& scene, int32_t* interval);
-    void switchAmbientFittingScene();
     int updateTempFittingModel();
     int updateBackupFmList() REQUIRES(mMutex);
     std::string resetConfig() REQUIRES(mMutex);
@@ -142,6 +157,12 @@ class ShellTempFitting : public android::Singleton<ShellTempFitting>,
     kelvo::SpecifiedZones mSpecifiedZones;
     kelvo::TsensorCollector mTsensors;
 
+    // Only whether there is one counts. Atomic, not guarded: the ambient estimator asks for it
+    // while the fitting thread, which makes the estimator, holds the main mutex.
+    std::atomic<const FittingSet*> mAmbientChargeModel = nullptr;
+    mutable android::Mutex mNamesMutex;  // for the same reason; a leaf
+    std::vector<std::string> mAvailableAmbientModels GUARDED_BY(mNamesMutex);
+
     mutable android::Mutex mMutex;  // the main mutex: guards the members down to the loop
     kelvo::ZoneTable mZoneTable GUARDED_BY(mMutex);
     kelvo::AbnormalZones mAbnormalZones GUARDED_BY(mMutex);
@@ -150,11 +171,9 @@ class ShellTempFitting : public android::Singleton<ShellTempFitting>,
     FittingSet* mDefaultFittingModel GUARDED_BY(mMutex) = nullptr;
     FittingSet* mCurrentFittingModel GUARDED_BY(mMutex) = nullptr;
     FittingSet* mAmbientFittingModel GUARDED_BY(mMutex) = nullptr;
-    FittingSet* mAmbientChargeModel GUARDED_BY(mMutex) = nullptr;
     std::vector<FittingSet> mBackupFittingModels GUARDED_BY(mMutex);
     int32_t mBackupCount GUARDED_BY(mMutex) = 0;  // those still enabled
     std::map<int32_t, std::string> mModelNameByIndex GUARDED_BY(mMutex);
-    std::vector<std::string> mAvailableAmbientModels GUARDED_BY(mMutex);
     kelvo::ZoneTemps mZoneTemps GUARDED_BY(mMutex);  // of the latest cycle
     kelvo::FittingTemps mFittingTemps GUARDED_BY(mMutex);
     kelvo::FittingTemps mLastFittingTemps GUARDED_BY(mMutex);

@@ -4,6 +4,7 @@
 
 #include "config/KelvoConfig.h"
 #include "core/Log.h"
+#include "links/HealthInfoNotifier.h"
 #include "shelltemp/FittingModelParser.h"
 #include "shelltemp/ShellTempFitting.h"
 
@@ -47,6 +48,7 @@ int ShellTempFitting::initConfigLocked() {
         return -1;
     }
     // Not cleared before: a reload lists the names once more.
+    Mutex::Autolock lock(mNamesMutex);
     for (const std::string& name : mAmbientModelNames) {
         if (mSceneModels.contains(name)) {
             mAvailableAmbientModels.push_back(name);
@@ -146,6 +148,7 @@ ShellTempFitting::FittingSet* ShellTempFitting::getFittingScene(const std::strin
 
 void ShellTempFitting::chooseStartingModels() {
     FittingSet* const ambientCharge = getFittingScene("ambient_charge");
+    mCharging = HealthInfoNotifier::getInstance().getOnChargeStats();
     FittingSet* const ambient =
             mCharging && ambientCharge != nullptr ? ambientCharge : getFittingScene("ambient");
     Mutex::Autolock lock(mMutex);

@@ -89,6 +89,7 @@ int ShellTempFitting::getAndfitTemp() {
         mLastFittingTime = mFittingTime;
     }
     recordTempData(mZoneTemps);
+    fittingAmbientTemp(mZoneTemps);
     return 0;
 }
 

@@ -7,6 +7,7 @@
 #include "config/TimeUtils.h"
 #include "core/Log.h"
 #include "core/Time.h"
+#include "links/HealthInfoNotifier.h"
 #include "shelltemp/ShellTempFitting.h"
 
 using android::Mutex;
@@ -65,31 +66,6 @@ int ShellTempFitting::switchFittingScene(const std::string& scene) {
     return 1;
 }
 
-void ShellTempFitting::updateChargeStatus(bool charging) {
-    mCharging = charging;
-    switchAmbientFittingScene();
-}
-
-void ShellTempFitting::updateFoldStatus(bool folded) {
-    mFolded = folded;
-    switchAmbientFittingScene();
-}
-
-void ShellTempFitting::switchAmbientFittingScene() {
-    Mutex::Autolock lock(mMutex);
-    if (mAmbientChargeModel == nullptr) {
-        return;
-    }
-    const size_t wanted = (mCharging ? 1u : 0u) + (mFolded ? 2u : 0u);
-    const std::string& name = mAmbientModelNames[wanted];
-    const auto found = mSceneModels.find(name);
-    if (found == mSceneModels.end() || found->second.models.empty()) {
-        return;
-    }
-    mAmbientFittingModel = &found->second;
-    KLOGD("switch ambient fitting model to %s scene", name.c_str());
-}
-
 bool ShellTempFitting::fallbackWanted() const {
     Mutex::Autolock lock(mMutex);
     return mAbnormalZones.badZonesChanged() && mBackupCount >= 1;
@@ -138,16 +114,6 @@ int ShellTempFitting::updateBackupFmList() {
     return -1;
 }
 
-std::vector<std::string> ShellTempFitting::getAmbientModelList() const {
-    Mutex::Autolock lock(mMutex);
-    return mAvailableAmbientModels;
-}
-
-bool ShellTempFitting::isOldAmbientProject() const {
-    Mutex::Autolock lock(mMutex);
-    return mAmbientChargeModel == nullptr;
-}
-
 int32_t ShellTempFitting::isOldSafetyProject() const {
     Json::Value projects;
     if (KelvoConfig::getInstance().getConfig(&projects, {"old_safety_project"}) != 0) {
@@ -187,6 +153,8 @@ int32_t ShellTempFitting::getCurrentFittingModelType() const {
 void ShellTempFitting::openPrjUniqueFeature() {
     Mutex::Autolock lock(mMutex);
     if (mSceneModels.contains("wirless_charge")) {
+        // It listens for a wireless charger from now on, if it did not before.
+        HealthInfoNotifier::getInstance();
         KLOGD("load wirless_charge feature");
     }
 }
