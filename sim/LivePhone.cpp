@@ -20,12 +20,15 @@ LivePhone::LivePhone(const Scenario& scenario, const std::string& root, const st
     mPlayer.emplace(scenario, mPhone);
     mPlayer->feedTree(0);
     mBinder = std::make_unique<BinderPlatform>(programs, root, mTree.hostPath("/data"));
+    mServices = std::make_unique<LiveServices>(scenario, mTree, programs);
+    feedServices(0);
     mKelvod = std::make_unique<PhoneProcess>(kelvod, root, mLogPath);
     mFramework = std::make_unique<LiveFramework>(scenario, framework, root);
 }
 
 void LivePhone::advanceTo(int64_t timeMs) {
     mPlayer->feedTree(timeMs);
+    feedServices(timeMs);
     mShellTemp.takeLines([](std::string_view) {});  // or the daemon would find its pipe full
     while (const Deed* const deed = mPlayer->takeAction(timeMs)) {
         perform(*deed, timeMs);
@@ -34,26 +37,27 @@ void LivePhone::advanceTo(int64_t timeMs) {
     mFramework->work(timeMs);
 }
 
-bool LivePhone::canPerform(const Deed& deed) {
-    return std::visit(
-            Overloaded{[](const SetZones&) { return true; }, [](const SetNodes&) { return true; },
-                       [](const SetProperties&) { return true; },
-                       [](const auto& other) {
-                           return kIsFrameworkDeed<std::decay_t<decltype(other)>>;
-                       }},
-            deed);
+void LivePhone::feedServices(int64_t timeMs) {
+    mServices->takeEvents(timeMs);
+    if (const auto current = mPlayer->takeBatteryCurrent()) {
+        mServices->services().perform(BatteryCurrent{*current});
+    }
 }
 
 void LivePhone::perform(const Deed& deed, int64_t timeMs) {
-    std::visit(Overloaded{[this](const SetZones& zones) { mPhone.apply(zones); },
-                          [&](const SetNodes& nodes) { mPhone.apply(nodes, timeMs); },
-                          [this](const SetProperties& properties) { mPhone.apply(properties); },
-                          [this](const auto& other) {
-                              if constexpr (kIsFrameworkDeed<std::decay_t<decltype(other)>>) {
-                                  mFramework->add(mPlayer->actionsTaken() - 1);
-                              }
-                          }},
-               deed);
+    std::visit(
+            Overloaded{[this](const SetZones& zones) { mPhone.apply(zones); },
+                       [&](const SetNodes& nodes) { mPhone.apply(nodes, timeMs); },
+                       [this](const SetProperties& properties) { mPhone.apply(properties); },
+                       [this](const ServiceState& state) { mServices->services().perform(state); },
+                       [this](const auto& other) {
+                           if constexpr (kIsFrameworkDeed<std::decay_t<decltype(other)>>) {
+                               mFramework->add(mPlayer->actionsTaken() - 1);
+                           } else {
+                               mServices->services().perform(Deed(other));
+                           }
+                       }},
+            deed);
 }
 
 std::optional<ProcessEnding> LivePhone::ending() {

@@ -14,6 +14,7 @@
 #include "sim/Scenario.h"
 #include "sim/ScenarioPlayer.h"
 #include "sim/ShellTempNode.h"
+#include "sim/services/LiveServices.h"
 
 namespace sim {
 
@@ -50,6 +51,7 @@ class LivePhone {
 
   private:
     void perform(const Deed& deed, int64_t timeMs);
+    void feedServices(int64_t timeMs);
 
     const Scenario& mScenario;
     DeviceTree mTree;
@@ -58,6 +60,7 @@ class LivePhone {
     std::optional<ScenarioPlayer> mPlayer;
     const std::string mLogPath;
     std::unique_ptr<BinderPlatform> mBinder;  // outlives the daemon
+    std::unique_ptr<LiveServices> mServices;
     std::unique_ptr<PhoneProcess> mKelvod;
     std::unique_ptr<LiveFramework> mFramework;
     std::function<void(const Deed&)> mOnAction = [](const Deed&) {};

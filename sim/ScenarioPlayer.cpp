@@ -1,6 +1,7 @@
 #include "sim/ScenarioPlayer.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace sim {
 
@@ -20,6 +21,7 @@ ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, PhoneTree& phone)
     if (scenario.plant) {
         mPlant.emplace(*scenario.plant);
         mNextPlantMs = 0;
+        mPlantMoved = true;
     }
 }
 
@@ -44,7 +46,12 @@ void ScenarioPlayer::feedTree(int64_t timeMs) {
         mPlant->advanceTo(seconds);
         mPhone.apply(*mPlant);
         mNextPlantMs = (seconds + 1) * kPlantPeriodMs;
+        mPlantMoved = true;
     }
+}
+
+std::optional<int32_t> ScenarioPlayer::takeBatteryCurrent() {
+    return std::exchange(mPlantMoved, false) ? mPlant->batteryCurrent() : std::nullopt;
 }
 
 const Deed* ScenarioPlayer::takeAction(int64_t timeMs) {

@@ -32,6 +32,9 @@ class ScenarioPlayer {
     /** How many actions have been taken; the latest is the timeline's before this one. */
     size_t actionsTaken() const { return mNextAction; }
 
+    /** The battery current (mA) of a plant that has moved since it was last asked; else none. */
+    std::optional<int32_t> takeBatteryCurrent();
+
     /** Null without one. */
     const Plant* plant() const { return mPlant ? &*mPlant : nullptr; }
 
@@ -44,6 +47,7 @@ class ScenarioPlayer {
     std::optional<TraceRow> mNextRow;
     std::optional<Plant> mPlant;
     int64_t mNextPlantMs = kNever;
+    bool mPlantMoved = false;
     size_t mNextAction = 0;
 };
 

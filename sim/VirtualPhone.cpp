@@ -35,6 +35,7 @@ VirtualPhone::VirtualPhone(const Scenario& scenario)
     mProperties.emplace(mTree);
     mAtoms.emplace(mTree);
     mPlayer.emplace(scenario, mPhone);
+    feedServices();
     VirtualScheduler::get().setObserver([this] { collectEvents(); });
 }
 
@@ -73,11 +74,18 @@ int64_t VirtualPhone::nextTime() const {
 void VirtualPhone::runMoment(int64_t timeMs) {
     VirtualTime::advanceTo(timeMs);
     mPlayer->feedTree(timeMs);
+    feedServices();
     while (const Deed* const deed = mPlayer->takeAction(timeMs)) {
         apply(*deed);
     }
     VirtualScheduler::get().handleMessages();
     VirtualScheduler::get().runLoops();
+}
+
+void VirtualPhone::feedServices() {
+    if (const auto current = mPlayer->takeBatteryCurrent()) {
+        mServices.perform(BatteryCurrent{*current});
+    }
 }
 
 void VirtualPhone::perform(const Deed& deed) {

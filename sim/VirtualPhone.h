@@ -49,6 +49,7 @@ class VirtualPhone {
   private:
     int64_t nextTime() const;
     void runMoment(int64_t timeMs);
+    void feedServices();
     void apply(const Deed& deed);
     void collectEvents();
     void emit(const Event& event);

@@ -23,6 +23,8 @@ class PhoneService {
      * that only answers has nothing to do.
      */
     virtual void perform(const Deed&) {}
+    /** Hands over events that only wait to be handed over. */
+    virtual void takeEvents() {}
 };
 
 /** What a service is made with. Everything lives longer than the service. */

@@ -54,4 +54,10 @@ void PhoneServices::perform(const Deed& deed) {
     }
 }
 
+void PhoneServices::takeEvents() {
+    for (const auto& [name, running] : mRunning) {
+        running.service->takeEvents();
+    }
+}
+
 }  // namespace sim

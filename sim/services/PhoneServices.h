@@ -40,6 +40,9 @@ class PhoneServices {
     /** Starts or kills a service; one that is so already stays so. */
     void perform(const ServiceState& state);
 
+    /** Hands over what services of other processes have told. */
+    void takeEvents();
+
   private:
     struct Running {
         const ServiceKind* kind;
