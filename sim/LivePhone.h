@@ -46,9 +46,6 @@ class LivePhone {
     /** Which of the phone's processes has ended, and how; none while all run. */
     std::optional<ProcessEnding> ending();
 
-    /** Whether this kind of action can be performed live. */
-    static bool canPerform(const Deed& deed);
-
   private:
     void perform(const Deed& deed, int64_t timeMs);
     void feedServices(int64_t timeMs);

@@ -93,18 +93,6 @@ void VirtualPhone::perform(const Deed& deed) {
     VirtualScheduler::get().runLoops();
 }
 
-bool VirtualPhone::canPerform(const Deed& deed) {
-    return std::visit(
-            Overloaded{[](const SetZones&) { return true; }, [](const SetNodes&) { return true; },
-                       [](const SetProperties&) { return true; },
-                       [](const ServiceState&) { return true; },
-                       [](const auto& other) {
-                           using T = std::decay_t<decltype(other)>;
-                           return kIsFrameworkDeed<T> || kIsServiceDeed<T>;
-                       }},
-            deed);
-}
-
 void VirtualPhone::apply(const Deed& deed) {
     std::visit(Overloaded{[this](const SetZones& zones) { mPhone.apply(zones); },
                           [this](const SetNodes& nodes) { mPhone.apply(nodes, now()); },

@@ -43,9 +43,6 @@ class VirtualPhone {
     DeviceTree& tree() { return mTree; }
     int64_t now() const;
 
-    /** Whether this action can be replayed. */
-    static bool canPerform(const Deed& deed);
-
   private:
     int64_t nextTime() const;
     void runMoment(int64_t timeMs);

@@ -191,7 +191,6 @@ int runPhone(sim::LivePhone& phone, const sim::Scenario& scenario, double speed,
 
 int runLive(const LiveOptions& options) {
     const sim::Scenario scenario = sim::loadScenario(options.scenario);
-    refuseUnsupported(scenario, options.scenario, sim::LivePhone::canPerform, "run live");
     refuseProblems(scenario, options.scenario, sim::LiveFramework::problem);
     sim::checkTrace(scenario);
     StopSignals signals;
