@@ -31,7 +31,9 @@ int serveService(const std::string& name) {
     ServiceValues values;
     std::unique_ptr<PhoneService> service;
     const ServiceContext context{
-            .values = values, .onEvent = [](const Event& event) { writeLine(toJsonLine(event)); }};
+            .values = values,
+            .onEvent = [](const Event& event) { writeLine(toJsonLine(event)); },
+            .onClient = [] { writeLine(kServiceClient); }};
     for (std::string line; std::getline(std::cin, line);) {
         if (line == kServeCommand) {
             service = kind.make(context);

@@ -88,7 +88,9 @@ void ServiceProcess::takeEvents() {
     while (poll(&fd, 1, 0) == 1 && receive(mLink.get(), &mPending)) {
     }
     for (std::string line; takeLine(&line);) {
-        if (auto event = parseEvent(line)) {
+        if (line == kServiceClient) {
+            mContext.onClient();
+        } else if (auto event = parseEvent(line)) {
             mContext.onEvent(std::move(*event));
         }
     }

@@ -14,8 +14,10 @@ namespace sim {
 
 /** Tells the process that it knows all values; all other lines to it are actions. */
 inline constexpr char kServeCommand[] = "serve";
-/** What the process says when its service is registered; all other lines of it are events. */
+/** What the process says when its service is registered. */
 inline constexpr char kServiceReady[] = "ready";
+/** What it says when a client has registered a callback; all other lines of it are events. */
+inline constexpr char kServiceClient[] = "client";
 
 /** A service as a process of its own, told what happens line by line. Not thread-safe. */
 class ServiceProcess : public PhoneService {
@@ -32,6 +34,8 @@ class ServiceProcess : public PhoneService {
 
     void perform(const Deed& deed) override;
     void takeEvents() override;
+    /** Readable when events have come, or when the process has ended. */
+    int fd() const { return mLink.get(); }
     pid_t pid() const { return mProcess->pid(); }
 
   private:
