@@ -1,5 +1,10 @@
 // The engine with its own thread and callers on several others; the thread sanitizer watches.
 
+#include <limits>
+#include <memory>
+
+// The binder header needs the two above.
+#include <binder/LocalServiceManager.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <stdlib.h>
@@ -31,6 +36,7 @@ sim::Scenario phone() {
 }  // namespace
 
 TEST(ConcurrencyTest, servesCallersWhileItFitsAndReloads) {
+    android::installLocalServiceManager();
     const sim::Scenario scenario = phone();
     sim::DeviceTree tree(getenv("KELVO_ROOT"));
     sim::ShellTempNode node(tree);

@@ -1,0 +1,123 @@
+// What the fitting engine makes of the ambient models.
+
+#include "core/MessageManager.h"
+#include "shelltemp/ShellTempFitting.h"
+#include "support/EngineTest.h"
+
+namespace {
+
+const std::string kParams =
+        "'ambient_fitting':{"
+        "'paramter_name':['temp_coeff','tempSlope_coeff','power_coeff','const_coeff'],"
+        "'coefficient':[0.001,0,0,0],'temp_rate_threshold':40.0,'power_diff_threshold':500.0}";
+
+class AmbientFittingTest : public EngineTest {
+  protected:
+    AmbientFittingTest() {
+        addZone("skin", 31000);
+        addZone("cpu", 42000);
+        addZone("spare", 23000);
+    }
+    /** The shell's "default" is front over skin and core over cpu. */
+    void start(const std::string& ambientModels, const std::string& more = "") {
+        setScenes("'default':{'temp_model':{" + model("front", 0, "skin") + "," +
+                  model("core", 1, "cpu") + "}},'ambient':{'temp_model':{" + ambientModels + "}," +
+                  kParams + "}" + more);
+        startPhone();
+        runUntil(5);
+    }
+    static std::string sample(int32_t temp, int32_t power) {
+        return "AmbientTempWatcher updateSample temp:" + std::to_string(temp) +
+               ", power:" + std::to_string(power) + ", batteryCurrent:0";
+    }
+};
+
+constexpr char kOfShell[] = "fittingAmbientTemp temp is configure of shell.";
+
+}  // namespace
+
+TEST_F(AmbientFittingTest, takesTheShellsOwnTemperatureForItsName) {
+    start(model("power", 10, "cpu") + "," + model("front", 11, "spare"));
+    EXPECT_TRUE(log.has(sample(31000, 42000)));
+    EXPECT_TRUE(log.has(kOfShell));
+}
+
+TEST_F(AmbientFittingTest, takesTheModelsTemperatureWhenTheShellHasNone) {
+    start(model("power", 10, "cpu") + "," + model("back", 11, "spare") + "," +
+          model("front", 12, "skin") + "," + model("core", 13, "cpu"));
+    EXPECT_TRUE(log.has(sample(23000, 42000))) << "the first temperature, which is back";
+    EXPECT_TRUE(log.has("fittingAmbientTemp tempOfConf 23000"));
+}
+
+TEST_F(AmbientFittingTest, takesAnyOtherModelOnlyWithoutOneOfTheShell) {
+    start(model("power", 10, "cpu") + "," + model("air", 11, "spare") + "," +
+          model("core", 12, "skin"));
+    EXPECT_TRUE(log.has(sample(23000, 42000)));
+    EXPECT_FALSE(log.has(kOfShell));
+}
+
+TEST_F(AmbientFittingTest, needsBothPowerAndTemperature) {
+    const std::string unknown =
+            "'front':{'index':11,'type':2,'thermal_zone':['skin'],'coefficient':[1]}";
+    start(model("power", 10, "cpu") + "," + unknown);
+    EXPECT_EQ(log.count("fitting model (2) has not supported!"), 2u) << "and the round goes on";
+    EXPECT_FALSE(log.has(sample(31000, 42000)));
+}
+
+TEST_F(AmbientFittingTest, endsTheRoundAtAZoneThatCannotBeRead) {
+    start(model("air", 10, "spare") + "," + model("power", 11, "cpu"));
+    ASSERT_TRUE(log.has(sample(23000, 42000)));
+    setTemp(2, std::nullopt);
+    log.clear();
+    runUntil(10);
+    EXPECT_TRUE(log.has("Get temp(tz:2) failed in fittingAmbientTemp!"));
+    EXPECT_FALSE(log.has(sample(23000, 42000)));
+    setTemp(0, 32000);
+    takeWrites();
+    runUntil(15);
+    EXPECT_EQ(takeWrites(), std::vector<std::string>{"0 32000"}) << "the shell is fitted all along";
+}
+
+namespace {
+
+std::string ambientScene(const std::string& name) {
+    return ",'" + name + "':{'temp_model':{" + model("air", 10, "spare") + "," +
+           model("power", 11, "cpu") + "}," + kParams + "}";
+}
+
+std::string switchedTo(const std::string& scene) {
+    return "switch ambient fitting model to " + scene + " scene";
+}
+
+}  // namespace
+
+TEST_F(AmbientFittingTest, followsChargingAndFolding) {
+    start(model("air", 10, "spare") + "," + model("power", 11, "cpu"),
+          ambientScene("ambient_charge") + ambientScene("ambient_fold"));
+    phone().perform(sim::Health{.ac = true});
+    EXPECT_TRUE(log.has("switch charge state"));
+    EXPECT_EQ(log.count(switchedTo("ambient_charge")), 1u);
+    const auto fold = [this](int32_t status) {
+        phone().perform(sim::Transact{.code = 24, .args = {status}});
+    };
+    log.clear();
+    fold(0);
+    EXPECT_FALSE(log.has("AmbientTempWatcher clear recorded data: status changed."))
+            << "ambient_fold_charge is missing";
+    phone().perform(sim::Health{});
+    EXPECT_EQ(log.count(switchedTo("ambient_fold")), 1u);
+    fold(1);
+    EXPECT_EQ(log.count(switchedTo("ambient")), 1u);
+}
+
+TEST_F(AmbientFittingTest, startsWithTheChargingSetWhenItCharges) {
+    setScenes(scene("default", 0, "skin") + ambientScene("ambient") +
+              ",'ambient_charge':{'temp_model':{" + model("air", 10, "skin") + "," +
+              model("power", 11, "cpu") + "}," + kParams + "}");
+    scenario.healthHal = sim::HealthHal::Hidl;  // tells its state to whoever connects
+    buildPhone();
+    phone().perform(sim::Health{.usb = true});
+    ASSERT_TRUE(phone().start());
+    runUntil(5);
+    EXPECT_TRUE(log.has(sample(31000, 42000)));
+}

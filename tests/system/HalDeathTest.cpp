@@ -1,0 +1,191 @@
+// The daemon while the HALs' processes are killed and restarted.
+
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <stdlib.h>
+
+#include <atomic>
+#include <filesystem>
+#include <thread>
+
+#include "service/ServiceCodes.h"
+#include "sim/FrameworkClient.h"
+#include "sim/PhoneTree.h"
+#include "sim/services/ServiceProcess.h"
+#include "support/BinderWorld.h"
+#include "support/Json.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+constexpr int kDeaths = 100;
+constexpr int kWarmUp = 10;                     // deaths after which all threads have started
+constexpr int kMostThreads = 12;                // main, work, st-fitting, HIDL's and the pool of 8
+constexpr std::chrono::milliseconds kLook(20);  // a call to a HAL that is about to die is lost
+constexpr std::chrono::seconds kLimit(30);
+
+std::string programs() {
+    return fs::read_symlink("/proc/self/exe").parent_path();
+}
+
+int64_t entries(const std::string& folder) {
+    return std::distance(fs::directory_iterator(folder), {});
+}
+
+/** What a process holds of the system and of others. */
+struct Holdings {
+    int64_t descriptors = 0;
+    int64_t threads = 0;
+    int64_t handles = 0;  // to binders; 0 on the kernel's driver, which does not tell
+};
+
+Holdings holdingsOf(pid_t pid) {
+    const std::string process = "/proc/" + std::to_string(pid);
+    Holdings holdings{entries(process + "/fd"), entries(process + "/task"), 0};
+    if (!BinderWorld::onKernel()) {
+        for (const Json::Value& one : BinderWorld::hubState()["processes"]) {
+            if (one["pid"].asInt() == pid) {
+                holdings.handles = one["handles"].asInt64();
+            }
+        }
+    }
+    return holdings;
+}
+
+/** A HAL as a process, with what the daemon did to it. */
+class Hal {
+  public:
+    Hal(const std::string& kind, const std::string& root) : mKind(kind), mRoot(root) { start(); }
+
+    void killAndStart() {
+        mProcess.reset();
+        mClients = 0;
+        mLastStatus = -1;
+        start();
+    }
+    /** Looks for some milliseconds at what has come. */
+    void look() {
+        pollfd fd{mProcess->fd(), POLLIN, 0};
+        poll(&fd, 1, static_cast<int>(kLook.count()));
+        mProcess->takeEvents();
+    }
+    bool awaitClient() {
+        const Clock::time_point end = Clock::now() + kLimit;
+        while (mClients == 0 && Clock::now() < end) {
+            look();
+        }
+        return mClients > 0;
+    }
+    int clients() const { return mClients; }
+    int lastStatus() const { return mLastStatus; }
+
+  private:
+    void start() {
+        mProcess.emplace(sim::ServiceProcess::Place{programs() + "/phoneservice", mRoot, mRoot},
+                         sim::serviceKind(mKind), mContext);
+    }
+
+    const std::string mKind;
+    const std::string mRoot;
+    sim::ServiceValues mValues;
+    int mClients = 0;
+    int mLastStatus = -1;
+    const sim::ServiceContext mContext{.values = mValues,
+                                       .onEvent =
+                                               [this](const sim::Event& event) {
+                                                   mLastStatus =
+                                                           event.members.front().second.asInt();
+                                               },
+                                       .onClient = [this] { ++mClients; }};
+    std::optional<sim::ServiceProcess> mProcess;
+};
+
+/** A framework that calls the daemon without a pause, from a thread of its own. */
+class Load {
+  public:
+    Load() : mThread([this] { run(); }) {}
+    ~Load() {
+        mStop = true;
+        mThread.join();
+    }
+
+  private:
+    void run() {
+        sim::FrameworkClient client([](const sim::Event&) {});
+        for (int i = 0; !mStop; ++i) {
+            client.perform(sim::Transact{.code = kelvo::GET_AMBIENT_TEMP, .args = {}});
+            client.perform(sim::Transact{.code = kelvo::GET_ALL_SHELL_TEMPS, .args = {}});
+            client.perform(sim::Transact{.code = kelvo::SET_CURRENT_PACKAGE,
+                                         .args = {"package" + std::to_string(i % 2)}});
+        }
+    }
+
+    std::atomic<bool> mStop = false;
+    std::thread mThread;
+};
+
+class HalDeathTest : public testing::TestWithParam<const char*> {
+  protected:
+    void buildPhone() {
+        mScenario.zones = {{"skin", 30000}};
+        mScenario.config.main =
+                json("{'thermal_status_model':{'temp_threshold_down':[]},"
+                     "'shell_temp_fitting_model':{" +
+                     scene("default", 0, "skin") + "}}");
+        mScenario.properties["persist.sys.kelvo.enable"] = "1";
+        sim::PhoneTree(mTree, mScenario).build();
+        const char* const declared = sim::serviceKind(GetParam()).declared;
+        mTree.setNode("/vendor/etc/vintf/declared", declared != nullptr ? declared : "");
+    }
+    /** Tells the screen status until the charger has heard it. */
+    static bool tellScreen(Hal& charger, int32_t status) {
+        sim::FrameworkClient client([](const sim::Event&) {});
+        const Clock::time_point end = Clock::now() + kLimit;
+        while (charger.lastStatus() != status && Clock::now() < end) {
+            client.perform(sim::Transact{.code = kelvo::SET_SCREEN_STATUS, .args = {status}});
+            charger.look();
+        }
+        return charger.lastStatus() == status;
+    }
+
+    const std::string mRoot = getenv("KELVO_ROOT");
+    sim::DeviceTree mTree{mRoot};
+    sim::Scenario mScenario;
+};
+
+}  // namespace
+
+TEST_P(HalDeathTest, reconnectsEachTimeAndLosesNoThreadAndNoHandle) {
+    BinderWorld world;
+    buildPhone();
+    Hal health(GetParam(), mRoot);
+    Hal charger("charger", mRoot);
+    sim::PhoneProcess kelvod({programs() + "/kelvod"}, mRoot, mRoot + "/kelvod.log");
+    ASSERT_TRUE(health.awaitClient());
+    ASSERT_TRUE(tellScreen(charger, 1));
+    std::optional<Load> load(std::in_place);
+    Holdings warm;
+    for (int death = 0; death < kDeaths; ++death) {
+        health.killAndStart();
+        charger.killAndStart();
+        ASSERT_TRUE(health.awaitClient()) << death;
+        ASSERT_TRUE(tellScreen(charger, death)) << death;
+        ASSERT_FALSE(kelvod.ending()) << death;
+        if (death == kWarmUp) {
+            warm = holdingsOf(kelvod.pid());
+        }
+    }
+    load.reset();
+    const Holdings end = holdingsOf(kelvod.pid());
+    EXPECT_EQ(health.clients(), 1);
+    EXPECT_LE(end.descriptors, warm.descriptors);
+    EXPECT_LE(end.handles, warm.handles + 1) << "the load's process has one more or less";
+    EXPECT_LE(end.threads, kMostThreads);
+}
+
+INSTANTIATE_TEST_SUITE_P(Hals, HalDeathTest, testing::Values("health", "health-hidl"),
+                         [](const auto& info) {
+                             return std::string(info.param) == "health" ? "aidl" : "hidl";
+                         });
