@@ -98,7 +98,7 @@ TEST_F(AmbientFittingTest, followsChargingAndFolding) {
     EXPECT_TRUE(log.has("switch charge state"));
     EXPECT_EQ(log.count(switchedTo("ambient_charge")), 1u);
     const auto fold = [this](int32_t status) {
-        phone().perform(sim::Transact{.code = 24, .args = {status}});
+        phone().perform(sim::Transact{.code = 24, .args = {status}, .reply = {}});
     };
     log.clear();
     fold(0);

@@ -277,7 +277,7 @@ INSTANTIATE_TEST_SUITE_P(
                                   with(kNames, "1,2,3,4",
                                        ",'temp_rate_threshold':'40','power_diff_threshold':5"),
                                   false}),
-        [](const auto& info) { return info.param.name; });
+        [](const auto& test) { return test.param.name; });
 
 TEST_F(AmbientTempWatcherTest, namesTheSceneOfANewProjectThatFails) {
     const std::string models = "'temp_model':{" + model("m", 7, "skin") + "}";

@@ -21,7 +21,8 @@ class ChargerProxyServiceTest : public EngineTest {
     static int32_t current() { return ChargerProxyService::getInstance().getBatteryCurrentNow(); }
     void service(bool up) { phone().perform(sim::ServiceState{"charger", up}); }
     void screen(int32_t status) {
-        phone().perform(sim::Transact{.code = kelvo::SET_SCREEN_STATUS, .args = {status}});
+        phone().perform(
+                sim::Transact{.code = kelvo::SET_SCREEN_STATUS, .args = {status}, .reply = {}});
     }
     using Events = std::vector<std::string>;
 };

@@ -90,8 +90,8 @@ TEST_P(HealthInfoNotifierTest, survivesAServiceThatDiesEverySecond) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Hals, HealthInfoNotifierTest,
-                         testing::Values(HealthHal::Aidl, HealthHal::Hidl), [](const auto& info) {
-                             return info.param == HealthHal::Aidl ? "aidl" : "hidl";
+                         testing::Values(HealthHal::Aidl, HealthHal::Hidl), [](const auto& test) {
+                             return test.param == HealthHal::Aidl ? "aidl" : "hidl";
                          });
 
 TEST_F(HealthInfoNotifierTest, looksForTheAidlServiceOnceInFiveSeconds) {

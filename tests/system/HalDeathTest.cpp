@@ -115,10 +115,12 @@ class Load {
     void run() {
         sim::FrameworkClient client([](const sim::Event&) {});
         for (int i = 0; !mStop; ++i) {
-            client.perform(sim::Transact{.code = kelvo::GET_AMBIENT_TEMP, .args = {}});
-            client.perform(sim::Transact{.code = kelvo::GET_ALL_SHELL_TEMPS, .args = {}});
+            client.perform(sim::Transact{.code = kelvo::GET_AMBIENT_TEMP, .args = {}, .reply = {}});
+            client.perform(
+                    sim::Transact{.code = kelvo::GET_ALL_SHELL_TEMPS, .args = {}, .reply = {}});
             client.perform(sim::Transact{.code = kelvo::SET_CURRENT_PACKAGE,
-                                         .args = {"package" + std::to_string(i % 2)}});
+                                         .args = {"package" + std::to_string(i % 2)},
+                                         .reply = {}});
         }
     }
 
@@ -144,7 +146,8 @@ class HalDeathTest : public testing::TestWithParam<const char*> {
         sim::FrameworkClient client([](const sim::Event&) {});
         const Clock::time_point end = Clock::now() + kLimit;
         while (charger.lastStatus() != status && Clock::now() < end) {
-            client.perform(sim::Transact{.code = kelvo::SET_SCREEN_STATUS, .args = {status}});
+            client.perform(
+                    sim::Transact{.code = kelvo::SET_SCREEN_STATUS, .args = {status}, .reply = {}});
             charger.look();
         }
         return charger.lastStatus() == status;
@@ -186,6 +189,6 @@ TEST_P(HalDeathTest, reconnectsEachTimeAndLosesNoThreadAndNoHandle) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Hals, HalDeathTest, testing::Values("health", "health-hidl"),
-                         [](const auto& info) {
-                             return std::string(info.param) == "health" ? "aidl" : "hidl";
+                         [](const auto& test) {
+                             return std::string(test.param) == "health" ? "aidl" : "hidl";
                          });
