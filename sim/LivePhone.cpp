@@ -39,8 +39,8 @@ void LivePhone::advanceTo(int64_t timeMs) {
 
 void LivePhone::feedServices(int64_t timeMs) {
     mServices->takeEvents(timeMs);
-    if (const auto current = mPlayer->takeBatteryCurrent()) {
-        mServices->services().perform(BatteryCurrent{*current});
+    for (const Deed& deed : mPlayer->takePlantDeeds()) {
+        mServices->services().perform(deed);
     }
 }
 

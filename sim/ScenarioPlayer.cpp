@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "sim/PlantLoad.h"
+
 namespace sim {
 
 namespace {
@@ -50,14 +52,29 @@ void ScenarioPlayer::feedTree(int64_t timeMs) {
     }
 }
 
-std::optional<int32_t> ScenarioPlayer::takeBatteryCurrent() {
-    return std::exchange(mPlantMoved, false) ? mPlant->batteryCurrent() : std::nullopt;
+std::vector<Deed> ScenarioPlayer::takePlantDeeds() {
+    std::vector<Deed> deeds;
+    if (!std::exchange(mPlantMoved, false)) {
+        return deeds;
+    }
+    if (const auto current = mPlant->batteryCurrent()) {
+        deeds.emplace_back(BatteryCurrent{*current});
+    }
+    if (!mTaskStatsSet && !mPlant->params().threads.empty()) {
+        deeds.emplace_back(TaskStats{taskStatistics(*mPlant)});
+    }
+    return deeds;
 }
 
 const Deed* ScenarioPlayer::takeAction(int64_t timeMs) {
     const bool due = mNextAction < mScenario.timeline.size() &&
                      mScenario.timeline[mNextAction].timeMs <= timeMs;
-    return due ? &mScenario.timeline[mNextAction++].deed : nullptr;
+    if (!due) {
+        return nullptr;
+    }
+    const Deed& deed = mScenario.timeline[mNextAction++].deed;
+    mTaskStatsSet = mTaskStatsSet || std::holds_alternative<TaskStats>(deed);
+    return &deed;
 }
 
 void ScenarioPlayer::readRow() {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <vector>
 
 #include "sim/PhoneTree.h"
 #include "sim/Plant.h"
@@ -32,8 +33,11 @@ class ScenarioPlayer {
     /** How many actions have been taken; the latest is the timeline's before this one. */
     size_t actionsTaken() const { return mNextAction; }
 
-    /** The battery current (mA) of a plant that has moved since it was last asked; else none. */
-    std::optional<int32_t> takeBatteryCurrent();
+    /**
+     * What a plant that has moved since it was last asked makes services answer: the battery
+     * current, and the task statistics until an action has set them.
+     */
+    std::vector<Deed> takePlantDeeds();
 
     /** Null without one. */
     const Plant* plant() const { return mPlant ? &*mPlant : nullptr; }
@@ -48,6 +52,7 @@ class ScenarioPlayer {
     std::optional<Plant> mPlant;
     int64_t mNextPlantMs = kNever;
     bool mPlantMoved = false;
+    bool mTaskStatsSet = false;  // by an action
     size_t mNextAction = 0;
 };
 

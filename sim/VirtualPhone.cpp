@@ -83,8 +83,8 @@ void VirtualPhone::runMoment(int64_t timeMs) {
 }
 
 void VirtualPhone::feedServices() {
-    if (const auto current = mPlayer->takeBatteryCurrent()) {
-        mServices.perform(BatteryCurrent{*current});
+    for (const Deed& deed : mPlayer->takePlantDeeds()) {
+        mServices.perform(deed);
     }
 }
 
