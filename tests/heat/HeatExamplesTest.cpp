@@ -1,0 +1,87 @@
+// What the daemon calls the main heat source is what the examples' plants heat most with.
+
+#include <gmock/gmock.h>
+#include <json/writer.h>
+
+#include <algorithm>
+
+#include "sim/Plant.h"
+#include "sim/ScenarioParser.h"
+#include "support/EngineTest.h"
+
+namespace {
+
+struct Report {
+    int64_t timeMs;
+    Json::Value detail;
+    std::string main() const {
+        std::string best;
+        for (const std::string& name : detail.getMemberNames()) {
+            if (best.empty() || heat(name) > heat(best)) {
+                best = name;
+            }
+        }
+        return best;
+    }
+    int32_t heat(const std::string& name) const { return detail[name]["avgHeat"].asInt(); }
+};
+
+class HeatExamplesTest : public EngineTest {
+  protected:
+    /** The reports that a listener gets, without the one at the start of monitoring. */
+    std::vector<Report> play(const std::string& name) {
+        scenario = sim::loadScenario(std::string(KELVO_EXAMPLES) + "/" + name + "/scenario.json");
+        startPhone();
+        std::vector<Report> reports;
+        phone().setListener([&](const sim::Event& event) {
+            if (event.name == "notify_component_heat") {
+                reports.push_back({event.timeMs, event.members.back().second});
+            }
+        });
+        phone().perform(sim::Listen{"l", 10050});
+        phone().runUntil(scenario.durationMs);
+        EXPECT_GT(reports.size(), 3U);
+        reports.erase(reports.begin());
+        return reports;
+    }
+    /** Mean power (W) of a source of the plant. */
+    double power(const std::string& name, int64_t fromMs, int64_t toMs) const {
+        sim::Plant plant(*scenario.plant);
+        const auto& sources = plant.params().sources;
+        const auto source = static_cast<size_t>(
+                std::ranges::find(sources, name, &sim::PlantParams::Source::name) -
+                sources.begin());
+        double sum = 0;
+        int count = 0;
+        for (int64_t t = fromMs / 1000; t < toMs / 1000; ++t, ++count) {
+            plant.advanceTo(t);
+            sum += plant.sourcePower(source);
+        }
+        return sum / count;
+    }
+};
+
+}  // namespace
+
+TEST_F(HeatExamplesTest, aGameHeatsThroughItsProcessors) {
+    int64_t before = 275000;
+    for (const Report& report : play("game")) {
+        const double cpu = power("cpu", before, report.timeMs);
+        const double gpu = power("gpu", before, report.timeMs);
+        EXPECT_NEAR(static_cast<double>(report.heat("cpu")) / report.heat("gpu"), cpu / gpu, 0.15)
+                << report.timeMs;
+        EXPECT_NEAR(report.heat("cpu"), cpu * 5000, 700) << "5 K of the shell per watt";
+        EXPECT_THAT(report.main(), testing::AnyOf("cpu", "gpu")) << report.detail;
+        EXPECT_GE(report.detail["cpu"]["keyFactor"]["game.render"].asInt(), 1) << report.detail;
+        before = report.timeMs;
+    }
+}
+
+TEST_F(HeatExamplesTest, aChargingPhoneHeatsThroughOthers) {
+    const std::vector<Report> reports = play("charge");
+    EXPECT_EQ(reports.front().main(), "display") << reports.front().detail;
+    EXPECT_EQ(reports.back().main(), "cellular") << reports.back().detail;
+    for (const Report& report : reports) {
+        EXPECT_THAT(report.main(), testing::Not(testing::AnyOf("cpu", "gpu"))) << report.detail;
+    }
+}
