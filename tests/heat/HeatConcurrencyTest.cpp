@@ -1,13 +1,16 @@
 // The center with its own thread and callers on several others; the thread sanitizer watches.
 
+#include <aidl/vendor/zenta/hardware/performance/BnPerformance.h>
+#include <android/binder_manager.h>
 #include <binder/LocalServiceManager.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
-#include <atomic>
+#include <latch>
 #include <thread>
 
 #include "heat/CellularCompHeat.h"
+#include "heat/CpuCompHeat.h"
 #include "heat/HeatProcessCenter.h"
 #include "heat/WifiCompHeat.h"
 #include "sim/PhoneTree.h"
@@ -18,6 +21,23 @@
 namespace {
 
 constexpr int kRounds = 100;
+
+/** A performance service that answers when it is let. */
+class HangingService : public aidl::vendor::zenta::hardware::performance::BnPerformance {
+  public:
+    ndk::ScopedAStatus readCpuTaskstats(std::string* out) override {
+        mCalled.count_down();
+        mReleased.wait();
+        *out = "1\t1\t5000000\tx\n";
+        return ndk::ScopedAStatus::ok();
+    }
+    void waitForCall() { mCalled.wait(); }
+    void release() { mReleased.count_down(); }
+
+  private:
+    std::latch mCalled{1};
+    std::latch mReleased{1};
+};
 
 sim::Scenario phone() {
     sim::Scenario scenario;
@@ -80,4 +100,21 @@ TEST(HeatConcurrencyTest, samplesWhileItIsAskedStartedAndStopped) {
     EXPECT_NE(center.getCompentsHeatDetailInfo(), "");
     EXPECT_TRUE(center.stopMonitor());
     EXPECT_EQ(log.count("heatpc readSamples loop thread..."), 1U) << "one thread for all of it";
+}
+
+TEST(HeatConcurrencyTest, aHangingServiceHoldsUpNobodyButTheSampler) {
+    android::installLocalServiceManager();
+    const auto service = ndk::SharedRefBase::make<HangingService>();
+    const std::string name = std::string(HangingService::descriptor) + "/default";
+    ASSERT_EQ(AServiceManager_addService(service->asBinder().get(), name.c_str()), EX_NONE);
+    CpuCompHeat cpu;
+    cpu.processRawSample();  // arms
+    std::thread sampler([&cpu] { cpu.processRawSample(); });
+    service->waitForCall();
+    EXPECT_EQ(cpu.getHeatContribution(), -1);
+    EXPECT_EQ(cpu.getHeatInfo()->heat, -1);
+    cpu.collectBigData(true);
+    cpu.clearSamples();
+    service->release();
+    sampler.join();
 }

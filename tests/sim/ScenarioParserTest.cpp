@@ -103,13 +103,24 @@ TEST(ScenarioParser, refusesPlantsThatCannotBe) {
             {"\"z\":", "\"y\":", "plant.zones.y: no zone, or more than one, of this type"},
             {"\"step\": 0.1", "\"step\": 0.3",
              "plant.step: expected seconds of which whole steps make one second, 0.001 to 1"},
+            {"\"t\"", "\"t\\n\"",
+             "plant.threads[0].name: expected a name without tabs and line ends"},
+            {"\"share\": 1", "\"share\": 1.1",
+             "plant.threads[0].share: expected a share from 0 to 1"},
+            {"\"gpu\": {\"source\": \"s\"", "\"gpu\": {\"source\": \"t\"",
+             "plant.gpu.source: no source \"t\", did you mean \"s\"?"},
+            {"[2, 2]", "[2, 1]",
+             "plant.gpu.levels[1]: expected more of both than the level before"},
+            {"[[1, 1], [2, 2]]", "[]", "plant.gpu.levels: expected 1 to 1000 levels"},
     };
     const std::string good =
             R"({"duration": 1, "zones": [{"type": "z", "temp": 1}], "plant": {"step": 0.1,
                 "ambient": 25, "nodes": {"a": {"capacity": 10}},
                 "links": [{"between": ["a", "ambient"], "resistance": 2}],
                 "sources": {"s": {"node": "a", "power": [[0, 1]]}},
-                "zones": {"z": {"node": "a"}}}})";
+                "zones": {"z": {"node": "a"}},
+                "threads": [{"pid": 1, "tid": 2, "name": "t", "source": "s", "share": 1}],
+                "gpu": {"source": "s", "levels": [[1, 1], [2, 2]]}}})";
     EXPECT_EQ(refusal(good), "");
     for (const auto& row : cases) {
         std::string text = good;
