@@ -44,8 +44,12 @@ BinderClient::BinderClient(int uid, const sp<IBinder>& binder)
       : mUid(uid),
         mBinder(binder),
         mDeathRecipient(new BinderDeathRecipient(this)),
-        mNotifier(IKelvoNotifier::asInterface(binder)) {
-    const android::status_t status = binder->linkToDeath(mDeathRecipient);
+        mNotifier(IKelvoNotifier::asInterface(binder)) {}
+
+// Not in the constructor: the notice may come at once, on another thread, whose reference must not
+// be the only one.
+void BinderClient::onFirstRef() {
+    const android::status_t status = mBinder->linkToDeath(mDeathRecipient);
     KLOGI("Register notifier successfully.");
     if (status == android::DEAD_OBJECT) {
         handleBinderDied();  // no notice would come any more

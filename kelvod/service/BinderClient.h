@@ -17,7 +17,7 @@ namespace kelvo {
  */
 class BinderClient : public android::RefBase {
   public:
-    /** Links to the listener's death. */
+    /** Links to the listener's death once the client is held. */
     BinderClient(int uid, const android::sp<android::IBinder>& binder);
 
     void notifyCallback(int status);
@@ -32,6 +32,7 @@ class BinderClient : public android::RefBase {
     class BinderDeathRecipient;
 
     ~BinderClient() override;
+    void onFirstRef() override;
 
     template <typename Call>
     int32_t callUnlessFailed(int32_t& result, Call call) REQUIRES(mMutex);
