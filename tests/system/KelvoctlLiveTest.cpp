@@ -134,7 +134,11 @@ TEST_F(KelvoctlLiveTest, watchesTheNextDaemonWhenOneDies) {
     EXPECT_TRUE(next().starts_with("{\"event\":\"notify_thermal_status\"")) << "of the new one";
     EXPECT_TRUE(next().starts_with("{\"event\":\"notify_thermal_broadcast\""));
     EXPECT_EQ(out({"notify", "5"}), "ok\n");
-    EXPECT_EQ(next(), "{\"event\":\"notify_thermal_status\",\"status\":5}");
+    std::string line = next();
+    while (!line.empty() && line.find(":5}") == std::string::npos) {
+        line = next();  // what the new daemon makes of its first temperature
+    }
+    EXPECT_EQ(line, "{\"event\":\"notify_thermal_status\",\"status\":5}");
     watch.signal(SIGTERM);
     const std::string said = watch.wait().err;
     EXPECT_NE(said.find("kelvoctl: the daemon has gone, waiting for it to come back: kelvo\n"
