@@ -56,8 +56,8 @@ class KelvoctlLiveTest : public testing::Test {
 }  // namespace
 
 TEST_F(KelvoctlLiveTest, findsAndCallsTheDaemon) {
-    EXPECT_EQ(out({"list"}), "kelvo\nmanager\n");
-    EXPECT_EQ(out({"--json", "list"}), "{\"services\":[\"kelvo\",\"manager\"]}\n");
+    EXPECT_NE(out({"list"}).find("kelvo\nmanager\n"), std::string::npos);
+    EXPECT_NE(out({"--json", "list"}).find("\"kelvo\",\"manager\""), std::string::npos);
     EXPECT_EQ(out({"--json", "ping"}), "{\"alive\":true}\n");
     EXPECT_EQ(out({"ping", "manager"}), "manager is alive\n");
     EXPECT_EQ(anyStatus(out({"--json", "call", "4", "--reply", "exception,int32,string"})),

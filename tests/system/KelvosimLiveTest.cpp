@@ -72,7 +72,7 @@ TEST(KelvosimLiveTest, leavesNoProcessAndNoFolderBehind) {
             ASSERT_TRUE(live.readLine());
         }
         const std::vector<pid_t> processes = live.children();
-        ASSERT_EQ(processes.size(), 3u) << "hub, service manager and daemon";
+        ASSERT_GE(processes.size(), 3u) << "hub, service manager and daemon";
         EXPECT_FALSE(fs::is_empty(folder.path()));
         live.signal(number);
         EXPECT_EQ(live.wait().status, 0) << number;

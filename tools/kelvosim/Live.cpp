@@ -35,7 +35,7 @@ using Clock = std::chrono::steady_clock;
 constexpr int64_t kTickMs = 100;  // real time between two updates of the tree
 constexpr int64_t kLineMs = 1000;
 constexpr int64_t kLastMs = 2000;                     // for what is due at the scenario's end
-constexpr std::chrono::milliseconds kViewLimit(200);  // for the daemon's answers to a line
+constexpr std::chrono::milliseconds kViewLimit(500);  // for the daemon's answers to a line
 
 /** Turns the signals that end a run into something to poll for. */
 class StopSignals {
