@@ -60,7 +60,7 @@ TEST(KelvosimReplayTest, givesTheSameEventsOnEveryRun) {
 
 TEST(KelvosimReplayTest, showsInTheShellWhatTheExamplesAreFor) {
     const std::map<std::string, std::vector<int32_t>> outputs{
-            {"scenes", {32500, 34500, 32500, 33500, 34500, 33500}},
+            {"scenes", {32500, 34500, 32500, 31000, 32500, 33500, 34500, 33500}},
             {"failing-zone", {32500, 33300, 34300, 31800, 33000}}};
     for (const auto& [name, expected] : outputs) {
         std::vector<int32_t> written;
@@ -72,6 +72,8 @@ TEST(KelvosimReplayTest, showsInTheShellWhatTheExamplesAreFor) {
     const auto log = [](const std::string& name) {
         return Program::run("kelvosim", {"replay", example(name), "--log", "-"}).out;
     };
+    EXPECT_THAT(log("scenes"),
+                HasSubstr("110.000 E current scene is wireless charge, ignore flash scene\n"));
     EXPECT_THAT(log("scenes"),
                 AllOf(HasSubstr("40.000 E current scene is flashon, ignore screen fold scene\n"),
                       HasSubstr("200.000 E Same operator code:0\n")));
