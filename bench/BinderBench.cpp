@@ -2,12 +2,10 @@
 // through one relay. Then how many calls a second there are with several callers.
 
 #include <poll.h>
-#include <sched.h>
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdint>
@@ -21,6 +19,7 @@
 #include "BinderPeer.h"
 #include "ForkedProcess.h"
 #include "RelayFloor.h"
+#include "RoundTrips.h"
 #include "sim/DeviceTree.h"
 
 namespace {
@@ -28,63 +27,17 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr double kBudget = 2.0;
-// Both take turns in blocks, so that what the machine does besides hits both.
-constexpr int kBlocks = 200;
-constexpr int kRoundsInBlock = 100;
-constexpr int kWarmUpBlocks = 5;
 constexpr int kStartLimitMs = 10000;
 constexpr std::chrono::seconds kThroughputTime(2);
-
-/** Lengths of round trips in microseconds. */
-class Samples {
-  public:
-    template <typename RoundTrip>
-    bool addBlock(const RoundTrip& roundTrip) {
-        for (int i = 0; i < kRoundsInBlock; ++i) {
-            const Clock::time_point start = Clock::now();
-            if (!roundTrip()) {
-                return false;
-            }
-            mMicros.push_back(
-                    std::chrono::duration<double, std::micro>(Clock::now() - start).count());
-        }
-        return true;
-    }
-    void clear() { mMicros.clear(); }
-    double percentile(size_t percent) {
-        std::ranges::sort(mMicros);
-        return mMicros[mMicros.size() * percent / 100];
-    }
-
-  private:
-    std::vector<double> mMicros;
-};
-
-bool isWithin(const std::string& what, double call, double floor) {
-    std::printf("small call, %s: %.1f us, relay %.1f us: %.2f x (budget %.1f)\n", what.c_str(),
-                call, floor, call / floor, kBudget);
-    return call <= kBudget * floor;
-}
 
 /** 0 when both figures keep the budget. */
 int measureRoundTrips(const bench::RelayFloor& relay, const std::string& where) {
     const bench::BinderCaller caller;
-    Samples calls;
-    Samples floor;
-    for (int block = -kWarmUpBlocks; block < kBlocks; ++block) {
-        if (block == 0) {
-            calls.clear();
-            floor.clear();
-        }
-        if (!floor.addBlock([&] { return relay.roundTrip(); }) ||
-            !calls.addBlock([&] { return caller.roundTrip(); })) {
-            std::fprintf(stderr, "binder_bench: a round trip failed\n");
-            return 1;
-        }
-    }
-    const bool median = isWithin(where + ", median", calls.percentile(50), floor.percentile(50));
-    const bool tail = isWithin(where + ", 95 %", calls.percentile(95), floor.percentile(95));
-    return median && tail ? 0 : 1;
+    return bench::keepsBudget({"small call, " + where, "relay", kBudget,
+                               [&] { return caller.roundTrip(); },
+                               [&] { return relay.roundTrip(); }})
+                   ? 0
+                   : 1;
 }
 
 /** Calls until the time is over; how many go to the pipe. */
@@ -161,14 +114,6 @@ std::unique_ptr<bench::ForkedProcess> startServer() {
     return serves ? std::move(server) : nullptr;
 }
 
-/** This process and those that it starts share one processor from now on. */
-void useOneProcessor() {
-    cpu_set_t processors;
-    CPU_ZERO(&processors);
-    CPU_SET(static_cast<size_t>(sched_getcpu()), &processors);
-    sched_setaffinity(0, sizeof(processors), &processors);
-}
-
 /** Starts hub and server, then measures in a process of its own; 0 when that returns 0. */
 int withServer(const std::function<int()>& measure) {
     const sim::TemporaryFolder root("kelvo-bench-");
@@ -205,7 +150,7 @@ int main() {
     // Which processors the scheduler gives three processes in turn would decide the comparison:
     // only the figures of a single one are held to the budget.
     const int status = bench::ForkedProcess([] {
-                           useOneProcessor();
+                           bench::useOneProcessor();
                            return measureRoundTripsOn("one processor");
                        }).wait();
     measureRoundTripsOn("any processor");
