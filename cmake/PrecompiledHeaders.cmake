@@ -1,0 +1,17 @@
+# Headers of others that most files of a target parse. The files include what they need all the
+# same: the clang and release presets build without, and clang-tidy reads them so.
+set(KELVO_STD_HEADERS
+    <algorithm> <array> <atomic> <cstdint> <cstring> <functional> <limits> <map> <memory>
+    <optional> <string> <string_view> <utility> <vector>)
+set(KELVO_BINDER_HEADERS
+    ${KELVO_STD_HEADERS} <binder/Binder.h> <binder/IPCThreadState.h> <binder/IServiceManager.h>
+    <binder/Parcel.h>)
+
+# kelvo_precompile(TARGET HEADERS...)
+function(kelvo_precompile target)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        # Lets compiler caches see through the precompiled header.
+        target_compile_options(${target} PRIVATE -fpch-preprocess)
+    endif()
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+endfunction()
