@@ -19,9 +19,9 @@ TEST(KelvosimLevel, isTheOneThatCanHoldWithTheStatus) {
         std::optional<int32_t> before;
         std::optional<int32_t> level;
     } rows[] = {
-            {0, 20, {}, 0},  {0, 35.5, {}, 1}, {0, 35.5, 0, 0}, {0, 36, 0, 1},
-            {0, 35, 1, 1},   {0, 34.9, 1, 0},  {1, 37.5, 1, 2}, {1, 39.5, 2, 2},
-            {1, 39.5, 3, 3}, {1, 50, {}, 3},   {5, 37, 1, {}},  {1, 20, {}, {}},
+            {0, 20, {}, 0},   {0, 35.5, {}, 0}, {0, 35.5, 1, 1}, {0, 36, 0, 1},   {0, 35, 1, 1},
+            {0, 34.9, 1, 0},  {1, 37.5, 1, 2},  {1, 39.5, 1, 2}, {1, 39.5, 2, 2}, {1, 39.5, 3, 3},
+            {1, 39.5, {}, 2}, {1, 50, {}, 3},   {5, 37, 1, {}},  {1, 20, {}, {}},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(levelOf(levels, row.status, row.celsius, row.before), row.level)

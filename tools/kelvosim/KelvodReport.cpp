@@ -6,16 +6,19 @@ std::optional<int32_t> levelOf(const ThermalThresholds& thresholds, int32_t stat
                                std::optional<int32_t> before) {
     const auto& [hold, holdDown, statuses] = thresholds;
     const size_t levels = std::min({hold.size(), holdDown.size(), statuses.size()});
-    std::optional<int32_t> found;
+    std::vector<int32_t> possible;
     for (size_t i = 0; i < levels; ++i) {
         const bool isLow = i > 0 && celsius < holdDown[i];
         const bool isHigh = i + 1 < levels && celsius >= hold[i + 1];
-        const auto level = static_cast<int32_t>(i);
-        if (statuses[i] == status && !isLow && !isHigh && (!found || found != before)) {
-            found = level;
+        if (statuses[i] == status && !isLow && !isHigh) {
+            possible.push_back(static_cast<int32_t>(i));
         }
     }
-    return found;
+    if (possible.empty()) {
+        return std::nullopt;
+    }
+    // A rise ends at the lowest of them, a fall at the highest.
+    return std::clamp(before.value_or(possible.front()), possible.front(), possible.back());
 }
 
 std::optional<std::string> mainHeatSource(const Json::Value& report) {

@@ -26,7 +26,7 @@ struct ThermalThresholds {
 
 /**
  * The level that has this status and may hold at this temperature (°C); no call tells it. Where
- * two may, `before` stays when it is one of them, else it is the higher. None when none may.
+ * several may, the one that is nearest to `before`, else the lowest. None when none may.
  */
 std::optional<int32_t> levelOf(const ThermalThresholds& thresholds, int32_t status, double celsius,
                                std::optional<int32_t> before);
