@@ -24,7 +24,9 @@ VirtualPhone::VirtualPhone(const Scenario& scenario)
                   [this](Event event) { emitNow(std::move(event)); }) {
     const auto manager = android::installLocalServiceManager();
     for (const std::string& instance : mServices.declaredInstances()) {
-        manager->declareService(android::String16(instance.c_str()));
+        if (!isHidlInstance(instance)) {  // nobody else could bring what this thread waits for
+            manager->declareService(android::String16(instance.c_str()));
+        }
     }
     mServices.start();
     // Local time in replay is UTC.

@@ -5,6 +5,7 @@
 #include <binder/IServiceManager.h>
 #include <hidl/HidlProxy.h>
 #include <log/log.h>
+#include <unistd.h>
 
 #include <algorithm>
 
@@ -14,14 +15,23 @@ using hidl::base::V1_0::IBase;
 
 namespace {
 
-sp<IBinder> findBinder(const std::string& name, Wait wait) {
+constexpr useconds_t kRetryPause = 10000;  // µs
+
+bool waitsFor(const String16& name, Wait wait) {
+    return wait == Wait::kWhenDeclared && defaultServiceManager()->isDeclared(name);
+}
+
+sp<IBinder> findBinder(const String16& name, bool waits) {
     const sp<IServiceManager> manager = defaultServiceManager();
-    const String16 name16(name.c_str());
-    if (manager == nullptr) {
-        return nullptr;
+    return waits ? manager->waitForService(name) : manager->checkService(name);
+}
+
+Return<bool> speaksInterface(const sp<IBinder>& binder, const char* descriptor) {
+    sp<IBase> object = localObject(binder);
+    if (object == nullptr) {
+        object = new HidlProxy<IBase>(binder);
     }
-    const bool waits = wait == Wait::kWhenDeclared && manager->isDeclared(name16);
-    return waits ? manager->waitForService(name16) : manager->checkService(name16);
+    return hasInterface(object, descriptor);
 }
 
 }  // namespace
@@ -43,15 +53,26 @@ std::string serviceName(std::string_view descriptor, std::string_view instance) 
 
 sp<IBinder> findService(const char* descriptor, const std::string& instance, Wait wait) {
     const std::string name = serviceName(descriptor, instance);
-    const sp<IBinder> binder = findBinder(name, wait);
+    if (defaultServiceManager() == nullptr) {
+        return nullptr;
+    }
+    const String16 name16(name.c_str());
+    const bool waits = waitsFor(name16, wait);
+    sp<IBinder> binder = findBinder(name16, waits);
     if (binder == nullptr) {
         return nullptr;
     }
-    sp<IBase> object = localObject(binder);
-    if (object == nullptr) {
-        object = new HidlProxy<IBase>(binder);
+    Return<bool> speaks = speaksInterface(binder, descriptor);
+    // The service manager hears of a death no sooner than others do: who waits for the next service
+    // may be given the one that has just died.
+    while (waits && speaks.isDeadObject()) {
+        usleep(kRetryPause);
+        binder = findBinder(name16, waits);
+        if (binder == nullptr) {
+            return nullptr;
+        }
+        speaks = speaksInterface(binder, descriptor);
     }
-    const Return<bool> speaks = hasInterface(object, descriptor);
     if (!speaks.isOk() || !speaks) {
         ALOGE("the service %s does not answer as %s: %s", name.c_str(), descriptor,
               speaks.description().c_str());

@@ -32,7 +32,7 @@ constexpr char kHidlHealth[] = "health-hidl";
 const std::vector<ServiceKind>& serviceKinds() {
     static const std::vector<ServiceKind> kKinds = {
             {"health", AidlHealthService::kInstance, isOneOf<Health>, make<AidlHealthService>},
-            {kHidlHealth, nullptr, isOneOf<Health>, make<HidlHealthService>},
+            {kHidlHealth, HidlHealthService::kInstance, isOneOf<Health>, make<HidlHealthService>},
             {"performance", PerformanceService::kInstance, isOneOf<TaskStats>,
              make<PerformanceService>},
             {"charger", nullptr, isOneOf<BatteryCurrent>, make<ChargerService>},

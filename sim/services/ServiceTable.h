@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "sim/Scenario.h"
@@ -16,6 +17,11 @@ struct ServiceKind {
     bool (*concerns)(const Deed& deed);
     std::unique_ptr<PhoneService> (*make)(const ServiceContext& context);
 };
+
+/** Whether an instance that a manifest promises is a HIDL one, which clients wait for. */
+inline bool isHidlInstance(std::string_view instance) {
+    return instance.starts_with("hidl/");
+}
 
 /** All kinds; "health-hidl" is what the scenario's "health" is on a phone with the older HAL. */
 const std::vector<ServiceKind>& serviceKinds();

@@ -66,8 +66,10 @@ TEST_F(ChargerProxyServiceTest, passesTheScreenStatusOn) {
     screen(7);
     service(false);
     screen(0);
-    EXPECT_EQ(takeEvents(), (Events{"{'event':'charger_screen_status','status':1}",
-                                    "{'event':'charger_screen_status','status':7}"}));
+    Events told = takeEvents();
+    std::erase_if(told, [](const auto& event) { return !event.starts_with("{'event':'charger"); });
+    EXPECT_EQ(told, (Events{"{'event':'charger_screen_status','status':1}",
+                            "{'event':'charger_screen_status','status':7}"}));
 }
 
 TEST_F(ChargerProxyServiceTest, givesTheCurrentThatPackagesAreChargedWith) {

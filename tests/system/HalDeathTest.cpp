@@ -26,6 +26,12 @@ constexpr int kMostThreads = 12;                // main, work, st-fitting, HIDL'
 constexpr std::chrono::milliseconds kLook(20);  // a call to a HAL that is about to die is lost
 constexpr std::chrono::seconds kLimit(30);
 
+// With an ambient model each cycle asks both HALs.
+const std::string kParams =
+        "'ambient_fitting':{"
+        "'paramter_name':['temp_coeff','tempSlope_coeff','power_coeff','const_coeff'],"
+        "'coefficient':[0.001,0,0,0],'temp_rate_threshold':40.0,'power_diff_threshold':500.0}";
+
 std::string programs() {
     return fs::read_symlink("/proc/self/exe").parent_path();
 }
@@ -132,10 +138,11 @@ class HalDeathTest : public testing::TestWithParam<const char*> {
   protected:
     void buildPhone() {
         mScenario.zones = {{"skin", 30000}};
-        mScenario.config.main =
-                json("{'thermal_status_model':{'temp_threshold_down':[]},"
-                     "'shell_temp_fitting_model':{" +
-                     scene("default", 0, "skin") + "}}");
+        mScenario.config.main = json(
+                "{'thermal_status_model':{'temp_threshold_down':[]},"
+                "'shell_temp_fitting_model':{" +
+                scene("default", 0, "skin") + ",'ambient':{'temp_model':{" +
+                model("air", 1, "skin") + "," + model("power", 2, "skin") + "}," + kParams + "}}}");
         mScenario.properties["persist.sys.kelvo.enable"] = "1";
         sim::PhoneTree(mTree, mScenario).build();
         const char* const declared = sim::serviceKind(GetParam()).declared;
