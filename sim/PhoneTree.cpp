@@ -188,6 +188,9 @@ void PhoneTree::apply(const Plant& plant) {
     for (const NodeChange& node : gpuNodes(plant, mIsQcom)) {
         mTree.setNode(node.path, *node.text);
     }
+    for (const NodeChange& node : backlightNodes(plant, mIsQcom)) {
+        mTree.setNode(node.path, *node.text);
+    }
 }
 
 }  // namespace sim

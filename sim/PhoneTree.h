@@ -47,7 +47,7 @@ class PhoneTree {
     void apply(const TraceRow& row);
     /**
      * Writes the zones that the plant drives, but for those that an action made unreadable, and the
-     * nodes of its graphics processor.
+     * nodes of its graphics processor and backlight.
      */
     void apply(const Plant& plant);
 

@@ -57,4 +57,25 @@ std::vector<NodeChange> gpuNodes(const Plant& plant, bool qcom) {
             {"/sys/kernel/ged/hal/current_freqency", clockText + " 0"}};
 }
 
+std::optional<Panel> backlight(const Plant& plant) {
+    const auto& panel = plant.params().backlight;
+    if (!panel) {
+        return std::nullopt;
+    }
+    const double above = sourcePower(plant, panel->source) - panel->dark;
+    const double part = above / (panel->full - panel->dark);
+    const int32_t level = kelvo::saturatingInt32(part * panel->maximum + 0.5);
+    return Panel{panel->maximum, above > 0 ? std::clamp(level, 1, panel->maximum) : 0};
+}
+
+std::vector<NodeChange> backlightNodes(const Plant& plant, bool qcom) {
+    const auto panel = qcom ? backlight(plant) : std::nullopt;
+    if (!panel) {
+        return {};
+    }
+    const std::string folder = "/sys/class/backlight/panel0-backlight/";
+    return {{folder + "max_brightness", std::to_string(*panel->max)},
+            {folder + "brightness", std::to_string(*panel->level)}};
+}
+
 }  // namespace sim

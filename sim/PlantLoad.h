@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,5 +20,13 @@ std::string taskStatistics(const Plant& plant);
  * without a graphics processor.
  */
 std::vector<NodeChange> gpuNodes(const Plant& plant, bool qcom);
+
+/**
+ * What the panel shows: 0 up to the power of the dark screen, then in proportion, at least 1.
+ * Nothing without a backlight.
+ */
+std::optional<Panel> backlight(const Plant& plant);
+/** The nodes that a Qualcomm phone has for that; a MediaTek phone has a HAL. */
+std::vector<NodeChange> backlightNodes(const Plant& plant, bool qcom);
 
 }  // namespace sim

@@ -67,6 +67,14 @@ struct PlantParams {
         std::vector<Level> levels;  // at least one, ascending by both
     };
 
+    /** A panel whose backlight level follows the power of its source. */
+    struct Backlight {
+        int32_t source;
+        double dark;      // W up to which the screen is off
+        double full;      // W at the highest level, above `dark`
+        int32_t maximum;  // the highest level
+    };
+
     int32_t stepMs = 100;  // divides 1000
     Profile ambient;       // °C
     std::vector<Node> nodes;
@@ -76,6 +84,7 @@ struct PlantParams {
     std::optional<Battery> battery;
     std::vector<Thread> threads;
     std::optional<Gpu> gpu;
+    std::optional<Backlight> backlight;
 };
 
 }  // namespace sim

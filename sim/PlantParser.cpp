@@ -15,6 +15,7 @@ constexpr double kMostPower = 1000;         // W
 constexpr int32_t kMostDeviation = 100000;  // m°C
 constexpr int32_t kLargestId = 4194304;     // the kernel's largest process id
 constexpr int32_t kLargestClock = 10000000;
+constexpr int32_t kLargestLevel = 10239;  // of a backlight
 
 double within(const JsonPlace& place, double least, double most, const std::string& expected) {
     const double value = place.number();
@@ -205,6 +206,18 @@ PlantParams::Gpu readGpu(const JsonPlace& place, const PlantParams& params) {
     return gpu;
 }
 
+PlantParams::Backlight readBacklight(const JsonPlace& place, const PlantParams& params) {
+    place.onlyMembers({"source", "dark", "full", "maximum"});
+    const JsonPlace full = place.need("full");
+    const PlantParams::Backlight result{
+            sourceIndex(place.need("source"), params), power(place.need("dark")), power(full),
+            static_cast<int32_t>(place.need("maximum").whole(1, kLargestLevel))};
+    if (result.full <= result.dark) {
+        full.fail("expected more W than \"dark\"");
+    }
+    return result;
+}
+
 int32_t stepMs(const JsonPlace& place) {
     const int64_t step = place.milliseconds();
     if (step < 1 || step > 1000 || 1000 % step != 0) {
@@ -216,8 +229,8 @@ int32_t stepMs(const JsonPlace& place) {
 }  // namespace
 
 PlantParams parsePlant(const JsonPlace& plant, const std::vector<ZoneSpec>& zones) {
-    plant.onlyMembers(
-            {"step", "ambient", "nodes", "links", "sources", "zones", "battery", "threads", "gpu"});
+    plant.onlyMembers({"step", "ambient", "nodes", "links", "sources", "zones", "battery",
+                       "threads", "gpu", "backlight"});
     PlantParams params;
     if (const auto step = plant.find("step")) {
         params.stepMs = stepMs(*step);
@@ -236,6 +249,9 @@ PlantParams parsePlant(const JsonPlace& plant, const std::vector<ZoneSpec>& zone
     }
     if (const auto gpu = plant.find("gpu")) {
         params.gpu = readGpu(*gpu, params);
+    }
+    if (const auto backlight = plant.find("backlight")) {
+        params.backlight = readBacklight(*backlight, params);
     }
     if (const int32_t node = unstableNode(params); node >= 0) {
         nodes.need(params.nodes[static_cast<size_t>(node)].name)
