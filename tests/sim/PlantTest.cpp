@@ -5,6 +5,8 @@
 #include <cmath>
 #include <set>
 
+#include "sim/PlantLoad.h"
+
 namespace {
 
 using sim::kAmbientNode;
@@ -118,6 +120,20 @@ TEST(Plant, chargesAndDrainsTheBattery) {
     EXPECT_DOUBLE_EQ(plant.totalPower(), 3);
     plant.advanceTo(10);
     EXPECT_EQ(plant.batteryCurrent(), -1000);
+}
+
+TEST(PlantLoad, showsTheDisplaysPowerAsItsLevel) {
+    const std::pair<double, int32_t> levels[] = {{0, 0},   {0.2, 0}, {0.2001, 1}, {0.6, 50},
+                                                 {1, 100}, {2, 100}, {0.504, 38}};
+    EXPECT_FALSE(sim::backlight(sim::Plant(phone(1))));
+    for (const auto& [watts, level] : levels) {
+        PlantParams params = phone(watts);
+        params.backlight = PlantParams::Backlight{0, 0.2, 1, 100};
+        const sim::Plant plant(params);
+        EXPECT_EQ(sim::backlight(plant)->level, level) << watts;
+        EXPECT_EQ(sim::backlightNodes(plant, true).back().text, std::to_string(level));
+        EXPECT_EQ(sim::backlightNodes(plant, false).size(), 0U) << "a HAL's to say";
+    }
 }
 
 TEST(Plant, findsTheNodeThatWouldSwing) {

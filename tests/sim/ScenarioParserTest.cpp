@@ -112,6 +112,12 @@ TEST(ScenarioParser, refusesPlantsThatCannotBe) {
             {"[2, 2]", "[2, 1]",
              "plant.gpu.levels[1]: expected more of both than the level before"},
             {"[[1, 1], [2, 2]]", "[]", "plant.gpu.levels: expected 1 to 1000 levels"},
+            {"\"step\": 0.1",
+             R"("backlight": {"source": "t", "dark": 0, "full": 1, "maximum": 255})",
+             "plant.backlight.source: no source \"t\", did you mean \"s\"?"},
+            {"\"step\": 0.1",
+             R"("backlight": {"source": "s", "dark": 1, "full": 1, "maximum": 255})",
+             "plant.backlight.full: expected more W than \"dark\""},
     };
     const std::string good =
             R"({"duration": 1, "zones": [{"type": "z", "temp": 1}], "plant": {"step": 0.1,
