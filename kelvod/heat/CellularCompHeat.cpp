@@ -130,7 +130,7 @@ int CellularCompHeat::processRawSample() {
     return 0;
 }
 
-void CellularCompHeat::processCellularSignal(std::string text) {
+void CellularCompHeat::processCellularSignal(const std::string& text) {
     if (feedHasFigure()) {
         return;
     }
@@ -140,7 +140,7 @@ void CellularCompHeat::processCellularSignal(std::string text) {
     logSignal(mSignal);
 }
 
-void CellularCompHeat::processCellularSpeed(std::string text) {
+void CellularCompHeat::processCellularSpeed(const std::string& text) {
     if (feedHasFigure()) {
         return;
     }

@@ -27,9 +27,9 @@ class CellularCompHeat : public virtual ComponentHeat, public android::Singleton
     std::shared_ptr<HeatInfo> getHeatInfo() override;
 
     /** Takes a client's text on the signal. Nothing while the feed has a figure. */
-    void processCellularSignal(std::string text);
+    void processCellularSignal(const std::string& text);
     /** Takes a client's text on the traffic and makes a sample of it; likewise. */
-    void processCellularSpeed(std::string text);
+    void processCellularSpeed(const std::string& text);
 
   private:
     friend class android::Singleton<CellularCompHeat>;

@@ -159,7 +159,8 @@ float wifiEnergy(const WifiSignal& signal, int64_t bytes) {
     }
     const WifiCost& cost = wifiCostAt(signal.rssi);
     const bool hotspot = signal.apState == WifiSignal::kHotspotEnabled;
-    return static_cast<float>(bytes / cost.bytesPerUnit) + (hotspot ? cost.hotspotAddition : 0.0F);
+    const int64_t units = bytes / cost.bytesPerUnit;  // whole ones
+    return static_cast<float>(units) + (hotspot ? cost.hotspotAddition : 0.0F);
 }
 
 }  // namespace kelvo

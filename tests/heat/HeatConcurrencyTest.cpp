@@ -92,6 +92,8 @@ TEST(HeatConcurrencyTest, samplesWhileItIsAskedStartedAndStopped) {
     };
     for (int i = 0; i < kRounds; ++i) {
         services.perform(sim::ServiceState{"performance", i % 2 != 0});
+        services.perform(sim::ServiceState{"quorix", i % 8 != 0});
+        services.perform(sim::Usage{{{0, 3600, i}}, {}, {}, {{0, 3600, 1000 * (i % 2)}}});
     }
     for (std::thread& caller : callers) {
         caller.join();
