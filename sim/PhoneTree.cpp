@@ -50,7 +50,7 @@ int64_t idIn(const std::vector<NodeChange>& nodes, std::string_view id, std::str
     return known ? strtol(textOf(nodes, id).c_str(), nullptr, base) : 0;
 }
 
-bool isQcom(const std::vector<NodeChange>& nodes) {
+bool areQcom(const std::vector<NodeChange>& nodes) {
     return !hasNodeBelow(nodes, kChipRecordPath) && !hasNodeBelow(nodes, "/proc/chip");
 }
 
@@ -77,7 +77,7 @@ PhoneTree::PhoneTree(DeviceTree& tree, const Scenario& scenario, ShellTempHook h
         mScenario(scenario),
         mHook(std::move(hook)),
         mPlatformConfigPath(platformConfigPath(scenario)),
-        mIsQcom(isQcom(scenario.nodes)) {}
+        mIsQcom(areQcom(scenario.nodes)) {}
 
 void PhoneTree::build() {
     for (const auto& [name, value] : mScenario.properties) {

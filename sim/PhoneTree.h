@@ -37,6 +37,8 @@ class PhoneTree {
     /** Writes the whole tree as it is before the daemon starts. */
     void build();
 
+    /** Whether the scenario's nodes are those of a Qualcomm phone. */
+    bool isQcom() const { return mIsQcom; }
     bool shellTempPresent() const { return mShellTempPresent; }
     DeviceTree& tree() { return mTree; }
 

@@ -13,6 +13,7 @@ constexpr double kMilli = 1000;
 // A governor raises the clock before the load reaches 100 %.
 constexpr double kFullEnough = 0.9;
 constexpr int32_t kPercent = 100;
+constexpr int32_t kLargestByte = 255;
 
 double sourcePower(const Plant& plant, int32_t source) {
     return std::max(plant.sourcePower(static_cast<size_t>(source)), 0.0);
@@ -76,6 +77,15 @@ std::vector<NodeChange> backlightNodes(const Plant& plant, bool qcom) {
     const std::string folder = "/sys/class/backlight/panel0-backlight/";
     return {{folder + "max_brightness", std::to_string(*panel->max)},
             {folder + "brightness", std::to_string(*panel->level)}};
+}
+
+std::optional<Panel> panelAnswers(const Plant& plant, bool qcom) {
+    auto panel = qcom ? std::nullopt : backlight(plant);
+    if (panel) {
+        panel->max = std::min(*panel->max, kLargestByte);
+        panel->level = std::min(*panel->level, kLargestByte);
+    }
+    return panel;
 }
 
 }  // namespace sim

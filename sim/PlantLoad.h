@@ -26,7 +26,9 @@ std::vector<NodeChange> gpuNodes(const Plant& plant, bool qcom);
  * Nothing without a backlight.
  */
 std::optional<Panel> backlight(const Plant& plant);
-/** The nodes that a Qualcomm phone has for that; a MediaTek phone has a HAL. */
+/** The same as the nodes of a Qualcomm phone; nothing for another one. */
 std::vector<NodeChange> backlightNodes(const Plant& plant, bool qcom);
+/** The same as the panel HAL of a MediaTek phone answers it, in bytes; nothing for another one. */
+std::optional<Panel> panelAnswers(const Plant& plant, bool qcom);
 
 }  // namespace sim

@@ -63,6 +63,9 @@ std::vector<Deed> ScenarioPlayer::takePlantDeeds() {
     if (!mTaskStatsSet && !mPlant->params().threads.empty()) {
         deeds.emplace_back(TaskStats{taskStatistics(*mPlant)});
     }
+    if (const auto panel = panelAnswers(*mPlant, mPhone.isQcom()); panel && !mPanelSet) {
+        deeds.emplace_back(*panel);
+    }
     return deeds;
 }
 
@@ -74,6 +77,7 @@ const Deed* ScenarioPlayer::takeAction(int64_t timeMs) {
     }
     const Deed& deed = mScenario.timeline[mNextAction++].deed;
     mTaskStatsSet = mTaskStatsSet || std::holds_alternative<TaskStats>(deed);
+    mPanelSet = mPanelSet || std::holds_alternative<Panel>(deed);
     return &deed;
 }
 

@@ -35,7 +35,7 @@ class ScenarioPlayer {
 
     /**
      * What a plant that has moved since it was last asked makes services answer: the battery
-     * current, and the task statistics until an action has set them.
+     * current, and the task statistics and the panel's level until an action has set them.
      */
     std::vector<Deed> takePlantDeeds();
 
@@ -53,6 +53,7 @@ class ScenarioPlayer {
     int64_t mNextPlantMs = kNever;
     bool mPlantMoved = false;
     bool mTaskStatsSet = false;  // by an action
+    bool mPanelSet = false;      // likewise
     size_t mNextAction = 0;
 };
 

@@ -132,7 +132,9 @@ TEST(PlantLoad, showsTheDisplaysPowerAsItsLevel) {
         const sim::Plant plant(params);
         EXPECT_EQ(sim::backlight(plant)->level, level) << watts;
         EXPECT_EQ(sim::backlightNodes(plant, true).back().text, std::to_string(level));
-        EXPECT_EQ(sim::backlightNodes(plant, false).size(), 0U) << "a HAL's to say";
+        EXPECT_EQ(sim::backlightNodes(plant, false).size(), 0U);
+        EXPECT_EQ(sim::panelAnswers(plant, false)->level, level);
+        EXPECT_FALSE(sim::panelAnswers(plant, true));
     }
 }
 
