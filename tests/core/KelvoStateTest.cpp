@@ -97,6 +97,7 @@ TEST_F(KelvoStateTest, spellsTheDisplayInTwoWays) {
 }
 
 TEST_F(KelvoStateTest, timesPackagesFromTheirArrivalToTheNext) {
+    scenario.services.erase("charger");  // nothing to charge a package with
     start();
     const std::pair<double, const char*> switches[] = {{10, "a"}, {12.5, "b"}, {14, "b"},
                                                        {15, ""},  {20, "a"},   {21, "c"}};
