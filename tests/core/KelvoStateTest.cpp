@@ -113,6 +113,26 @@ TEST_F(KelvoStateTest, timesPackagesFromTheirArrivalToTheNext) {
     EXPECT_EQ(state().getPkgRemainTime("a"), -1) << "cleared";
 }
 
+TEST_F(KelvoStateTest, chargesEachPackageWithTheCurrentOfItsTime) {
+    start();
+    const struct {
+        double time;
+        int32_t current;  // mA, when the package leaves
+        const char* next;
+    } switches[] = {{10, 720, "a"}, {20, 1800, "b"}, {30, -360, "a"}, {40, 3599, "c"}};
+    for (const auto& [time, current, next] : switches) {
+        runUntil(time);
+        phone().perform(sim::BatteryCurrent{current});
+        state().updateState(next);
+    }
+    state().getPkgBatteryBigDataRecord("20260301", true);
+    // a: 5, and 9.99 cut to 9, in 20 s; b: -1 in 10 s. Nothing was in front before a.
+    Json::Value expected;
+    expected["a"] = "2520000000000_14";
+    expected["b"] = "-360000000000_-1";
+    EXPECT_EQ(stored("pkgcurrent", "20260301_pkgBattery"), expected);
+}
+
 TEST_F(KelvoStateTest, countsDegreesOfTheDay) {
     start(",'big_data':{'enable':1,'sample_period':10},'config_version':'v7'");
     const std::pair<int32_t, int32_t> samples[] = {

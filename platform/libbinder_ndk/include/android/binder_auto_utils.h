@@ -22,6 +22,7 @@ class SpAIBinder {
     SpAIBinder(SpAIBinder&& other) noexcept : mBinder(other.mBinder) { other.mBinder = nullptr; }
     ~SpAIBinder() { set(nullptr); }
 
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): the order below serves that too
     SpAIBinder& operator=(const SpAIBinder& other) {
         // First taken, then given: both may hold the last reference to the same binder.
         AIBinder_incStrong(other.mBinder);
