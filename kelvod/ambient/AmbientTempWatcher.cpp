@@ -28,8 +28,11 @@ constexpr int32_t kFewestSteady = 2;     // steady rounds that an estimate needs
 
 AmbientTempWatcher::AmbientTempWatcher()
       : mIsOldAmbientProject(ShellTempFitting::getInstance().isOldAmbientProject()) {
+    // Before the lock: the fitting engine's comes first.
+    const auto scenes = ShellTempFitting::getInstance().getAmbientModelList();
     Mutex::Autolock lock(mMutex);
-    mParamsLoaded = mIsOldAmbientProject ? getAmbientFittingParameter() : getNewFittingParameter();
+    mParamsLoaded =
+            mIsOldAmbientProject ? getAmbientFittingParameter() : getNewFittingParameter(scenes);
 }
 
 bool AmbientTempWatcher::getAmbientFittingParameter() {
@@ -41,8 +44,7 @@ bool AmbientTempWatcher::getAmbientFittingParameter() {
     return true;
 }
 
-bool AmbientTempWatcher::getNewFittingParameter() {
-    const auto scenes = ShellTempFitting::getInstance().getAmbientModelList();
+bool AmbientTempWatcher::getNewFittingParameter(const std::vector<std::string>& scenes) {
     if (scenes.empty()) {
         KLOGE("can NOT find any ambient fitting parameters.");
         return false;

@@ -8,6 +8,7 @@
 #include <limits>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "ambient/AmbientEstimate.h"
 
@@ -48,7 +49,7 @@ class AmbientTempWatcher : public android::Singleton<AmbientTempWatcher> {
 
     bool parseFittingParam(const std::string& name) REQUIRES(mMutex);
     bool getAmbientFittingParameter() REQUIRES(mMutex);
-    bool getNewFittingParameter() REQUIRES(mMutex);
+    bool getNewFittingParameter(const std::vector<std::string>& scenes) REQUIRES(mMutex);
     void useParameters(const std::string& name) REQUIRES(mMutex);
     bool isTimeContinuous() REQUIRES(mMutex);
     void updateSample(int temp, int power, int batteryCurrent) REQUIRES(mMutex);

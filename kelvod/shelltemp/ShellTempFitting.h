@@ -22,6 +22,10 @@
 #include "shelltemp/ZoneTable.h"
 #include "shelltemp/ZoneTemps.h"
 
+namespace kelvo {
+class AmbientTempWatcher;
+}
+
 /**
  * The shell-temperature engine: computes the temperatures of the phone's shell from thermal zones
  * with the models of the current scene, guards them against implausible jumps, and writes them to
@@ -134,7 +138,13 @@ class ShellTempFitting : public android::Singleton<ShellTempFitting>,
     void getTsensorDataCollect();
 
     // Ambient temperature (ShellTempFittingAmbient.cpp)
-    void fittingAmbientTemp(const kelvo::ZoneTemps& zoneTemps) REQUIRES(mMutex);
+    /**
+     * Null without an ambient set. Asked for without the main mutex: the estimator's construction
+     * asks for this engine in its turn.
+     */
+    kelvo::AmbientTempWatcher* ambientWatcher();
+    void fittingAmbientTemp(const kelvo::ZoneTemps& zoneTemps, kelvo::AmbientTempWatcher* watcher)
+            REQUIRES(mMutex);
     int fitAmbientModel(const kelvo::FittingModel& model, const kelvo::ZoneTemps& zoneTemps,
                         std::optional<int32_t>& value) REQUIRES(mMutex);
     int32_t ambientShellTemp(const kelvo::FittingModel& model, int32_t own) const REQUIRES(mMutex);

@@ -24,9 +24,18 @@ bool isShellModel(const FittingModel& model) {
 
 }  // namespace
 
-void ShellTempFitting::fittingAmbientTemp(const ZoneTemps& zoneTemps) {
-    if (mAmbientFittingModel == nullptr ||
-        !AmbientTempWatcher::getInstance().checkAvailableStats()) {
+AmbientTempWatcher* ShellTempFitting::ambientWatcher() {
+    {
+        Mutex::Autolock lock(mMutex);
+        if (mAmbientFittingModel == nullptr) {
+            return nullptr;
+        }
+    }
+    return &AmbientTempWatcher::getInstance();
+}
+
+void ShellTempFitting::fittingAmbientTemp(const ZoneTemps& zoneTemps, AmbientTempWatcher* watcher) {
+    if (mAmbientFittingModel == nullptr || watcher == nullptr || !watcher->checkAvailableStats()) {
         return;
     }
     const bool hasShellModel = std::ranges::any_of(mAmbientFittingModel->models, isShellModel);
@@ -47,7 +56,7 @@ void ShellTempFitting::fittingAmbientTemp(const ZoneTemps& zoneTemps) {
         }
     }
     if (temp && power) {
-        AmbientTempWatcher::getInstance().updateAmbientTemp(*temp, *power);
+        watcher->updateAmbientTemp(*temp, *power);
     }
 }
 
@@ -105,6 +114,7 @@ void ShellTempFitting::switchAmbientFittingScene() {
     if (isOldAmbientProject()) {
         return;
     }
+    AmbientTempWatcher& watcher = AmbientTempWatcher::getInstance();  // as in ambientWatcher()
     Mutex::Autolock lock(mMutex);
     const size_t wanted = (mCharging ? 1u : 0u) + (mFolded ? 2u : 0u);
     const std::string& name = mAmbientModelNames[wanted];
@@ -113,7 +123,7 @@ void ShellTempFitting::switchAmbientFittingScene() {
         return;
     }
     mAmbientFittingModel = &found->second;
-    AmbientTempWatcher::getInstance().switchFittingParameter(name);
+    watcher.switchFittingParameter(name);
     KLOGD("switch ambient fitting model to %s scene", name.c_str());
 }
 

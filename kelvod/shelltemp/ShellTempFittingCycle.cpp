@@ -74,6 +74,7 @@ int ShellTempFitting::recordAbnTZone(const ThermalZone& zone, const int& temp, c
 }
 
 int ShellTempFitting::getAndfitTemp() {
+    kelvo::AmbientTempWatcher* const watcher = ambientWatcher();
     Mutex::Autolock lock(mMutex);
     mLastFittingTemps.swap(mFittingTemps);
     mLastFittingTime = mFittingTime;
@@ -89,7 +90,7 @@ int ShellTempFitting::getAndfitTemp() {
         mLastFittingTime = mFittingTime;
     }
     recordTempData(mZoneTemps);
-    fittingAmbientTemp(mZoneTemps);
+    fittingAmbientTemp(mZoneTemps, watcher);
     return 0;
 }
 
