@@ -17,7 +17,8 @@ struct Head {
 }  // namespace
 
 uint8_t* newHubBuffer(uint64_t bufferId, size_t size) {
-    auto* head = static_cast<Head*>(malloc(sizeof(Head) + size));
+    // One byte more, so that the address of empty data is not the next block's.
+    auto* head = static_cast<Head*>(malloc(sizeof(Head) + size + 1));
     if (head == nullptr) {
         return nullptr;
     }
