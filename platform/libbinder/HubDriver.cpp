@@ -1,6 +1,7 @@
 #include "HubDriver.h"
 
 #include <cerrno>
+#include <span>
 
 namespace android {
 
@@ -17,6 +18,20 @@ struct ThreadChannel {
 // is later than the destructors of thread-local objects.
 thread_local ThreadChannel* tChannels = nullptr;
 
+/** Buffers are this process's own: also without a hub they are free once they are given back. */
+void freeBuffers(const binder_write_read& exchange) {
+    // The driver's format holds pointers as numbers.
+    std::span<const uint8_t> commands = {
+            reinterpret_cast<const uint8_t*>(  // NOLINT(performance-no-int-to-ptr)
+                    static_cast<uintptr_t>(exchange.write_buffer + exchange.write_consumed)),
+            exchange.write_size - exchange.write_consumed};
+    HubDriverWriter writer;
+    status_t status = OK;
+    while (status == OK && !commands.empty()) {
+        commands = commands.subspan(writer.take(commands, &status));
+    }
+}
+
 }  // namespace
 
 HubDriver::HubDriver(std::string name, std::unique_ptr<binderhub::HubClient> process)
@@ -29,7 +44,11 @@ HubDriver::~HubDriver() {
 status_t HubDriver::writeRead(binder_write_read* exchange, bool readsNext) {
     HubDriverChannel* mine = nullptr;
     const status_t status = channel(&mine);
-    return status == OK ? mine->writeRead(exchange, readsNext) : status;
+    if (status != OK) {
+        freeBuffers(*exchange);  // they come no second time
+        return status;
+    }
+    return mine->writeRead(exchange, readsNext);
 }
 
 status_t HubDriver::setMaxThreads(uint32_t count) {
