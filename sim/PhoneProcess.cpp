@@ -39,9 +39,8 @@ namespace {
     _exit(127);
 }
 
-std::string describe(int status) {
-    return WIFEXITED(status) ? "status " + std::to_string(WEXITSTATUS(status))
-                             : "signal " + std::to_string(WTERMSIG(status));
+std::string describe(const siginfo_t& info) {
+    return (info.si_code == CLD_EXITED ? "status " : "signal ") + std::to_string(info.si_status);
 }
 
 }  // namespace
@@ -65,20 +64,18 @@ PhoneProcess::PhoneProcess(const std::vector<std::string>& command, const std::s
 }
 
 PhoneProcess::~PhoneProcess() {
-    const bool runs = !ending();
     // None of them keeps anything that a kill could lose.
     kill(-mPid, SIGKILL);
-    if (runs) {
-        waitpid(mPid, nullptr, 0);
-    }
+    waitpid(mPid, nullptr, 0);
 }
 
-std::optional<std::string> PhoneProcess::ending() {
-    int status = 0;
-    if (!mEnding && waitpid(mPid, &status, WNOHANG) == mPid) {
-        mEnding = describe(status);
-    }
-    return mEnding;
+/** Leaves it to be waited for: until then nobody else can get its number. */
+std::optional<std::string> PhoneProcess::ending() const {
+    siginfo_t info{};
+    const bool ended =
+            waitid(P_PID, static_cast<id_t>(mPid), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+            info.si_pid == mPid;
+    return ended ? std::optional(describe(info)) : std::nullopt;
 }
 
 }  // namespace sim

@@ -29,11 +29,10 @@ class PhoneProcess {
 
     pid_t pid() const { return mPid; }
     /** How it ended ("status 127", "signal 11"); none while it runs. */
-    std::optional<std::string> ending();
+    std::optional<std::string> ending() const;
 
   private:
     pid_t mPid = -1;
-    std::optional<std::string> mEnding;
 };
 
 }  // namespace sim

@@ -130,7 +130,7 @@ TEST_F(KelvoctlLiveTest, watchesTheNextDaemonWhenOneDies) {
     const auto next = [&watch] { return watch.readLine().value_or(""); };
     EXPECT_TRUE(next().starts_with("{\"event\":\"notify_thermal_status\""));
     EXPECT_TRUE(next().starts_with("{\"event\":\"notify_thermal_broadcast\""));
-    kill(Program::childrenOf(mPhone->children().back()).front(), SIGKILL);
+    kill(Program::childrenOf(mPhone->children().back()).at(0), SIGKILL);
     EXPECT_TRUE(next().starts_with("{\"event\":\"notify_thermal_status\"")) << "of the new one";
     EXPECT_TRUE(next().starts_with("{\"event\":\"notify_thermal_broadcast\""));
     EXPECT_EQ(out({"notify", "5"}), "ok\n");

@@ -165,7 +165,7 @@ TEST(KelvosimLiveTest, goesOnWhileTheDaemonRestartsOrHangs) {
                               "-c", std::string("while :; do ") + KELVOD + "; done"});
     lineWith(live, "    31.6   ");
     const pid_t shell = live.children().back();
-    const auto daemon = [shell] { return Program::childrenOf(shell).front(); };
+    const auto daemon = [shell] { return Program::childrenOf(shell).at(0); };
     const pid_t first = daemon();
     kill(first, SIGSTOP);
     lineWith(live, "(kelvod does not answer)");
