@@ -66,8 +66,10 @@ ServiceProcess::ServiceProcess(const Place& place, const ServiceKind& kind,
 void ServiceProcess::waitUntilReady(const std::string& name) {
     std::string line;
     pollfd fd{mLink.get(), POLLIN, 0};
-    while (!takeLine(&line)) {
-        if (poll(&fd, 1, kLimitMs) <= 0 || !receive(mLink.get(), &mPending)) {
+    while (line != kServiceReady) {
+        if (takeLine(&line)) {
+            handle(line);  // a client may be faster than the word that it is ready
+        } else if (poll(&fd, 1, kLimitMs) <= 0 || !receive(mLink.get(), &mPending)) {
             throw std::runtime_error("the service " + name + " does not serve");
         }
     }
@@ -88,11 +90,15 @@ void ServiceProcess::takeEvents() {
     while (poll(&fd, 1, 0) == 1 && receive(mLink.get(), &mPending)) {
     }
     for (std::string line; takeLine(&line);) {
-        if (line == kServiceClient) {
-            mContext.onClient();
-        } else if (auto event = parseEvent(line)) {
-            mContext.onEvent(std::move(*event));
-        }
+        handle(line);
+    }
+}
+
+void ServiceProcess::handle(const std::string& line) {
+    if (line == kServiceClient) {
+        mContext.onClient();
+    } else if (auto event = parseEvent(line)) {
+        mContext.onEvent(std::move(*event));
     }
 }
 

@@ -40,6 +40,7 @@ class ServiceProcess : public PhoneService {
 
   private:
     void waitUntilReady(const std::string& name);
+    void handle(const std::string& line);
     bool takeLine(std::string* line);
     void send(std::string line);
 

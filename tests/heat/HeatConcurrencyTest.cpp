@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <chrono>
 #include <latch>
 #include <thread>
 
@@ -20,6 +21,8 @@
 
 namespace {
 
+constexpr char kThreadLine[] = "heatpc readSamples loop thread...";
+constexpr std::chrono::seconds kStartLimit(10);
 constexpr int kRounds = 100;
 
 /** A performance service that answers when it is let. */
@@ -99,9 +102,13 @@ TEST(HeatConcurrencyTest, samplesWhileItIsAskedStartedAndStopped) {
         caller.join();
     }
     center.startMonitor();
+    const auto limit = std::chrono::steady_clock::now() + kStartLimit;
+    while (!log.has(kThreadLine) && std::chrono::steady_clock::now() < limit) {
+        std::this_thread::yield();
+    }
     EXPECT_NE(center.getCompentsHeatDetailInfo(), "");
     EXPECT_TRUE(center.stopMonitor());
-    EXPECT_EQ(log.count("heatpc readSamples loop thread..."), 1U) << "one thread for all of it";
+    EXPECT_EQ(log.count(kThreadLine), 1U) << "one thread for all of it";
 }
 
 TEST(HeatConcurrencyTest, aHangingServiceHoldsUpNobodyButTheSampler) {
