@@ -56,7 +56,7 @@ class HeatProcessCenter : private kelvo::PeriodicLoop::Client {
     /** A styled JSON object: name → {"avgHeat", "keyFactor"}; empty when not monitoring. */
     std::string getCompentsHeatDetailInfo();
     /** Hands the statistics to the data collector under `day` and starts them anew. */
-    void collectBigData(std::string day);
+    void collectBigData(const std::string& day);
 
   private:
     using Heats = std::map<int32_t, int32_t>;  // ComponentType → m°C

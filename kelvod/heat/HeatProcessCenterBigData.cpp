@@ -44,7 +44,7 @@ void HeatProcessCenter::countLevelTime(int32_t level) {
     mLastLevelTime = now;
 }
 
-void HeatProcessCenter::collectBigData(std::string day) {
+void HeatProcessCenter::collectBigData(const std::string& day) {
     if (mInitInValid) {
         return;
     }
