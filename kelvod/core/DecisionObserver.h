@@ -67,7 +67,6 @@ struct LevelDecision {
         RISING,     // not cooler than at the last decision: the rising thresholds
         FALLING,    // cooler: the falling thresholds
     };
-    /** A comparison that counted. */
     struct Threshold {
         bool rising = false;  // of the rising list, else of the falling one
         int32_t level = 0;
@@ -78,7 +77,8 @@ struct LevelDecision {
     float celsius = 0;          // what was compared
     int32_t lastLevelTemp = 0;  // °C, of the last decision that was not kept
     Rule rule = Rule::IN_BAND;
-    std::vector<Threshold> thresholds;
+    std::optional<Threshold> below;  // the threshold that the temperature has reached or passed
+    std::optional<Threshold> above;  // the one that it has not
     int32_t oldLevel = 0;
     int32_t newLevel = 0;
     int32_t oldStatus = 0;

@@ -28,7 +28,7 @@ int AmbientCompHeat::processRawSample() {
     const int32_t value = kelvo::wrappingMul(temp, kMillidegrees);
     KLOGE("AmbientComp temp:%d", value);
     const Mutex::Autolock lock(mMutex);
-    mSamples->push(std::make_unique<EnergySample>(AMBIENT, static_cast<float>(value), timestamp));
+    pushSample({AMBIENT, static_cast<float>(value), timestamp}, "ambient estimate");
     return 0;
 }
 

@@ -16,6 +16,7 @@
  */
 class AmbientCompHeat : public virtual ComponentHeat {
   public:
+    AmbientCompHeat() : ComponentHeat(AMBIENT) {}
     int processRawSample() override;
     /** The change of the last 300 s, as far as it came after the previous call. */
     int getHeatContribution() override;

@@ -52,7 +52,7 @@ void logSignal(const CellularSignal& signal) {
 
 }  // namespace
 
-CellularCompHeat::CellularCompHeat() {
+CellularCompHeat::CellularCompHeat() : ComponentHeat(CELLULAR) {
     initConfig();
 }
 
@@ -124,8 +124,9 @@ int CellularCompHeat::processRawSample() {
     KLOGE("cellularComp processRawSample tempDiff=%d, mTzPa=%d, mTzBase=%d", difference, paTemp,
           baseTemp);
     const Mutex::Autolock lock(mMutex);
-    mSamples->push(std::make_unique<EnergySample>(CELLULAR, static_cast<float>(energy),
-                                                  kelvo::monotonicSeconds(), difference));
+    pushSample({CELLULAR, static_cast<float>(energy), kelvo::monotonicSeconds(), difference},
+               reported != ModulePower::kNone ? kUsageFeed : "nothing reported",
+               {{"tempDiff", difference}});
     KLOGD("cellularComp processRawSample energy=%d", energy);
     return 0;
 }
@@ -153,8 +154,8 @@ void CellularCompHeat::processCellularSpeed(const std::string& text) {
     logSpeed();
     const int power = mSpeed >= 1 ? compCellPower() : 0;
     KLOGD("cellularComp tempPower:%d", power);
-    mSamples->push(std::make_unique<EnergySample>(CELLULAR, static_cast<float>(power),
-                                                  kelvo::monotonicSeconds()));
+    pushSample({CELLULAR, static_cast<float>(power), kelvo::monotonicSeconds()},
+               "signal and traffic", {{"speed", mSpeed}, {"level", mSignal.level}});
 }
 
 void CellularCompHeat::logSpeed() {

@@ -2,8 +2,11 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
+#include <initializer_list>
 #include <memory>
 
+#include "heat/ComponentType.h"
 #include "heat/EnergySampleBuffer.h"
 #include "heat/HeatInfo.h"
 
@@ -29,6 +32,8 @@ class ComponentHeat {
     /** Whether a sampling pass has come since monitoring started; see the components that arm. */
     bool isActive() const { return mActive; }
     void setActive(bool active) { mActive = active; }
+    /** How the latest contribution came about; empty without a decision observer. */
+    kelvo::HeatConversion lastConversion() const { return mSamples->lastConversion(); }
     /** At the end of monitoring: drops the samples and disarms the component. */
     void clearSamples() {
         mSamples->clear();
@@ -36,9 +41,21 @@ class ComponentHeat {
     }
 
   protected:
-    ComponentHeat() : mSamples(std::make_shared<EnergySampleBuffer>(kSampleCapacity)) {}
+    explicit ComponentHeat(ComponentType type)
+          : mType(type), mSamples(std::make_shared<EnergySampleBuffer>(kSampleCapacity)) {}
 
+    const ComponentType mType;
     const std::shared_ptr<EnergySampleBuffer> mSamples;  // thread-safe in itself
+
+    struct Figure {
+        const char* name;
+        int64_t value;
+    };
+    /** Pushes a sample; `source` and `figures` tell an observer what it was computed from. */
+    void pushSample(const EnergySample& sample, const char* source,
+                    std::initializer_list<Figure> figures = {});
+
+    static constexpr char kUsageFeed[] = "usage feed";
 
   private:
     // Seven and a half minutes at the center's cadence of 5 s.

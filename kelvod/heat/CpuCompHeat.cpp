@@ -41,7 +41,8 @@ int64_t sumOf(const std::vector<PidTidPower>& threads) {
 
 }  // namespace
 
-CpuCompHeat::CpuCompHeat() : mDeathRecipient(AIBinder_DeathRecipient_new(onPerfServiceDied)) {
+CpuCompHeat::CpuCompHeat()
+      : ComponentHeat(CPU), mDeathRecipient(AIBinder_DeathRecipient_new(onPerfServiceDied)) {
     getPerfService();
 }
 
@@ -107,8 +108,7 @@ int CpuCompHeat::processRawSample() {
         return 0;
     }
     const int32_t power = getCpuPower();
-    mSamples->push(std::make_unique<EnergySample>(CPU, static_cast<float>(power),
-                                                  kelvo::monotonicSeconds()));
+    pushSample({CPU, static_cast<float>(power), kelvo::monotonicSeconds()}, "task statistics");
     KLOGE("cpuComp processRawSample energy=%d", power);
     return 0;
 }

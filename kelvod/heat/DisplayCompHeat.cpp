@@ -28,8 +28,8 @@ int DisplayCompHeat::processRawSample() {
     const int energy = reported != ModulePower::kNone
                                ? reported
                                : whole(DisplayModel::getInstance().getDisplayPower());
-    mSamples->push(std::make_unique<EnergySample>(DISPLAY, static_cast<float>(energy),
-                                                  kelvo::monotonicSeconds()));
+    pushSample({DISPLAY, static_cast<float>(energy), kelvo::monotonicSeconds()},
+               reported != ModulePower::kNone ? kUsageFeed : "brightness and frame rate");
     KLOGE("displayComp processRawSample energy=%d", energy);
     return 0;
 }

@@ -10,6 +10,7 @@
  */
 class DisplayCompHeat : public virtual ComponentHeat {
   public:
+    DisplayCompHeat() : ComponentHeat(DISPLAY) {}
     int processRawSample() override;
     int getHeatContribution() override;
     std::shared_ptr<HeatInfo> getHeatInfo() override;

@@ -7,6 +7,7 @@
 #include "core/Time.h"
 
 using android::Mutex;
+using kelvo::HeatConversion;
 using kelvo::saturatingInt32;
 
 namespace {
@@ -103,10 +104,33 @@ double EnergySampleBuffer::getSlopeOf() const {
 
 int EnergySampleBuffer::getEnergyToTempCache(float coefficient) const {
     Mutex::Autolock lock(mLock);
+    noteMethod(HeatConversion::Method::MEAN, coefficient);
     if (mSamples.empty() || (!isFull() && mSamples.size() == 1)) {
-        return -1;
+        return noteResult(-1);
     }
-    return isFull() ? convertFull(coefficient) : convertPartly(coefficient);
+    return noteResult(isFull() ? convertFull(coefficient) : convertPartly(coefficient));
+}
+
+HeatConversion EnergySampleBuffer::lastConversion() const {
+    Mutex::Autolock lock(mLock);
+    return mConversion;
+}
+
+void EnergySampleBuffer::noteMethod(HeatConversion::Method method, float coefficient) const {
+    if (kelvo::decisionObserver() != nullptr) {
+        mConversion = {method, coefficient, {}, -1};
+    }
+}
+
+void EnergySampleBuffer::noteSample(const EnergySample& sample) const {
+    if (kelvo::decisionObserver() != nullptr) {
+        mConversion.samples.push_back({sample.getTimeStamp(), sample.getValue()});
+    }
+}
+
+int32_t EnergySampleBuffer::noteResult(int32_t result) const {
+    mConversion.result = result;
+    return result;
 }
 
 // Sums the newest `count` samples, newest first, up to the first that the last conversion has
@@ -115,6 +139,7 @@ size_t EnergySampleBuffer::sumNew(size_t count, float* sum) const {
     size_t age = 0;
     for (; age < count && sampleOf(age).getTimeStamp() > mCacheTime; ++age) {
         *sum += static_cast<float>(sampleOf(age).getValue());
+        noteSample(sampleOf(age));
     }
     return age;
 }
@@ -155,7 +180,10 @@ int EnergySampleBuffer::getEnergyToTemp(float coefficient) {
     {
         Mutex::Autolock lock(mLock);
         if (mSamples.size() < kLeastToConvert) {
-            return mCachedTemp;
+            noteMethod(mCachedTemp == -1 ? HeatConversion::Method::NONE
+                                         : HeatConversion::Method::REMEMBERED,
+                       coefficient);
+            return noteResult(mCachedTemp);
         }
     }
     const int32_t converted = getEnergyToTempCache(coefficient);
@@ -184,8 +212,9 @@ EnergySampleBuffer::Extremes EnergySampleBuffer::findExtremes(int32_t since) con
 int EnergySampleBuffer::getAmbientCompToTemp(int sinceSecond) const {
     using kelvo::wrappingSub;
     Mutex::Autolock lock(mLock);
+    noteMethod(HeatConversion::Method::AMBIENT, 0);
     if (mSamples.empty()) {
-        return 0;
+        return noteResult(0);
     }
     const Extremes extremes = findExtremes(wrappingSub(kelvo::monotonicSeconds(), kAmbientWindow));
     const EnergySample& max = *mSamples[extremes.maxPos];
@@ -198,14 +227,16 @@ int EnergySampleBuffer::getAmbientCompToTemp(int sinceSecond) const {
           diffTime);
     const EnergySample& reference = diffTime >= 0 ? max : min;
     const int32_t change = wrappingSub(current, reference.getValue());
+    noteSample(sampleOf(0));
+    noteSample(reference);
     if (reference.getTimeStamp() > sinceSecond) {
-        return change;
+        return noteResult(change);
     }
     const int32_t newest = sampleOf(0).getTimeStamp();
     const int32_t span = wrappingSub(newest, reference.getTimeStamp());
     if (span == 0) {
-        return 0;
+        return noteResult(0);
     }
     const int64_t product = kelvo::wrappingMul(wrappingSub(newest, sinceSecond), change);
-    return static_cast<int32_t>(product / span);
+    return noteResult(static_cast<int32_t>(product / span));
 }

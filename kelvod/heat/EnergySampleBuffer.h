@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "core/DecisionObserver.h"
 #include "heat/EnergySample.h"
 
 /**
@@ -47,6 +48,9 @@ class EnergySampleBuffer {
      */
     int getAmbientCompToTemp(int sinceSecond) const;
 
+    /** How the latest contribution came about; empty without a decision observer. */
+    kelvo::HeatConversion lastConversion() const;
+
   private:
     /** The two most extreme samples of a stretch of time, and where they stand in the ring. */
     struct Extremes {
@@ -63,6 +67,9 @@ class EnergySampleBuffer {
     int convertPartly(float coefficient) const REQUIRES(mLock);
     int convertFull(float coefficient) const REQUIRES(mLock);
     size_t sumNew(size_t count, float* sum) const REQUIRES(mLock);
+    void noteMethod(kelvo::HeatConversion::Method method, float coefficient) const REQUIRES(mLock);
+    void noteSample(const EnergySample& sample) const REQUIRES(mLock);
+    int32_t noteResult(int32_t result) const REQUIRES(mLock);
     Extremes findExtremes(int32_t since) const REQUIRES(mLock);
 
     const size_t mCapacity;
@@ -75,4 +82,5 @@ class EnergySampleBuffer {
     int64_t mIndex GUARDED_BY(mLock) = -1;       // position of the newest sample
     int32_t mCachedTemp GUARDED_BY(mLock) = -1;  // m°C, of the last conversion
     int32_t mCacheTime GUARDED_BY(mLock) = -1;   // monotonic second of the last conversion
+    mutable kelvo::HeatConversion mConversion GUARDED_BY(mLock);  // while observed
 };

@@ -43,7 +43,7 @@ int32_t firstNumber(const std::string& text) {
 
 }  // namespace
 
-GpuCompHeat::GpuCompHeat() {
+GpuCompHeat::GpuCompHeat() : ComponentHeat(GPU) {
     initConfig();
 }
 
@@ -120,8 +120,8 @@ int GpuCompHeat::processRawSample() {
     const int32_t energy =
             saturatingInt32(static_cast<double>(current * static_cast<float>(load) / kPercent));
     KLOGE("gpuComp processRawSample energy=%d", energy);
-    mSamples->push(std::make_unique<EnergySample>(GPU, static_cast<float>(energy),
-                                                  kelvo::monotonicSeconds()));
+    pushSample({GPU, static_cast<float>(energy), kelvo::monotonicSeconds()}, "clock and load",
+               {{"load", load}, {"clock", freq}});
     mLoadSum += static_cast<float>(load);
     mFreqSum += static_cast<float>(freq);
     mCount = kelvo::wrappingAdd(mCount, 1);

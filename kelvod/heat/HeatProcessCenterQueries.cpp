@@ -6,6 +6,7 @@
 #include "heat/HeatProcessCenter.h"
 
 using android::Mutex;
+using kelvo::HeatRanking;
 
 namespace {
 
@@ -17,6 +18,36 @@ std::string entry(const std::string& name, int32_t value) {
 std::string ambientEntry() {
     return entry("ambient", kelvo::AmbientTempWatcher::getInstance().getAmbientTemp());
 }
+
+/** Notes an answered question for the decision observer; without one it does nothing. */
+class RankingRecord {
+  public:
+    explicit RankingRecord(HeatRanking::Question question) : mObserver(kelvo::decisionObserver()) {
+        mRanking.question = question;
+    }
+    void add(int32_t type, const ComponentHeat& component, int32_t heat,
+             const std::map<std::string, int>& keyFactors = {}) {
+        if (mObserver == nullptr) {
+            return;
+        }
+        mRanking.contributions.push_back({type, heat, component.lastConversion(), keyFactors});
+        if (heat > mMost) {
+            mMost = heat;
+            mRanking.mainComponent = type;
+        }
+    }
+    /** Tells the observer; called without a lock. */
+    void end() const {
+        if (mObserver != nullptr) {
+            mObserver->onHeatRanking(mRanking);
+        }
+    }
+
+  private:
+    kelvo::DecisionObserver* const mObserver;
+    HeatRanking mRanking;
+    int32_t mMost = -1;  // m°C
+};
 
 }  // namespace
 
@@ -33,16 +64,20 @@ HeatProcessCenter::MainHeat HeatProcessCenter::getMainHeatCompent() {
     if (mInitInValid) {
         return best;
     }
+    RankingRecord record(HeatRanking::Question::MAIN);
     for (int32_t type = 0; type < kComponentTypes; ++type) {
         {
             Mutex::Autolock lock(mComponentsLock);
-            const int32_t heat = mComponents[static_cast<size_t>(type)]->getHeatContribution();
+            ComponentHeat& component = *mComponents[static_cast<size_t>(type)];
+            const int32_t heat = component.getHeatContribution();
+            record.add(type, component, heat);
             if (heat > best.heat) {
                 best = {type, heat};
             }
         }
         KLOGE("heatpc getMainHeatCompent type: %d, value:%d", best.type, best.heat);
     }
+    record.end();
     return best;
 }
 
@@ -52,12 +87,16 @@ std::string HeatProcessCenter::getCompentsHeat() {
     }
     std::string text;
     Heats heats;
+    RankingRecord record(HeatRanking::Question::TEXT);
     for (int32_t type = 0; type < kComponentTypes; ++type) {
         Mutex::Autolock lock(mComponentsLock);
-        const int32_t heat = mComponents[static_cast<size_t>(type)]->getHeatContribution();
+        ComponentHeat& component = *mComponents[static_cast<size_t>(type)];
+        const int32_t heat = component.getHeatContribution();
+        record.add(type, component, heat);
         text += entry(componentName(type), heat);
         heats[type] = heat;
     }
+    record.end();
     KLOGE("heatpc getCompentsHeat %s", text.c_str());
     text += ambientEntry();
     {
@@ -75,13 +114,17 @@ std::string HeatProcessCenter::getCompentsHeatDetailInfo() {
     Json::Value root(Json::objectValue);
     std::string text;
     Heats heats;
+    RankingRecord record(HeatRanking::Question::DETAIL);
     for (int32_t type = 0; type < kComponentTypes; ++type) {
         Mutex::Autolock lock(mComponentsLock);
-        const auto info = mComponents[static_cast<size_t>(type)]->getHeatInfo();
+        ComponentHeat& component = *mComponents[static_cast<size_t>(type)];
+        const auto info = component.getHeatInfo();
+        record.add(type, component, info->heat, info->keyFactor);
         text += entry(componentName(type), info->heat);
         generateReportInfo(root, componentName(type), info);
         heats[type] = info->heat;
     }
+    record.end();
     text += ambientEntry();
     text += "temp:" + std::to_string(KelvoState::getInstance().getTemp());
     KLOGE("heatpc getCompentsHeatDetailInfo:%s", text.c_str());

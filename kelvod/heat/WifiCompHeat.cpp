@@ -26,14 +26,14 @@ int whole(float value) {
 
 }  // namespace
 
-WifiCompHeat::WifiCompHeat() = default;
+WifiCompHeat::WifiCompHeat() : ComponentHeat(WIFI) {}
 
 int WifiCompHeat::processRawSample() {
     const int reported = QuorixManager::getInstance().getWifi();
     const int energy = reported != ModulePower::kNone ? reported : 0;
     const Mutex::Autolock lock(mMutex);
-    mSamples->push(std::make_unique<EnergySample>(WIFI, static_cast<float>(energy),
-                                                  kelvo::monotonicSeconds()));
+    pushSample({WIFI, static_cast<float>(energy), kelvo::monotonicSeconds()},
+               reported != ModulePower::kNone ? kUsageFeed : "nothing reported");
     KLOGE("wifiComp processRawSample, energy=%d", energy);
     return 0;
 }
@@ -71,7 +71,8 @@ void WifiCompHeat::pushTraffic() {
     const float energy = kelvo::wifiEnergy(mSignal, mWifiSpeed);
     KLOGD("wifiComp processWifiSpeed,energy:%d", whole(energy));
     // Of the modem's type, as such samples always were; nothing in a buffer goes by it.
-    mSamples->push(std::make_unique<EnergySample>(CELLULAR, energy, kelvo::monotonicSeconds()));
+    pushSample({CELLULAR, energy, kelvo::monotonicSeconds()}, "signal and traffic",
+               {{"speed", mWifiSpeed}, {"rssi", mSignal.rssi}});
 }
 
 int WifiCompHeat::getHeatContribution() {

@@ -145,5 +145,6 @@ void ShellTempFitting::fittingStep() {
         setShellTemp();
         updateGlobalShellTemp();
     }
+    mPassRecord.end();
     collectHourly();
 }

@@ -15,6 +15,7 @@
 #include "shelltemp/AbnormalZones.h"
 #include "shelltemp/FittingLimits.h"
 #include "shelltemp/FittingModel.h"
+#include "shelltemp/PassRecord.h"
 #include "shelltemp/SpecifiedZones.h"
 #include "shelltemp/TemperatureRecords.h"
 #include "shelltemp/ThermalZone.h"
@@ -206,4 +207,5 @@ class ShellTempFitting : public android::Singleton<ShellTempFitting>,
     bool mPrimed = false;
     std::map<std::string, std::vector<int32_t>> mZoneTempsByModel;  // m°C
     kelvo::FittingTemps mWrittenTemps;
+    kelvo::PassRecord mPassRecord;
 };

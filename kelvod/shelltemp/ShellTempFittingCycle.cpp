@@ -80,6 +80,7 @@ int ShellTempFitting::getAndfitTemp() {
     mLastFittingTime = mFittingTime;
     mFittingTemps.clear();
     mZoneTemps.clear();
+    mPassRecord.begin(mCurrentFittingModel->scene);
     for (const FittingModel& model : mCurrentFittingModel->models) {
         if (fitModel(model) != 0) {
             return -1;
@@ -107,7 +108,10 @@ int ShellTempFitting::fitModel(const FittingModel& model) {
         KLOGE("fitting model (%d) has not supported!", static_cast<int32_t>(model.type));
         return 0;
     }
-    mFittingTemps[model.index] = kelvo::evaluateLinearModel(temps, model.coefficients);
+    const int32_t value =
+            kelvo::evaluateLinearModel(temps, model.coefficients, mPassRecord.terms());
+    mFittingTemps[model.index] = value;
+    mPassRecord.evaluate(model, temps, value);
     mModelNameByIndex.try_emplace(model.index);
     mZoneTempsByModel[model.name] = std::move(temps);
     if (mInnerSpecialHandling && model.name == "inner") {
@@ -127,6 +131,7 @@ int ShellTempFitting::gatherTemps(const FittingModel& model, std::vector<int32_t
         int temp = 0;
         if (getAndCheckTemp(zone, temp) != 0) {
             KLOGE("Get temp(tz:%d) failed!", zone.index);
+            mPassRecord.fail(model, zone);
             return -1;
         }
         mZoneTemps.add(zone.index, temp);
@@ -140,11 +145,13 @@ void ShellTempFitting::specialHandlingInnerTemp(int index) {
     if (temp <= kInnerHighTemp) {
         KLOGD("do special handling, inner area origin temp:%d", temp);
         temp = kelvo::wrappingSub(temp, kInnerCorrection);
+        mPassRecord.correct(temp);
     }
 }
 
 int ShellTempFitting::checkShellTemp() {
     Mutex::Autolock lock(mMutex);
+    mPassRecord.beginOutputs(mFittingTemps);
     capToReference();
     if (!screenJustTurnedOn()) {
         limitJumps();
@@ -161,6 +168,7 @@ void ShellTempFitting::capToReference() {
         if (index >= 0 && kelvo::exceedsReference(temp, reference->second)) {
             KLOGE("index:%d, temp:%d", index, temp);
             temp = reference->second;
+            mPassRecord.cap(index, temp);
         }
     }
 }
@@ -189,6 +197,7 @@ void ShellTempFitting::limitJumps() {
             KLOGD("Shell temp was shaking %d: delta %d (%d->%d), smoothed %d (%d->%d)", index,
                   result.rate, previous, temp, result.limit, temp, result.value);
         }
+        mPassRecord.limit(index, previous, seconds, result);
         temp = result.value;
         kelvo::recordDelta(history, result.recorded);
     }
@@ -215,6 +224,7 @@ int ShellTempFitting::setShellTemp() {
             }
         }
         mWrittenTemps[index] = temp;
+        mPassRecord.change(index, index >= 0);
         KLOGD("update shell temp %d:%d", index, temp);
     }
     return 0;

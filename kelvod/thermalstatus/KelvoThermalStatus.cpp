@@ -8,8 +8,10 @@
 
 ANDROID_SINGLETON_STATIC_INSTANCE(KelvoThermalStatus)
 
+using kelvo::DecisionObserver;
 using kelvo::KelvoMessage;
 using kelvo::kThermalLevels;
+using kelvo::LevelDecision;
 
 namespace {
 
@@ -101,13 +103,28 @@ void KelvoThermalStatus::callBackThermalStatus(int temp) {
               static_cast<int>(mDefaultTS.tripTemps.size()), mDefaultTS.tripDownTemps.size());
         return;
     }
-    const float celsius = toCelsius(temp);
+    LevelDecision decision;
+    decision.temp = temp;
+    decision.celsius = toCelsius(temp);
+    decision.lastLevelTemp = mLastLevelTemp;
+    decision.oldLevel = mLastThermalLevel;
+    decision.oldStatus = mThermalStatus;
+    updateLevel(decision);
+    if (DecisionObserver* const observer = kelvo::decisionObserver()) {
+        decision.newLevel = mLastThermalLevel;
+        decision.newStatus = mThermalStatus;
+        observer->onLevelDecision(decision);
+    }
+}
+
+void KelvoThermalStatus::updateLevel(LevelDecision& decision) {
+    const float celsius = decision.celsius;
     KLOGD("kelvoCallback ctemp:%lf, sz:%d, mLastThermalLevel:%d ", static_cast<double>(celsius),
           static_cast<int>(kThermalLevels), mLastThermalLevel);
-    if (keepsLevel(celsius)) {
+    if (keepsLevel(decision)) {
         return;
     }
-    const int32_t level = decideLevel(celsius);
+    const int32_t level = decideLevel(decision);
     mLastLevelTemp = kelvo::saturatingInt32(celsius);
     KLOGD("kelvoCallback mLastThermalLevel:%d, i:%d, mDefaultTS.tripTemps:%d ", mLastThermalLevel,
           level, mDefaultTS.tripTemps[static_cast<size_t>(level)]);
@@ -116,26 +133,35 @@ void KelvoThermalStatus::callBackThermalStatus(int temp) {
     }
 }
 
-bool KelvoThermalStatus::keepsLevel(float celsius) const {
+bool KelvoThermalStatus::keepsLevel(LevelDecision& decision) const {
+    const float celsius = decision.celsius;
     const int32_t level = mLastThermalLevel;
     const auto index = static_cast<size_t>(level);
     if (kelvo::isInHoldBand(mDefaultTS, level, celsius)) {
         KLOGD("kelvoCallback mLastThermalLevel: %d, tripTemps:%d, DownThreshold:%d ", level,
               mDefaultTS.tripTemps[index + 1], mDefaultTS.tripDownTemps[index]);
+        decision.rule = LevelDecision::Rule::IN_BAND;
+        decision.below = {false, level, mDefaultTS.tripDownTemps[index]};
+        decision.above = {true, level + 1, mDefaultTS.tripTemps[index + 1]};
         return true;
     }
     if (level == kTopLevel && celsius >= static_cast<float>(mDefaultTS.tripDownTemps[index])) {
         KLOGD("ctemp >= mDefaultTS.tripDownTemps[%d]", kTopLevel);
+        decision.rule = LevelDecision::Rule::AT_TOP;
+        decision.below = {false, level, mDefaultTS.tripDownTemps[index]};
         return true;
     }
     if (level == 0 && celsius <= static_cast<float>(mDefaultTS.tripDownTemps[0])) {
         KLOGD("ctemp <= mDefaultTS.tripDownTemps[0]");
+        decision.rule = LevelDecision::Rule::AT_BOTTOM;
+        decision.above = {false, level, mDefaultTS.tripDownTemps[0]};
         return true;
     }
     return false;
 }
 
-int32_t KelvoThermalStatus::decideLevel(float celsius) const {
+int32_t KelvoThermalStatus::decideLevel(LevelDecision& decision) const {
+    const float celsius = decision.celsius;
     const bool rising = celsius >= static_cast<float>(mLastLevelTemp);
     const auto& thresholds = rising ? mDefaultTS.tripTemps : mDefaultTS.tripDownTemps;
     const int32_t level = kelvo::findThermalLevel(thresholds, celsius);
@@ -144,6 +170,13 @@ int32_t KelvoThermalStatus::decideLevel(float celsius) const {
     } else if (level > 0) {
         KLOGD("kelvoCallback mDefaultTS.tripDownTemps[i]:%d ",
               thresholds[static_cast<size_t>(level)]);
+    }
+    decision.rule = rising ? LevelDecision::Rule::RISING : LevelDecision::Rule::FALLING;
+    if (level > 0) {
+        decision.below = {rising, level, thresholds[static_cast<size_t>(level)]};
+    }
+    if (level < kTopLevel) {
+        decision.above = {rising, level + 1, thresholds[static_cast<size_t>(level) + 1]};
     }
     return level;
 }

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "core/DecisionObserver.h"
 #include "thermalstatus/ThermalLevels.h"
 
 /**
@@ -47,8 +48,9 @@ class KelvoThermalStatus : public android::Singleton<KelvoThermalStatus> {
     static int getTSReprot(const Json::Value& model, std::vector<int>& out);
 
     void callBackThermalStatus(int temp);
-    bool keepsLevel(float celsius) const REQUIRES(mMutex);
-    int32_t decideLevel(float celsius) const REQUIRES(mMutex);
+    void updateLevel(kelvo::LevelDecision& decision) REQUIRES(mMutex);
+    bool keepsLevel(kelvo::LevelDecision& decision) const REQUIRES(mMutex);
+    int32_t decideLevel(kelvo::LevelDecision& decision) const REQUIRES(mMutex);
     void setLevel(int32_t level) REQUIRES(mMutex);
     void switchMonitor(int temp);
     void broadcastThermalStatus(int temp);
