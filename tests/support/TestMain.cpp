@@ -25,21 +25,6 @@ bool listsTestsOnly(int argc, char** argv) {
 
 extern "C" {
 
-// The thread sanitizer does not see the fence between the last two decStrong() of libutils, which
-// is not built with it, and takes the destructor that follows for a race. It is called through a
-// virtual base, and often as decStrong()'s very last act, which leaves no frame of it.
-const char* __tsan_default_suppressions();
-const char* __tsan_default_suppressions() {
-    return "race:android::RefBase::decStrong\n"
-           "race:virtual thunk to *::~\n";
-}
-
-// At once, because the end below is not one that the sanitizer could turn into a failure.
-const char* __tsan_default_options();
-const char* __tsan_default_options() {
-    return "halt_on_error=1";
-}
-
 // Commands to the binder driver hold addresses at any place.
 const char* __lsan_default_options();
 const char* __lsan_default_options() {

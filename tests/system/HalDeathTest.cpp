@@ -1,17 +1,16 @@
 // The daemon while the HALs' processes are killed and restarted.
 
 #include <gtest/gtest.h>
-#include <poll.h>
 #include <stdlib.h>
 
 #include <atomic>
 #include <filesystem>
 #include <thread>
 
+#include "Hal.h"
 #include "service/ServiceCodes.h"
 #include "sim/FrameworkClient.h"
 #include "sim/PhoneTree.h"
-#include "sim/services/ServiceProcess.h"
 #include "support/BinderWorld.h"
 #include "support/Json.h"
 
@@ -21,9 +20,8 @@ namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
 constexpr int kDeaths = 100;
-constexpr int kWarmUp = 10;                     // deaths after which all threads have started
-constexpr int kMostThreads = 12;                // main, work, st-fitting, HIDL's and the pool of 8
-constexpr std::chrono::milliseconds kLook(20);  // a call to a HAL that is about to die is lost
+constexpr int kWarmUp = 10;       // deaths after which all threads have started
+constexpr int kMostThreads = 12;  // main, work, st-fitting, HIDL's and the pool of 8
 constexpr std::chrono::seconds kLimit(30);
 
 // With an ambient model each cycle asks both HALs.
@@ -31,10 +29,6 @@ const std::string kParams =
         "'ambient_fitting':{"
         "'paramter_name':['temp_coeff','tempSlope_coeff','power_coeff','const_coeff'],"
         "'coefficient':[0.001,0,0,0],'temp_rate_threshold':40.0,'power_diff_threshold':500.0}";
-
-std::string programs() {
-    return fs::read_symlink("/proc/self/exe").parent_path();
-}
 
 int64_t entries(const std::string& folder) {
     return std::distance(fs::directory_iterator(folder), {});
@@ -59,54 +53,6 @@ Holdings holdingsOf(pid_t pid) {
     }
     return holdings;
 }
-
-/** A HAL as a process, with what the daemon did to it. */
-class Hal {
-  public:
-    Hal(const std::string& kind, const std::string& root) : mKind(kind), mRoot(root) { start(); }
-
-    void killAndStart() {
-        mProcess.reset();
-        mClients = 0;
-        mLastStatus = -1;
-        start();
-    }
-    /** Looks for some milliseconds at what has come. */
-    void look() {
-        pollfd fd{mProcess->fd(), POLLIN, 0};
-        poll(&fd, 1, static_cast<int>(kLook.count()));
-        mProcess->takeEvents();
-    }
-    bool awaitClient() {
-        const Clock::time_point end = Clock::now() + kLimit;
-        while (mClients == 0 && Clock::now() < end) {
-            look();
-        }
-        return mClients > 0;
-    }
-    int clients() const { return mClients; }
-    int lastStatus() const { return mLastStatus; }
-
-  private:
-    void start() {
-        mProcess.emplace(sim::ServiceProcess::Place{programs() + "/phoneservice", mRoot, mRoot},
-                         sim::serviceKind(mKind), mContext);
-    }
-
-    const std::string mKind;
-    const std::string mRoot;
-    sim::ServiceValues mValues;
-    int mClients = 0;
-    int mLastStatus = -1;
-    const sim::ServiceContext mContext{.values = mValues,
-                                       .onEvent =
-                                               [this](const sim::Event& event) {
-                                                   mLastStatus =
-                                                           event.members.front().second.asInt();
-                                               },
-                                       .onClient = [this] { ++mClients; }};
-    std::optional<sim::ServiceProcess> mProcess;
-};
 
 /** A framework that calls the daemon without a pause, from a thread of its own. */
 class Load {
@@ -172,7 +118,7 @@ TEST_P(HalDeathTest, reconnectsEachTimeAndLosesNoThreadAndNoHandle) {
     buildPhone();
     Hal health(GetParam(), mRoot);
     Hal charger("charger", mRoot);
-    sim::PhoneProcess kelvod({programs() + "/kelvod"}, mRoot, mRoot + "/kelvod.log");
+    sim::PhoneProcess kelvod({Hal::programs() + "/kelvod"}, mRoot, mRoot + "/kelvod.log");
     ASSERT_TRUE(health.awaitClient());
     ASSERT_TRUE(tellScreen(charger, 1));
     std::optional<Load> load(std::in_place);

@@ -9,6 +9,7 @@
 
 #include <android-base/unique_fd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 
@@ -24,6 +25,31 @@ using android::String16;
 namespace {
 
 constexpr int kLookMs = 1000;  // should a change of the log not be seen
+
+using Clock = std::chrono::steady_clock;
+
+/** Counts a text in a log that grows. */
+class LogCounter {
+  public:
+    LogCounter(const std::string& path, std::string text) : mStream(path), mText(std::move(text)) {}
+
+    size_t count() {
+        mStream.clear();
+        mLog.append(std::istreambuf_iterator<char>(mStream), {});
+        for (size_t at = mLog.find(mText); at != std::string::npos; at = mLog.find(mText)) {
+            mLog.erase(0, at + 1);
+            ++mCount;
+        }
+        mLog.erase(0, mLog.size() - std::min(mLog.size(), mText.size()));
+        return mCount;
+    }
+
+  private:
+    std::ifstream mStream;
+    const std::string mText;
+    std::string mLog;  // what may still be a part of the text
+    size_t mCount = 0;
+};
 
 std::string programPath(const std::string& name) {
     return std::filesystem::read_symlink("/proc/self/exe").parent_path() / name;
@@ -67,11 +93,11 @@ KelvodTest::KelvodTest()
     setConfig(30);
 }
 
-void KelvodTest::setConfig(int32_t hold) {
+void KelvodTest::setConfig(int32_t hold, const std::string& members) {
     const std::string statuses = "[0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20]";
     mTree.setNode("/system_ext/etc/kelvo/kelvo.conf",
                   kelvo::encryptConfig(json(
-                          "{'shell_temp_fitting_model':{" + scene("default", 0, "skin") +
+                          "{'shell_temp_fitting_model':{" + scene("default", 0, "skin") + members +
                           "},'thermal_status_model':{'temp_threshold':" + listFrom(hold) +
                           ",'temp_threshold_down':" + listFrom(hold - 1) + ",'thermal_status':" +
                           statuses + ",'thermal_status_report':" + statuses + "}}")));
@@ -84,30 +110,25 @@ void KelvodTest::startKelvod() {
 }
 
 size_t KelvodTest::countInLog(const std::string& text) const {
-    std::ifstream stream(mLogPath);
-    const std::string log{std::istreambuf_iterator<char>(stream), {}};
-    size_t count = 0;
-    for (size_t at = log.find(text); at != std::string::npos; at = log.find(text, at + 1)) {
-        ++count;
-    }
-    return count;
+    return LogCounter(mLogPath, text).count();
 }
 
 bool KelvodTest::logs(const std::string& text, size_t count) const {
     const android::base::unique_fd watch(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
     inotify_add_watch(watch.get(), mLogPath.c_str(), IN_MODIFY);
-    for (int left = kBinderWorldLimitMs / kLookMs; left > 0; --left) {
-        if (countInLog(text) >= count) {
-            return true;
+    LogCounter counter(mLogPath, text);
+    const Clock::time_point end = Clock::now() + std::chrono::milliseconds(kBinderWorldLimitMs);
+    while (counter.count() < count) {
+        if (Clock::now() > end) {
+            return false;
         }
         pollfd changes{watch.get(), POLLIN, 0};
-        // Each change begins a wait of its own, so many of them cannot use up the limit.
-        left += poll(&changes, 1, kLookMs) > 0 ? 1 : 0;
+        poll(&changes, 1, kLookMs);
         char events[4096];
         while (read(watch.get(), events, sizeof(events)) > 0) {
         }
     }
-    return false;
+    return true;
 }
 
 RoleProcess& KelvodTest::startListeners(size_t count, std::optional<uid_t> uid) {

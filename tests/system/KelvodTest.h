@@ -42,13 +42,17 @@ class KelvodTest : public testing::Test {
   protected:
     KelvodTest();
 
-    /** The configuration with rising thresholds from `hold` °C on, a degree apart. */
-    void setConfig(int32_t hold);
+    /**
+     * The configuration with rising thresholds from `hold` °C on, a degree apart, and further
+     * members of "shell_temp_fitting_model", each after a comma.
+     */
+    void setConfig(int32_t hold, const std::string& members = "");
     void startKelvod();
     /** Waits until the daemon's log holds the text `count` times; false at the limit. */
     bool logs(const std::string& text, size_t count = 1) const;
     size_t countInLog(const std::string& text) const;
     bool isAlive() { return !mKelvod->ending(); }
+    pid_t pid() const { return mKelvod->pid(); }
     /** A process with listeners, registered and brought up to date. */
     RoleProcess& startListeners(size_t count = 1, std::optional<uid_t> uid = std::nullopt);
 

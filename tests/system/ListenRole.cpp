@@ -24,7 +24,7 @@ class Ears {
               const FrameworkListener::Members& members) {
         std::string call = event.substr(event.rfind('_') + 1);
         for (const auto& [name, value] : members) {
-            call += " " + value.asString();
+            call += " " + (value.isObject() ? "{}" : value.asString());
         }
         std::unique_lock lock(mMutex);
         std::string& heard = mHeard[listener];

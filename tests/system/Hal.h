@@ -1,0 +1,72 @@
+#pragma once
+
+#include <poll.h>
+
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "sim/services/ServiceProcess.h"
+
+/** A HAL as a process, with what the daemon did to it. */
+class Hal {
+  public:
+    Hal(const std::string& kind, const std::string& root) : mKind(kind), mRoot(root) { start(); }
+
+    /** Where the programs of this build stand. */
+    static std::string programs() {
+        return std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    }
+
+    void killAndStart() {
+        mProcess.reset();
+        mClients = 0;
+        mLastStatus = -1;
+        start();
+    }
+    /** Looks for some milliseconds at what has come. */
+    void look() {
+        pollfd fd{mProcess->fd(), POLLIN, 0};
+        poll(&fd, 1, static_cast<int>(kLook.count()));
+        mProcess->takeEvents();
+    }
+    bool awaitClient() {
+        const Clock::time_point end = Clock::now() + kLimit;
+        while (mClients == 0 && Clock::now() < end) {
+            look();
+        }
+        return mClients > 0;
+    }
+    int clients() const { return mClients; }
+    int lastStatus() const { return mLastStatus; }
+    /** What the HAL answers from now on. */
+    void answer(const sim::Deed& deed) {
+        mValues.take(deed);
+        mProcess->perform(deed);
+    }
+
+  private:
+    using Clock = std::chrono::steady_clock;
+    static constexpr std::chrono::milliseconds kLook{20};  // a call to a HAL about to die is lost
+    static constexpr std::chrono::seconds kLimit{30};
+
+    void start() {
+        mProcess.emplace(sim::ServiceProcess::Place{programs() + "/phoneservice", mRoot, mRoot},
+                         sim::serviceKind(mKind), mContext);
+    }
+
+    const std::string mKind;
+    const std::string mRoot;
+    sim::ServiceValues mValues;
+    int mClients = 0;
+    int mLastStatus = -1;
+    const sim::ServiceContext mContext{.values = mValues,
+                                       .onEvent =
+                                               [this](const sim::Event& event) {
+                                                   mLastStatus =
+                                                           event.members.front().second.asInt();
+                                               },
+                                       .onClient = [this] { ++mClients; }};
+    std::optional<sim::ServiceProcess> mProcess;
+};
