@@ -8,6 +8,7 @@
 #include <memory>
 #include <stdexcept>
 
+#include "DecisionEvents.h"
 #include "sim/RootedRun.h"
 #include "sim/ScenarioParser.h"
 #include "sim/Trace.h"
@@ -76,6 +77,17 @@ int replay(const sim::Scenario& scenario, const ReplayOptions& options) {
         __android_log_set_logger(writeLogLine);
     }
     std::unique_ptr<Output> events;
+    std::unique_ptr<Output> reasons;
+    DecisionFanOut observers;
+    std::optional<DecisionEvents> explanation;
+    if (!options.explain.empty()) {
+        reasons = std::make_unique<Output>(options.explain);
+        explanation.emplace([&](const sim::Event& event) {
+            reasons->stream() << sim::toJsonLine(event) << '\n';
+        });
+        observers.add(&*explanation);
+    }
+    kelvo::setDecisionObserver(observers.empty() ? nullptr : &observers);
     sim::VirtualPhone phone(scenario);
     if (!options.events.empty()) {
         events = std::make_unique<Output>(options.events);
@@ -84,11 +96,10 @@ int replay(const sim::Scenario& scenario, const ReplayOptions& options) {
         });
     }
     phone.run();
-    if (events != nullptr) {
-        events->finish();
-    }
-    if (log != nullptr) {
-        log->finish();
+    for (const auto& output : {&events, &log, &reasons}) {
+        if (*output != nullptr) {
+            (*output)->finish();
+        }
     }
     return 0;
 }

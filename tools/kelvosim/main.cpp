@@ -29,10 +29,12 @@ void addReplay(CLI::App& app, char** argv, int* status) {
     command->add_option("SCENARIO", options.scenario, "Scenario file")->required();
     command->add_option("--events", options.events, "Where the events go, one JSON object a line");
     command->add_option("--log", options.log, "Where the daemon's log goes");
+    command->add_option("--explain", options.explain,
+                        "Where the reasons of the daemon's values go, one JSON object a line");
     command->add_option("--loglevel", options.logLevel,
                         "0 error lines, 1 info lines too, 2 debug lines too, negative: none");
     command->callback([argv, status] {
-        if (options.events.empty() && options.log.empty()) {
+        if (options.events.empty() && options.log.empty() && options.explain.empty()) {
             options.events = "-";
         }
         *status = replayScenario(options, argv);
