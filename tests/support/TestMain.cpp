@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <string_view>
 
 #include "sim/RootedRun.h"
@@ -21,21 +22,24 @@ bool listsTestsOnly(int argc, char** argv) {
     return false;
 }
 
+/** For the second start and the programs that the tests start. */
+void setSanitizerOptions() {
+    // Commands to the binder driver hold addresses at any place.
+    setenv("LSAN_OPTIONS", "use_unaligned=1", 0);
+    // Ends a process at once: the end below is not one that the sanitizer could make a failure.
+    setenv("TSAN_OPTIONS", "halt_on_error=1:suppressions=" SUPPRESSIONS, 0);
+}
+
 }  // namespace
 
 extern "C" {
-
-// Commands to the binder driver hold addresses at any place.
-const char* __lsan_default_options();
-const char* __lsan_default_options() {
-    return "use_unaligned=1";
-}
 
 void __lsan_do_leak_check() __attribute__((weak));
 }
 
 int main(int argc, char** argv) {
     if (!sim::runsBelowOwnRoot() && !listsTestsOnly(argc, argv)) {
+        setSanitizerOptions();
         return sim::runBelowOwnRoot(argv, [](sim::DeviceTree& tree) {
             tree.setProperty("persist.sys.kelvo.loglevel", "2");
         });
