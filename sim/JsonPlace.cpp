@@ -63,13 +63,19 @@ std::string range(int64_t least, int64_t most) {
 
 }  // namespace
 
-std::string suggestion(std::string_view name, const std::vector<std::string>& known) {
+std::optional<std::string> nearestName(std::string_view name,
+                                       const std::vector<std::string>& known) {
     const auto distance = [&](const std::string& k) { return editDistance(name, k); };
     const auto nearest = std::ranges::min_element(known, {}, distance);
     if (nearest == known.end() || distance(*nearest) > std::max<size_t>(2, name.size() / 3)) {
-        return "";
+        return std::nullopt;
     }
-    return ", did you mean \"" + *nearest + "\"?";
+    return *nearest;
+}
+
+std::string suggestion(std::string_view name, const std::vector<std::string>& known) {
+    const std::optional<std::string> nearest = nearestName(name, known);
+    return nearest ? ", did you mean \"" + *nearest + "\"?" : "";
 }
 
 Json::Value parseJson(std::string_view text, const std::string& file) {

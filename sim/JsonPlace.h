@@ -62,6 +62,10 @@ class JsonPlace {
 /** A syntactically correct document; otherwise a ScenarioError with line and column. */
 Json::Value parseJson(std::string_view text, const std::string& file);
 
+/** The nearest of the known names, when it is near enough to be meant. */
+std::optional<std::string> nearestName(std::string_view name,
+                                       const std::vector<std::string>& known);
+
 /** ", did you mean \"cpu\"?" for the nearest of the known names, empty when none is near. */
 std::string suggestion(std::string_view name, const std::vector<std::string>& known);
 

@@ -1,10 +1,14 @@
 #include "ambient/AmbientParams.h"
 
+#include <utility>
+
 #include "core/Log.h"
 
 namespace kelvo {
 
 namespace {
+
+using Kind = AmbientFault::Kind;
 
 constexpr double kDefaultChargeThreshold = 2500.0;  // mA
 
@@ -12,20 +16,20 @@ const Json::Value& member(const Json::Value& root, const char* name) {
     return root.isObject() ? root[name] : Json::Value::nullSingleton();
 }
 
-/** Each pair of name and coefficient; none when the two arrays do not fit together. */
-std::optional<AmbientCoeffs> pairUp(const Json::Value& names, const Json::Value& values) {
+/** Adds each pair of name and coefficient. */
+std::optional<AmbientFault> pairUp(const Json::Value& names, const Json::Value& values,
+                                   AmbientCoeffs& coeffs) {
     if (names.size() != values.size()) {
-        return std::nullopt;
+        return AmbientFault{Kind::UNEQUAL};
     }
-    AmbientCoeffs coeffs;
     for (Json::ArrayIndex i = 0; i < names.size(); ++i) {
         if (!values[i].isDouble() || !names[i].isString()) {
-            return std::nullopt;
+            return AmbientFault{Kind::BAD_PAIR, i};
         }
         coeffs[names[i].asString()] = values[i].asDouble();
         KLOGD("paramter_name:%s, coefficient:%f", names[i].asCString(), values[i].asDouble());
     }
-    return coeffs;
+    return std::nullopt;
 }
 
 void addThresholds(const Json::Value& root, AmbientCoeffs& coeffs) {
@@ -40,31 +44,44 @@ void addThresholds(const Json::Value& root, AmbientCoeffs& coeffs) {
             charge.isDouble() ? charge.asDouble() : kDefaultChargeThreshold;
 }
 
-bool isComplete(const AmbientCoeffs& coeffs) {
+std::optional<AmbientFault> missingName(const AmbientCoeffs& coeffs) {
     for (const char* name : {"temp_coeff", "tempSlope_coeff", "power_coeff", "const_coeff",
                              "temp_rate_threshold", "power_diff_threshold"}) {
         if (!coeffs.contains(name)) {
-            return false;
+            return AmbientFault{Kind::MISSING_NAME, 0, name};
         }
     }
-    return true;
+    return std::nullopt;
 }
 
-}  // namespace
-
-std::optional<AmbientCoeffs> parseAmbientFitting(const std::string& scene,
-                                                 const Json::Value& root) {
+std::optional<AmbientFault> parse(const std::string& scene, const Json::Value& root,
+                                  AmbientCoeffs& coeffs) {
     const Json::Value& names = member(root, "paramter_name");
     const Json::Value& values = member(root, "coefficient");
     if (!names.isArray() || !values.isArray()) {
         KLOGE("parse ambient fitting parameters failed: %s", scene.c_str());
-        return std::nullopt;
+        return AmbientFault{Kind::NO_ARRAYS};
     }
-    std::optional<AmbientCoeffs> coeffs = pairUp(names, values);
-    if (coeffs) {
-        addThresholds(root, *coeffs);
+    if (auto fault = pairUp(names, values, coeffs)) {
+        return fault;
     }
-    return coeffs && isComplete(*coeffs) ? coeffs : std::nullopt;
+    addThresholds(root, coeffs);
+    return missingName(coeffs);
+}
+
+}  // namespace
+
+std::optional<AmbientCoeffs> parseAmbientFitting(const std::string& scene, const Json::Value& root,
+                                                 AmbientFault* fault) {
+    AmbientCoeffs coeffs;
+    auto found = parse(scene, root, coeffs);
+    if (!found) {
+        return coeffs;
+    }
+    if (fault != nullptr) {
+        *fault = std::move(*found);
+    }
+    return std::nullopt;
 }
 
 }  // namespace kelvo

@@ -4,6 +4,9 @@
 
 namespace kelvo {
 
+/** A main file without this text anywhere is taken for a wrong one. */
+inline constexpr char kMainFileMark[] = "temp_threshold_down";
+
 /**
  * Chooses the newest readable file of `count` candidates (of equally new ones the later candidate),
  * reads and decrypts it: `raw` gets the bytes of the file, `json` its text. Paths are the phone's

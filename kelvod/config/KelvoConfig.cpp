@@ -25,9 +25,6 @@ constexpr int kDataIndex = 1;
 constexpr char kOriginPath[] = "/system_ext/etc/kelvo/kelvo.conf";
 constexpr char kDataPath[] = "/data/zenta_lib/kelvo.conf";
 
-/** A main file without this text anywhere is taken for a wrong one. */
-constexpr char kMainFileMark[] = "temp_threshold_down";
-
 class MergeLog : public MergeObserver {
   public:
     MergeLog(std::string platform, std::string project)

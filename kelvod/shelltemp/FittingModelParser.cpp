@@ -1,6 +1,7 @@
 #include "shelltemp/FittingModelParser.h"
 
 #include <limits>
+#include <utility>
 
 #include "core/Log.h"
 
@@ -8,21 +9,34 @@ namespace kelvo {
 
 namespace {
 
-bool isModel(const Json::Value& model) {
-    return model.isObject() && model["index"].isInt() && model["thermal_zone"].isArray() &&
-           model["coefficient"].isArray();
+using Reason = SkippedModel::Reason;
+
+std::optional<Reason> missingMember(const Json::Value& model) {
+    if (!model.isObject()) {
+        return Reason::NO_OBJECT;
+    }
+    if (!model["index"].isInt()) {
+        return Reason::NO_INDEX;
+    }
+    if (!model["thermal_zone"].isArray()) {
+        return Reason::NO_ZONES;
+    }
+    return model["coefficient"].isArray() ? std::nullopt : std::optional(Reason::NO_COEFFICIENTS);
 }
 
-// Empty when any element is not numeric.
-std::vector<double> parseCoefficients(const Json::Value& array) {
-    std::vector<double> coefficients;
+/** Fills `fm.coefficients`; an element that is not numeric spoils all of them. */
+std::optional<SkippedModel> parseCoefficients(const Json::Value& array, FittingModel& fm) {
     for (const Json::Value& element : array) {
         if (!element.isDouble()) {
-            return {};
+            return SkippedModel{fm.name, Reason::BAD_COEFFICIENT,
+                                static_cast<Json::ArrayIndex>(fm.coefficients.size())};
         }
-        coefficients.push_back(element.asDouble());
+        fm.coefficients.push_back(element.asDouble());
     }
-    return coefficients;
+    if (fm.coefficients.empty()) {
+        return SkippedModel{fm.name, Reason::NO_COEFFICIENTS};
+    }
+    return std::nullopt;
 }
 
 }  // namespace
@@ -31,44 +45,50 @@ FittingModelParser::FittingModelParser(const ZoneTable& table, int32_t zoneCount
       : mTable(table), mZoneCount(zoneCount) {}
 
 TempFittingModel FittingModelParser::parseScene(const std::string& name, const Json::Value& scene,
-                                                std::map<int32_t, std::string>& nameByIndex) const {
+                                                std::map<int32_t, std::string>& nameByIndex,
+                                                std::vector<SkippedModel>* skipped) const {
     KLOGD("fitting scene: %s, model: %s", name.c_str(), scene.toStyledString().c_str());
     TempFittingModel set;
     set.scene = name;
     const Json::Value models = scene.isObject() ? scene["temp_model"] : Json::Value();
-    if (models.isObject()) {
-        for (const std::string& modelName : models.getMemberNames()) {
-            parseModel(modelName, models[modelName], set, nameByIndex);
+    if (!models.isObject()) {
+        return set;
+    }
+    for (const std::string& modelName : models.getMemberNames()) {
+        auto skip = parseModel(modelName, models[modelName], set, nameByIndex);
+        if (skip && skipped != nullptr) {
+            skipped->push_back(std::move(*skip));
         }
     }
     return set;
 }
 
-void FittingModelParser::parseModel(const std::string& name, const Json::Value& model,
-                                    TempFittingModel& set,
-                                    std::map<int32_t, std::string>& nameByIndex) const {
-    if (!isModel(model)) {
-        return;
+std::optional<SkippedModel> FittingModelParser::parseModel(
+        const std::string& name, const Json::Value& model, TempFittingModel& set,
+        std::map<int32_t, std::string>& nameByIndex) const {
+    if (const auto missing = missingMember(model)) {
+        return SkippedModel{name, *missing};
     }
     FittingModel fm;
     fm.index = model["index"].asInt();
     fm.name = name;
     nameByIndex[fm.index] = name;
-    parseFittingModels(model, fm, set);
-    if (fm.zones.empty()) {
-        return;
+    if (auto skipped = parseFittingModels(model, fm, set)) {
+        return skipped;
     }
     if (model["type"].isUInt()) {
         fm.type = model["type"].asUInt();
     }
-    fm.coefficients = parseCoefficients(model["coefficient"]);
-    if (!fm.coefficients.empty()) {
-        set.models.push_back(std::move(fm));
+    if (auto skipped = parseCoefficients(model["coefficient"], fm)) {
+        return skipped;
     }
+    set.models.push_back(std::move(fm));
+    return std::nullopt;
 }
 
-void FittingModelParser::parseFittingModels(const Json::Value& model, FittingModel& fm,
-                                            TempFittingModel& set) const {
+std::optional<SkippedModel> FittingModelParser::parseFittingModels(const Json::Value& model,
+                                                                   FittingModel& fm,
+                                                                   TempFittingModel& set) const {
     for (const Json::Value& element : model["thermal_zone"]) {
         ThermalZone zone = resolveZone(element);
         KLOGD("%s, find tz: %s", __func__, element.toStyledString().c_str());
@@ -76,12 +96,18 @@ void FittingModelParser::parseFittingModels(const Json::Value& model, FittingMod
         // kept as it is, reading that zone then fails like any other missing node.
         if (zone.index < 0 || zone.index > mZoneCount) {
             KLOGI("can not find tz: %s", element.toStyledString().c_str());
+            SkippedModel skipped{fm.name, Reason::UNKNOWN_ZONE,
+                                 static_cast<Json::ArrayIndex>(fm.zones.size())};
+            for (const FittingModel& dropped : set.models) {
+                skipped.dropped.push_back(dropped.name);
+            }
             fm.zones.clear();
             set.models.clear();
-            return;
+            return skipped;
         }
         fm.zones.push_back(std::move(zone));
     }
+    return fm.zones.empty() ? std::optional(SkippedModel{fm.name, Reason::NO_ZONES}) : std::nullopt;
 }
 
 ThermalZone FittingModelParser::resolveZone(const Json::Value& element) const {

@@ -31,6 +31,11 @@ int32_t ZoneTable::discover() {
     }
 }
 
+void ZoneTable::add(std::string type) {
+    mIndexByType[type] = static_cast<int32_t>(mTypes.size());
+    mTypes.push_back(std::move(type));
+}
+
 int32_t ZoneTable::indexOf(const std::string& type) const {
     const auto found = mIndexByType.find(type);
     return found == mIndexByType.end() ? -1 : found->second;

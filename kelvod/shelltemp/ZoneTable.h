@@ -21,6 +21,8 @@ class ZoneTable {
      * indexes and appends to the list of types.
      */
     int32_t discover();
+    /** Appends a zone by its type. */
+    void add(std::string type);
 
     bool empty() const { return mIndexByType.empty(); }
     /** Index of the zone of this type, -1 when there is none. */

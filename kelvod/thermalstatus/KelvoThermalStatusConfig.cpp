@@ -3,6 +3,7 @@
 #include "config/KelvoConfig.h"
 #include "core/Log.h"
 #include "thermalstatus/KelvoThermalStatus.h"
+#include "thermalstatus/ThermalList.h"
 
 namespace {
 
@@ -12,29 +13,13 @@ int readBound(const Json::Value& value, int32_t otherwise) {
     return value.isInt() ? value.asInt() : otherwise;
 }
 
-/** The whole numbers of an array; -1 when the value is none. */
-int readInts(const Json::Value& value, std::vector<int>& out) {
-    if (!value.isArray()) {
-        return -1;
+/** Says where a list falls. Whether it can be used. */
+bool checkList(const kelvo::ThermalList& list) {
+    if (list.falling) {
+        KLOGE("config[i-1] i=%d, value=%d", static_cast<int>(*list.falling),
+              list.values[*list.falling - 1]);
     }
-    for (const Json::Value& element : value) {
-        if (element.isInt()) {
-            out.push_back(element.asInt());
-        }
-    }
-    return 0;
-}
-
-/** Whether a list of thresholds or values can be used. */
-bool isUsable(const std::vector<int>& list) {
-    if (list.empty()) {
-        return false;
-    }
-    const auto falling = kelvo::firstFallingEntry(list);
-    if (falling) {
-        KLOGE("config[i-1] i=%d, value=%d", static_cast<int>(*falling), list[*falling - 1]);
-    }
-    return !falling;
+    return list.isUsable();
 }
 
 /** A number and a value a line, in the words of the list's own format. */
@@ -117,53 +102,63 @@ void KelvoThermalStatus::printThermalStatusInfo() const {
 }
 
 int KelvoThermalStatus::getTripTemp(const Json::Value& model, std::vector<int>& out) {
-    if (readInts(model["temp_threshold"], out) != 0) {
+    const kelvo::ThermalList list = kelvo::readThermalList(model["temp_threshold"]);
+    if (!list.isArray) {
         return -1;
     }
-    printEntries(out, [](int i, int value) { KLOGD("Thermal status threshold %d: %d", i, value); });
-    if (!isUsable(out)) {
+    printEntries(list.values,
+                 [](int i, int value) { KLOGD("Thermal status threshold %d: %d", i, value); });
+    if (!checkList(list)) {
         KLOGE("Wrong trip temp config");
         out.clear();
         return -1;
     }
+    out = list.values;
     return 0;
 }
 
 int KelvoThermalStatus::getTripDownTemp(const Json::Value& model, std::vector<int>& out) {
-    if (readInts(model["temp_threshold_down"], out) != 0) {
+    const kelvo::ThermalList list = kelvo::readThermalList(model["temp_threshold_down"]);
+    if (!list.isArray) {
         return -1;
     }
-    printEntries(out,
+    printEntries(list.values,
                  [](int i, int value) { KLOGD("Thermal status down threshold %d: %d", i, value); });
-    if (!isUsable(out)) {
+    if (!checkList(list)) {
         KLOGE("Wrong trip down temp config");
         out.clear();
         return -1;
     }
+    out = list.values;
     return 0;
 }
 
 int KelvoThermalStatus::getTSArea(const Json::Value& model, std::vector<int>& out) {
-    if (readInts(model["thermal_status"], out) != 0) {
+    const kelvo::ThermalList list = kelvo::readThermalList(model["thermal_status"]);
+    if (!list.isArray) {
         return -1;
     }
-    printEntries(out, [](int i, int value) { KLOGD("Thermal status area %d: %d", i, value); });
-    if (!isUsable(out)) {
+    printEntries(list.values,
+                 [](int i, int value) { KLOGD("Thermal status area %d: %d", i, value); });
+    if (!checkList(list)) {
         KLOGE("Wrong thermal status area config");
         out.clear();
         return -1;
     }
+    out = list.values;
     return 0;
 }
 
 int KelvoThermalStatus::getTSReprot(const Json::Value& model, std::vector<int>& out) {
-    if (readInts(model["thermal_status_report"], out) != 0) {
+    const kelvo::ThermalList list = kelvo::readThermalList(model["thermal_status_report"]);
+    if (!list.isArray) {
         return -1;
     }
-    if (!isUsable(out)) {
+    if (!checkList(list)) {
         KLOGE("Wrong trip temp config");  // in the words for the thresholds
         out.clear();
         return -1;
     }
+    out = list.values;
     return 0;
 }
