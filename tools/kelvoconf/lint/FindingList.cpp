@@ -1,0 +1,32 @@
+#include "kelvoconf/lint/FindingList.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kelvo::lint {
+
+void FindingList::error(const std::string& rule, Place place, Advice advice) {
+    add(Severity::ERROR, rule, std::move(place), std::move(advice));
+}
+
+void FindingList::warning(const std::string& rule, Place place, Advice advice) {
+    add(Severity::WARNING, rule, std::move(place), std::move(advice));
+}
+
+void FindingList::add(Severity severity, const std::string& rule, Place place, Advice advice) {
+    if (!mSeen.emplace(rule, place.file, place.path).second) {
+        return;
+    }
+    mFindings.push_back({severity, rule, std::move(place.file), std::move(place.path), place.line,
+                         std::move(advice.what), std::move(advice.effect), std::move(advice.mend)});
+}
+
+std::vector<Finding> FindingList::take(const std::vector<std::string>& files) {
+    const auto key = [&files](const Finding& finding) {
+        return std::pair(std::ranges::find(files, finding.file) - files.begin(), finding.line);
+    };
+    std::ranges::stable_sort(mFindings, {}, key);
+    return std::move(mFindings);
+}
+
+}  // namespace kelvo::lint

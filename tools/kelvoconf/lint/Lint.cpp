@@ -1,0 +1,73 @@
+#include "kelvoconf/lint/Lint.h"
+
+#include <json/writer.h>
+
+#include <limits>
+
+#include "kelvoconf/lint/Rules.h"
+
+namespace kelvo::lint {
+
+namespace {
+
+void addTypes(const Json::Value& value, ZoneTable& table) {
+    for (const Json::Value& element : value) {
+        if (element.isString()) {
+            table.add(element.asString());
+        } else if (element.isArray() || element.isObject()) {
+            addTypes(element, table);
+        }
+    }
+}
+
+ZoneTable zoneTable(const LintInput& input, const Json::Value& root) {
+    ZoneTable table;
+    if (!input.zones) {
+        addTypes(root, table);  // any text counts as a type, so every type is found
+        return table;
+    }
+    for (const std::string& type : *input.zones) {
+        table.add(type);
+    }
+    return table;
+}
+
+int32_t zoneCount(const LintInput& input) {
+    return input.zones ? static_cast<int32_t>(input.zones->size())
+                       : std::numeric_limits<int32_t>::max();
+}
+
+void checkDocument(const LintContext& context) {
+    checkSections(context);
+    checkKeys(context);
+    checkTypes(context);
+}
+
+}  // namespace
+
+std::string quoted(const std::string& name) {
+    Json::StreamWriterBuilder builder;
+    builder["indentation"] = "";
+    builder["emitUTF8"] = true;
+    return Json::writeString(builder, name);
+}
+
+std::vector<Finding> lintConfig(const LintInput& input) {
+    FindingList findings;
+    const SourceFile main(input.main);
+    checkSource(main, true, findings);
+    std::optional<SourceFile> sub;
+    if (input.sub) {
+        sub.emplace(*input.sub);
+        checkSource(*sub, false, findings);
+    }
+    if (!main.error()) {
+        const SourceFile* const readSub = sub && !input.platform.empty() ? &*sub : nullptr;
+        const MergedConfig config(main, readSub, input.platform, input.project);
+        const ZoneTable zones = zoneTable(input, config.root().value());
+        checkDocument({input, main, readSub, config, zones, zoneCount(input), findings});
+    }
+    return findings.take({input.main.name, input.sub ? input.sub->name : ""});
+}
+
+}  // namespace kelvo::lint

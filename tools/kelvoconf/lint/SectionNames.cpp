@@ -1,0 +1,47 @@
+#include "kelvoconf/lint/SectionNames.h"
+
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+
+#include "config/PlatformTable.h"
+
+namespace kelvo::lint {
+
+bool isGroupName(const std::string& name) {
+    return name.find(',') != std::string::npos;
+}
+
+std::vector<std::string> projectsOf(const std::string& groupName) {
+    std::vector<std::string> projects;
+    for (size_t start = 0; start <= groupName.size();) {
+        const size_t comma = std::min(groupName.find(',', start), groupName.size());
+        projects.push_back(groupName.substr(start, comma - start));
+        start = comma + 1;
+    }
+    return projects;
+}
+
+bool isPlatformLike(const std::string& name) {
+    std::string upper = name;
+    std::ranges::transform(upper, upper.begin(), [](unsigned char c) { return std::toupper(c); });
+    for (const std::string_view family : {"MSM", "SDM", "SM", "MT"}) {
+        if (upper.size() > family.size() && upper.starts_with(family) &&
+            std::isdigit(static_cast<unsigned char>(upper[family.size()])) != 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::vector<std::string> detectablePlatforms() {
+    std::vector<std::string> names;
+    for (int32_t i = 0; *platformNameAt(i) != '\0'; ++i) {
+        if (isDetectablePlatform(platformNameAt(i))) {
+            names.emplace_back(platformNameAt(i));
+        }
+    }
+    return names;
+}
+
+}  // namespace kelvo::lint

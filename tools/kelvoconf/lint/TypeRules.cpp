@@ -1,0 +1,57 @@
+// Values of another type than their reader wants, in the document in force.
+
+#include "kelvoconf/lint/KeyCatalogue.h"
+#include "kelvoconf/lint/Rules.h"
+
+namespace kelvo::lint {
+
+namespace {
+
+std::string listed(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names) {
+        text += (text.empty() ? "" : ", ") + quoted(name);
+    }
+    return text;
+}
+
+void notAnObject(const LintContext& context, const std::vector<std::string>& path,
+                 const ConfigNode& node) {
+    const std::string members = listed(namesBelow(path));
+    context.error(
+            "not-an-object", node,
+            {"expected an object, found " + shown(node.value()),
+             "takes as absent what it looks for below" + (members.empty() ? "" : ": " + members),
+             "write an object with these members, or drop the key"});
+}
+
+void checkMember(const LintContext& context, const std::vector<std::string>& path,
+                 const ConfigNode& node) {
+    const KeyEntry* const key = findKey(path);
+    if (key == nullptr || !node) {
+        return;
+    }
+    if (key->type == KeyType::OBJECT && !node.value().isObject()) {
+        notAnObject(context, path, node);
+    } else if (!hasType(node.value(), key->type) && *key->otherwise != '\0') {
+        context.error(
+                "wrong-type", node,
+                {std::string("expected ") + typeText(key->type) + ", found " + shown(node.value()),
+                 key->otherwise, std::string("write ") + typeText(key->type)});
+    }
+    for (const auto& [name, member] : node.members()) {
+        std::vector<std::string> below = path;
+        below.push_back(name);
+        checkMember(context, below, member);
+    }
+}
+
+}  // namespace
+
+void checkTypes(const LintContext& context) {
+    for (const auto& [name, node] : context.root().members()) {
+        checkMember(context, {name}, node);
+    }
+}
+
+}  // namespace kelvo::lint
