@@ -61,23 +61,27 @@ std::string describe(const kelvo::ConfigTextError& error, const std::string& fil
     return what + ": " + placeOf(file, text, error.offset);
 }
 
-Json::Value readConfig(const std::string& path) {
+ConfigText readConfigText(const std::string& path) {
     const std::string bytes = readInput(path);
     // A plain text decrypts to a valid length and a "{" once in 2^36 times, so this goes first.
-    std::string text;
-    size_t prefix = 0;
-    if (kelvo::decryptConfig(bytes, text) != 0) {
-        text = bytes;
-        prefix = prefixSize(text);
-        if (prefix == std::string_view::npos) {
-            throw Failure("neither an encrypted configuration nor a JSON object: " + nameOf(path));
-        }
+    ConfigText config;
+    if (kelvo::decryptConfig(bytes, config.whole) == 0) {
+        return config;
     }
+    config = {bytes, prefixSize(bytes)};
+    if (config.start == std::string_view::npos) {
+        throw Failure("neither an encrypted configuration nor a JSON object: " + nameOf(path));
+    }
+    return config;
+}
+
+Json::Value readConfig(const std::string& path) {
+    const ConfigText config = readConfigText(path);
     Json::Value root;
     kelvo::ConfigTextError error;
-    if (kelvo::parseConfigText(text.substr(prefix), root, &error) != 0) {
-        error.offset += prefix;
-        throw Failure(describe(error, path, text));
+    if (kelvo::parseConfigText(config.whole.substr(config.start), root, &error) != 0) {
+        error.offset += config.start;
+        throw Failure(describe(error, path, config.whole));
     }
     return root;
 }

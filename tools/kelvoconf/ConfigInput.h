@@ -23,6 +23,15 @@ std::string placeOf(const std::string& file, std::string_view text, size_t offse
 std::string describe(const kelvo::ConfigTextError& error, const std::string& file,
                      std::string_view text);
 
+/** The text of a configuration file. */
+struct ConfigText {
+    std::string whole;
+    size_t start = 0;  // where the object begins: what stands before it never gets to a phone
+};
+
+/** Reads a configuration file, plain or encrypted, without parsing it. Throws Failure. */
+ConfigText readConfigText(const std::string& path);
+
 /** Parses a configuration file, plain or encrypted. Throws Failure. */
 Json::Value readConfig(const std::string& path);
 

@@ -12,15 +12,6 @@ namespace kelvoconf {
 
 namespace {
 
-void warnOfOptions(const MergeOptions& options) {
-    if (!options.platform.empty() && !kelvo::isDetectablePlatform(options.platform)) {
-        warn("no phone reports this platform", options.platform);
-    }
-    if (options.platform.empty() && !options.sub.empty()) {
-        warn("a phone of unknown platform has no sub-file, ignored", options.sub);
-    }
-}
-
 std::string documentText(const Json::Value& root, bool onOneLine) {
     return onOneLine ? compactJson(root) + "\n" : styledJson(root);
 }
@@ -31,12 +22,22 @@ std::string explanationText(const MergeExplanation& explanation, bool asJson) {
 
 }  // namespace
 
+void warnOfFiles(const PhoneFiles& files) {
+    if (!files.platform.empty() && !kelvo::isDetectablePlatform(files.platform)) {
+        warn("no phone reports this platform", files.platform);
+    }
+    if (files.platform.empty() && !files.sub.empty()) {
+        warn("a phone of unknown platform has no sub-file, ignored", files.sub);
+    }
+}
+
 void mergeCommand(const MergeOptions& options) {
-    warnOfOptions(options);
-    Json::Value root = readConfig(options.main);
-    const Json::Value sub = options.sub.empty() ? Json::Value() : readConfig(options.sub);
+    const PhoneFiles& files = options.files;
+    warnOfFiles(files);
+    Json::Value root = readConfig(files.main);
+    const Json::Value sub = files.sub.empty() ? Json::Value() : readConfig(files.sub);
     MergeExplanation explanation;
-    kelvo::mergeConfig(root, sub, options.platform, options.project, &explanation);
+    kelvo::mergeConfig(root, sub, files.platform, files.project, &explanation);
     for (const kelvo::OverrideSection& section : explanation.ignored()) {
         warn("this section is not an object, ignored", sectionLabel(section));
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "JsonText.h"
+#include "kelvoconf/lint/KeyPath.h"
 
 namespace kelvoconf {
 
@@ -12,15 +13,10 @@ bool startsWith(const MergeExplanation::Path& path, const MergeExplanation::Path
     return path.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), path.begin());
 }
 
-// A name with other characters than these is quoted, so that a line reads one way only.
 std::string pathText(const MergeExplanation::Path& path) {
     std::string text;
     for (const std::string& name : path) {
-        const bool isPlain = !name.empty() && name.find_first_not_of(
-                                                      "abcdefghijklmnopqrstuvwxyz"
-                                                      "ABCDEFGHIJKLMNOPQRSTUVWXYZ"
-                                                      "0123456789_-") == std::string::npos;
-        text += (text.empty() ? "" : ".") + (isPlain ? name : compactJson(name));
+        text += (text.empty() ? "" : ".") + kelvo::lint::nameInPath(name);
     }
     return text;
 }

@@ -28,18 +28,53 @@ void addDecrypt(CLI::App& app, std::string& in, std::string& out) {
     command->final_callback([&] { decryptCommand(in, out); });
 }
 
+void addFiles(CLI::App& command, PhoneFiles& files, bool needsPhone) {
+    command.add_option("--platform", files.platform, "platform name, such as SM8450")
+            ->required(needsPhone);
+    command.add_option("--project", files.project, "project name as its node holds it")
+            ->required(needsPhone);
+    command.add_option("MAIN", files.main, "main file, plain or encrypted")->required();
+    command.add_option("SUB", files.sub, "the platform's sub-file, plain or encrypted");
+}
+
 void addMerge(CLI::App& app, MergeOptions& options) {
     CLI::App* command = app.add_subcommand("merge", "Print the document the daemon would hold");
-    command->add_option("--platform", options.platform, "platform name, such as SM8450")
-            ->required();
-    command->add_option("--project", options.project, "project name as its node holds it")
-            ->required();
+    addFiles(*command, options.files, true);
     command->add_flag("--explain", options.explain,
                       "print each key that an override touched, its value and who set it");
     command->add_flag("--json", options.json, "for machines: one object a line");
-    command->add_option("MAIN", options.main, "main file, plain or encrypted")->required();
-    command->add_option("SUB", options.sub, "the platform's sub-file, plain or encrypted");
     command->final_callback([&] { mergeCommand(options); });
+}
+
+void addLint(CLI::App& app, LintOptions& options, int& status) {
+    CLI::App* command = app.add_subcommand(
+            "lint", "Find mistakes and traps; status 0 clean, 1 warnings only, 3 errors");
+    addFiles(*command, options.files, true);
+    command->add_option("--zones", options.zones,
+                        "zone types in index order, one a line, or a device root");
+    command->add_flag("--json", options.json, "for machines: one object a line");
+    command->final_callback([&] { status = lintCommand(options); });
+}
+
+void addShow(CLI::App& app, PhoneFiles& files) {
+    CLI::App* command =
+            app.add_subcommand("show", "Print scenes, models, zones and thresholds as tables");
+    addFiles(*command, files, false);
+    command->final_callback([&] { showCommand(files); });
+}
+
+void addDraft(CLI::App& app, DraftOptions& options) {
+    CLI::App* command = app.add_subcommand(
+            "draft", "List a phone's zones on standard error, print a configuration for them");
+    command->add_option("--root", options.root,
+                        "device root: folder that stands for / of the phone")
+            ->required();
+    command->add_option("--output", options.output,
+                        "file for the configuration; the list is then on standard output");
+    command->add_flag("--zones-only", options.zonesOnly,
+                      "print the list alone, on standard output");
+    command->add_flag("--json", options.json, "list for machines: one object a line");
+    command->final_callback([&] { draftCommand(options); });
 }
 
 int run(int argc, char** argv) {
@@ -49,9 +84,16 @@ int run(int argc, char** argv) {
     std::string in;
     std::string out;
     MergeOptions merge;
+    LintOptions lint;
+    PhoneFiles show;
+    DraftOptions draft;
+    int status = 0;
     addEncrypt(app, in, out);
     addDecrypt(app, in, out);
     addMerge(app, merge);
+    addLint(app, lint, status);
+    addShow(app, show);
+    addDraft(app, draft);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& request) {
@@ -61,7 +103,7 @@ int run(int argc, char** argv) {
                   << "Run kelvoconf --help for the usage.\n";
         return kWrongUsage;
     }
-    return 0;
+    return status;
 }
 
 }  // namespace

@@ -2,30 +2,18 @@
 
 #include <json/writer.h>
 
-#include <limits>
-
 #include "kelvoconf/lint/Rules.h"
+#include "kelvoconf/lint/ZoneNames.h"
 
 namespace kelvo::lint {
 
 namespace {
 
-void addTypes(const Json::Value& value, ZoneTable& table) {
-    for (const Json::Value& element : value) {
-        if (element.isString()) {
-            table.add(element.asString());
-        } else if (element.isArray() || element.isObject()) {
-            addTypes(element, table);
-        }
-    }
-}
-
 ZoneTable zoneTable(const LintInput& input, const Json::Value& root) {
-    ZoneTable table;
     if (!input.zones) {
-        addTypes(root, table);  // any text counts as a type, so every type is found
-        return table;
+        return zonesNamedIn(root);
     }
+    ZoneTable table;
     for (const std::string& type : *input.zones) {
         table.add(type);
     }
@@ -33,14 +21,20 @@ ZoneTable zoneTable(const LintInput& input, const Json::Value& root) {
 }
 
 int32_t zoneCount(const LintInput& input) {
-    return input.zones ? static_cast<int32_t>(input.zones->size())
-                       : std::numeric_limits<int32_t>::max();
+    return input.zones ? static_cast<int32_t>(input.zones->size()) : kAnyZoneCount;
 }
 
 void checkDocument(const LintContext& context) {
     checkSections(context);
     checkKeys(context);
     checkTypes(context);
+    checkScenes(context);
+    checkBackups(context);
+    checkZoneLists(context);
+    checkAmbient(context);
+    checkStatus(context);
+    checkSettings(context);
+    checkHeat(context);
 }
 
 }  // namespace

@@ -1,0 +1,148 @@
+// The ambient estimator's scenes and their parameters.
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "ambient/AmbientParams.h"
+#include "kelvoconf/lint/KeyCatalogue.h"
+#include "kelvoconf/lint/SceneSet.h"
+#include "sim/JsonPlace.h"
+
+namespace kelvo::lint {
+
+namespace {
+
+using Kind = AmbientFault::Kind;
+
+// One scene that cannot be used spoils the others, too.
+constexpr char kNoEstimate[] = "estimates no ambient temperature, in any scene";
+
+bool isThreshold(const std::string& name) {
+    return name == "temp_rate_threshold" || name == "power_diff_threshold";
+}
+
+void badParameters(const LintContext& context, const ConfigNode& fitting,
+                   const AmbientFault& fault) {
+    const ConfigNode names = fitting / "paramter_name";
+    const ConfigNode values = fitting / "coefficient";
+    const auto report = [&context](const ConfigNode& node, const std::string& what,
+                                   const std::string& mend) {
+        context.error("ambient-parameters", node, {what, kNoEstimate, mend});
+    };
+    switch (fault.kind) {
+        case Kind::NO_ARRAYS:
+            report(names.value().isArray() ? values : names,
+                   "an ambient scene needs \"paramter_name\", spelled so, and \"coefficient\" as "
+                   "arrays",
+                   "write both arrays");
+            break;
+        case Kind::UNEQUAL:
+            report(values,
+                   std::to_string(values.value().size()) + " coefficients for " +
+                           std::to_string(names.value().size()) + " names",
+                   "give each name one coefficient");
+            break;
+        case Kind::BAD_PAIR:
+            report(names[fault.element].value().isString() ? values[fault.element]
+                                                           : names[fault.element],
+                   "a name must be a text and its coefficient a number", "correct the pair");
+            break;
+        case Kind::MISSING_NAME:
+            report(isThreshold(fault.name) ? fitting / fault.name : names,
+                   "there is no " + quoted(fault.name),
+                   isThreshold(fault.name) ? "write both thresholds; one alone does not count"
+                                           : "add the name and its coefficient");
+            break;
+    }
+}
+
+void checkNames(const LintContext& context, const ConfigNode& names) {
+    const std::vector<std::string> known = {
+            "temp_coeff",          "tempSlope_coeff",      "power_coeff",          "const_coeff",
+            "temp_rate_threshold", "power_diff_threshold", "battery_current_coeff"};
+    for (const ConfigNode& name : names.elements()) {
+        if (!name.value().isString() ||
+            std::ranges::find(known, name.value().asString()) != known.end()) {
+            continue;
+        }
+        const auto nearest = sim::nearestName(name.value().asString(), known);
+        context.warning("unknown-parameter", name,
+                        {"the estimator knows no parameter " + shown(name.value()),
+                         "ignores it and its coefficient",
+                         nearest ? "write " + quoted(*nearest) : "drop both"});
+    }
+}
+
+void checkThresholds(const LintContext& context, const ConfigNode& fitting) {
+    const ConfigNode rate = fitting / "temp_rate_threshold";
+    if (rate.value().isDouble() && rate.value().asDouble() <= 0) {
+        context.warning("threshold-never-met", rate,
+                        {"no slope is below " + shown(rate.value()),
+                         "finds no steady sample, and so estimates nothing",
+                         "write the slope, in m°C each 5 s, that still counts as steady"});
+    }
+    const ConfigNode power = fitting / "power_diff_threshold";
+    if (power.value().isDouble() && power.value().asDouble() < 0) {
+        context.warning("threshold-never-met", power,
+                        {"no change of power is below " + shown(power.value()),
+                         "drops its samples whenever it has enough, and so estimates nothing",
+                         "write the change of power that still counts as steady"});
+    }
+}
+
+void checkFitting(const LintContext& context, const ParsedScene& scene) {
+    const ConfigNode fitting = scene.node / "ambient_fitting";
+    AmbientFault fault;
+    if (!parseAmbientFitting(scene.set.scene, fitting.value(), &fault)) {
+        badParameters(context, fitting, fault);
+    }
+    checkNames(context, fitting / "paramter_name");
+    checkThresholds(context, fitting);
+}
+
+/** An estimate is made of a power and of a temperature. */
+void checkModels(const LintContext& context, const ParsedScene& scene) {
+    const auto isPower = [](const FittingModel& model) { return model.name == "power"; };
+    const auto powers = std::ranges::count_if(scene.set.models, isPower);
+    const bool hasTemp = static_cast<size_t>(powers) < scene.set.models.size();
+    if (powers == 0 || !hasTemp) {
+        context.error("ambient-models", scene.node / "temp_model",
+                      {powers == 0 ? "there is no model \"power\"" : "there is no other model",
+                       "estimates nothing while this scene is used",
+                       "an ambient scene needs a model \"power\" (mW) and one of a temperature"});
+    }
+}
+
+void checkNotSwitched(const LintContext& context, const ParsedScene& scene) {
+    context.warning("ambient-not-switched", scene.node,
+                    {"there is no usable scene \"ambient_charge\"",
+                     "never switches ambient scenes then, and so never uses this one",
+                     "write \"ambient_charge\", or drop the scene"});
+}
+
+}  // namespace
+
+void checkAmbient(const LintContext& context) {
+    const SceneSet set = parseScenes(context);
+    const bool switches = set.find("ambient_charge") != nullptr;
+    if (switches && set.find("ambient") == nullptr) {
+        context.warning("no-ambient", context.root() / "shell_temp_fitting_model" / "ambient",
+                        {"there is \"ambient_charge\", but no usable scene \"ambient\"",
+                         "has no estimate until the phone is charged for the first time",
+                         "write the scene that holds while the phone is not charged"});
+    }
+    for (const ParsedScene& scene : set.scenes) {
+        if (!isAmbientScene(scene.set.scene) || scene.set.models.empty()) {
+            continue;
+        }
+        if (!switches && scene.set.scene != "ambient") {
+            checkNotSwitched(context, scene);
+            continue;
+        }
+        checkFitting(context, scene);
+        checkModels(context, scene);
+    }
+}
+
+}  // namespace kelvo::lint

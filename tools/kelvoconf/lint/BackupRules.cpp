@@ -1,0 +1,78 @@
+// Backup scenes that cannot step in.
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "kelvoconf/lint/SceneSet.h"
+
+namespace kelvo::lint {
+
+namespace {
+
+bool uses(const TempFittingModel& set, int32_t index) {
+    return std::ranges::any_of(set.models, [index](const FittingModel& model) {
+        return std::ranges::count(model.zones, index, &ThermalZone::index) > 0;
+    });
+}
+
+/** When a zone fails, a set is given up for its first model only. */
+void checkHidden(const LintContext& context, const ParsedScene& backup) {
+    const FittingModel& first = backup.set.models.front();
+    for (const FittingModel& model : backup.set.models) {
+        for (size_t i = 0; i < model.zones.size(); ++i) {
+            if (std::ranges::count(first.zones, model.zones[i].index, &ThermalZone::index) > 0) {
+                continue;
+            }
+            const ConfigNode list = backup.model(model.name) / "thermal_zone";
+            context.warning(
+                    "backup-hides-zone", list[static_cast<Json::ArrayIndex>(i)],
+                    {"the first model of this backup scene, " + quoted(first.name) +
+                             ", does not use this zone",
+                     "looks at the first model only: when the zone fails it may choose this scene, "
+                     "whose cycles then fail, and nothing is written",
+                     "use the zone in " + quoted(first.name) + " too, or nowhere in the scene"});
+        }
+    }
+}
+
+/** A zone of the starting scene without which no backup scene works either. */
+void checkCovered(const LintContext& context, const ParsedScene& start,
+                  const std::vector<const ParsedScene*>& backups) {
+    std::set<int32_t> seen;
+    for (const FittingModel& model : start.set.models) {
+        for (size_t i = 0; i < model.zones.size(); ++i) {
+            const int32_t zone = model.zones[i].index;
+            const bool isCovered = std::ranges::any_of(
+                    backups, [zone](const auto* backup) { return !uses(backup->set, zone); });
+            if (isCovered || !seen.insert(zone).second) {
+                continue;
+            }
+            const ConfigNode list = start.model(model.name) / "thermal_zone";
+            context.warning("backups-share-zone", list[static_cast<Json::ArrayIndex>(i)],
+                            {"every backup scene uses this zone, too",
+                             "finds no scene that works when the zone fails: nothing is written",
+                             "write a backup scene without it"});
+        }
+    }
+}
+
+}  // namespace
+
+void checkBackups(const LintContext& context) {
+    const SceneSet set = parseScenes(context);
+    std::vector<const ParsedScene*> backups;
+    for (const ParsedScene& scene : set.scenes) {
+        if (isBackupScene(scene.set.scene) && !scene.set.models.empty()) {
+            backups.push_back(&scene);
+            checkHidden(context, scene);
+        }
+    }
+    const ParsedScene* const start = set.find("default");
+    if (start != nullptr && !backups.empty()) {
+        checkCovered(context, *start, backups);
+    }
+}
+
+}  // namespace kelvo::lint

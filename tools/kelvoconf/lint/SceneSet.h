@@ -1,0 +1,44 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "kelvoconf/lint/Rules.h"
+#include "shelltemp/FittingModelParser.h"
+
+namespace kelvo::lint {
+
+/** A scene as the daemon parses it. */
+struct ParsedScene {
+    TempFittingModel set;
+    std::vector<SkippedModel> skipped;
+    ConfigNode node;
+
+    ConfigNode model(const std::string& name) const { return node / "temp_model" / name; }
+};
+
+/** The scenes of "shell_temp_fitting_model", parsed with the daemon's parser in its order. */
+struct SceneSet {
+    std::vector<ParsedScene> scenes;
+    std::map<int32_t, std::string> nameByIndex;  // the name that each index is published under
+
+    /** A scene with models; null when there is none of this name. */
+    const ParsedScene* find(const std::string& name) const;
+};
+
+/** Of the document `root`, against the zones of a phone. */
+SceneSet parseScenes(const ConfigNode& root, const ZoneTable& zones, int32_t zoneCount);
+SceneSet parseScenes(const LintContext& context);
+
+/** What the numbers of models do across models and scenes. */
+void checkIndexes(const LintContext& context, const SceneSet& set);
+
+/** Whether a scene falls back for another. */
+bool isBackupScene(const std::string& name);
+/** Whether a scene can come to compute the shell temperature. */
+bool isShellScene(const std::string& name);
+/** The part beside the scenes that holds the heat components' tables. */
+inline constexpr char kHeatSection[] = "heatsource_detection";
+
+}  // namespace kelvo::lint
