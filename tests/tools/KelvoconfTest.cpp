@@ -66,6 +66,9 @@ TEST_F(KelvoconfTest, failuresSayWhatAndWhere) {
             {"merge --platform SM8450 --project Q bad.json", 1, ": bad.json:3:7"},
             {"merge --platform SM8450 --project Q bad.conf", 1, ": bad.conf:2:1"},
             {"merge --platform SM8450 --project Q list.json", 1, ": list.json"},
+            {"lint --platform SM8450 --project Q none.json", 3, ": none.json"},
+            {"draft --root .", 1, "no thermal zones below this device root: ."},
+            {"show list.json", 1, ": list.json"},
             {"merge --platform SM8450 bad.json", 2, ": command line"},
     };
     for (const auto& test : cases) {
@@ -108,4 +111,101 @@ TEST_F(KelvoconfTest, mergePrintsDocumentOrWhoSetWhatLast) {
     EXPECT_EQ(run("merge --explain --platform MT6983 --project X main.json").out,
               "kelvoconf: warning: this section is not an object, ignored: "
               "main: platform section MT6983\n");
+}
+
+TEST_F(KelvoconfTest, lintEndsWithTheWorstOfItsFindings) {
+    const std::string good = R"({"shell_temp_fitting_model": {"default": {"temp_model": {
+"front": {"index": 0, "thermal_zone": ["skin"], "coefficient": [1]}}}}, "x": "temp_threshold_down")";
+    files.setNode("/warned.json", "// a comment\n" + good + "}");
+    files.setNode("/wrong.conf", kelvo::encryptConfig(good + ",\n\"big_data\": 5}"));
+    files.setNode("/zones", "# the phone's\ncpu\nskim\n");
+    files.setNode("/sub.json", R"({"config_versions": "x"})");
+    const struct {
+        const char* arguments;
+        int status;
+        const char* part;
+    } cases[] = {
+            {"warned.json", 1, "\n0 errors, 2 warnings; zones not judged (no --zones)\n"},
+            {"warned.json --json", 1,
+             R"({"severity":"warning","rule":"unknown-key",)"
+             R"("file":"warned.json","path":"x","line":3,"what":)"},
+            {"warned.json --zones zones", 3, "skim"},
+            {"wrong.conf", 3, "wrong.conf:3: error: big_data: expected an object, found 5 "},
+            {"- < wrong.conf", 3, "standard input:3: error: big_data: "},
+            {"warned.json sub.json", 1, "sub.json:1: warning: config_versions: "},
+            {"warned.json --zones none", 3, "kelvoconf: cannot open"},
+    };
+    for (const auto& test : cases) {
+        const Program::Result result =
+                run("lint --platform SM8450 --project Q " + std::string(test.arguments));
+        EXPECT_EQ(result.status, test.status) << test.arguments;
+        EXPECT_NE(result.out.find(test.part), std::string::npos)
+                << test.arguments << ": " << result.out;
+    }
+}
+
+TEST_F(KelvoconfTest, draftListsZonesAndBeginsAConfiguration) {
+    const struct {
+        const char* type;
+        std::optional<int32_t> temp;
+    } zones[] = {{"cpu", 36000},       {"battery", 31000}, {"battery", 31500},
+                 {"board-ntc", 33000}, {"lcd-ntc", {}},    {"quiet-ntc", 33500},
+                 {"xo", -274000},      {"skin", 30},       {"charger", 32000}};
+    sim::DeviceTree phone(files.root() + "/phone");
+    int32_t index = 0;
+    for (const auto& zone : zones) {
+        phone.addZone(index++, zone.type, zone.temp);
+    }
+    phone.addZone(11, "late", 30000);
+    const Program::Result drafted = run("draft --root phone --output draft.json");
+    EXPECT_EQ(drafted.out,
+              "kelvoconf: warning: the daemon stops at the missing zone 9 and does not find zone "
+              "11: phone\n"
+              "zone  type       sample, m°C  remarks\n"
+              "0     cpu              36000\n"
+              "1     battery          31000  duplicate type: by it the daemon finds zone 2\n"
+              "2     battery          31500  duplicate type: by it the daemon finds zone 2\n"
+              "3     board-ntc        33000\n"
+              "4     lcd-ntc                 unreadable\n"
+              "5     quiet-ntc        33500\n"
+              "6     xo             -274000  implausible: the daemon takes it as failed\n"
+              "7     skin                30  implausible: hardly m°C\n"
+              "8     charger          32000\n");
+    const std::string lint = " --zones phone --platform SM8450 --project Q ";
+    EXPECT_EQ(run("lint draft.json" + lint).out, "0 errors, 0 warnings\n");
+    const std::string used = files.node("/draft.json").value_or("");
+    EXPECT_NE(used.find("[\"board-ntc\", \"quiet-ntc\", \"charger\"]"), std::string::npos) << used;
+    EXPECT_EQ(run("draft --root phone 2> /dev/null | " KELVOCONF " lint -" + lint).status, 0);
+    EXPECT_NE(run("draft --root phone --zones-only --json")
+                      .out.find(R"({"index":4,"type":"lcd-ntc","sample":null,)"
+                                R"("remarks":["unreadable"]})"
+                                "\n"),
+              std::string::npos);
+}
+
+TEST_F(KelvoconfTest, showsWhatTheDaemonMakesOfAFile) {
+    files.setNode("/main.json", R"({"shell_temp_fitting_model": {"default": {"temp_model": {
+"front": {"index": 0, "thermal_zone": ["skin", 7], "coefficient": [0.25, 1, -300]},
+"back": {"index": 1, "thermal_zone": ["skin"], "coefficient": [1]}, "frame": {}}}, "empty": {}},
+"thermal_status_model": {"temp_threshold": [-1, 36], "temp_threshold_down": [-1, 35],
+"thermal_status": [0]}})");
+    EXPECT_EQ(run("show main.json").out,
+              "Scenes\n"
+              "  scene    used   models\n"
+              "  default  usual  back, front\n"
+              "  empty    never  none, not kept\n\n"
+              "Models of default: weights of the zones\n"
+              "  zone           back (1)  front (0)\n"
+              "  skin                  1       0.25\n"
+              "  number 7                         1\n"
+              "  constant, m°C                 -300\n"
+              "  skipped: frame\n\n"
+              "Zones\n"
+              "  zone      used by\n"
+              "  number 7  default\n"
+              "  skin      default\n\n"
+              "Levels\n"
+              "  level  rises at, °C  falls below, °C  status\n"
+              "  0                -1               -1       0\n"
+              "  1                36               35\n");
 }

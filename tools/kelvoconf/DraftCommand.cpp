@@ -68,10 +68,10 @@ void draftCommand(const DraftOptions& options) {
     // The skeleton alone goes to standard output, so that it can be piped.
     if (options.output.empty() || options.output == "-") {
         std::cerr << list;
-        writeOutput("-", styledJson(makeSkeleton(zones)));
+        writeOutput("-", configJson(makeSkeleton(zones)));
     } else {
         writeOutput("-", list);
-        writeOutput(options.output, styledJson(makeSkeleton(zones)));
+        writeOutput(options.output, configJson(makeSkeleton(zones)));
     }
 }
 

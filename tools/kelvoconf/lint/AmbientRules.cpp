@@ -124,7 +124,7 @@ void checkNotSwitched(const LintContext& context, const ParsedScene& scene) {
 }  // namespace
 
 void checkAmbient(const LintContext& context) {
-    const SceneSet set = parseScenes(context);
+    const SceneSet& set = context.scenes;
     const bool switches = set.find("ambient_charge") != nullptr;
     if (switches && set.find("ambient") == nullptr) {
         context.warning("no-ambient", context.root() / "shell_temp_fitting_model" / "ambient",

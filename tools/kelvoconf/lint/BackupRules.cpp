@@ -61,7 +61,7 @@ void checkCovered(const LintContext& context, const ParsedScene& start,
 }  // namespace
 
 void checkBackups(const LintContext& context) {
-    const SceneSet set = parseScenes(context);
+    const SceneSet& set = context.scenes;
     std::vector<const ParsedScene*> backups;
     for (const ParsedScene& scene : set.scenes) {
         if (isBackupScene(scene.set.scene) && !scene.set.models.empty()) {

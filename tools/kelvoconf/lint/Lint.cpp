@@ -3,6 +3,7 @@
 #include <json/writer.h>
 
 #include "kelvoconf/lint/Rules.h"
+#include "kelvoconf/lint/SceneSet.h"
 #include "kelvoconf/lint/ZoneNames.h"
 
 namespace kelvo::lint {
@@ -59,7 +60,8 @@ std::vector<Finding> lintConfig(const LintInput& input) {
         const SourceFile* const readSub = sub && !input.platform.empty() ? &*sub : nullptr;
         const MergedConfig config(main, readSub, input.platform, input.project);
         const ZoneTable zones = zoneTable(input, config.root().value());
-        checkDocument({input, main, readSub, config, zones, zoneCount(input), findings});
+        const SceneSet scenes = parseScenes(config.root(), zones, zoneCount(input));
+        checkDocument({scenes, input, main, readSub, config, zones, zoneCount(input), findings});
     }
     return findings.take({input.main.name, input.sub ? input.sub->name : ""});
 }

@@ -11,8 +11,11 @@
 
 namespace kelvo::lint {
 
+struct SceneSet;
+
 /** What the rules judge. One thread. */
 struct LintContext {
+    const SceneSet& scenes;
     const LintInput& input;
     const SourceFile& main;
     const SourceFile* sub;  // null: there is none, or none that the daemon would read

@@ -195,7 +195,7 @@ void checkScenes(const LintContext& context) {
     if (!models.value().isObject()) {
         return;
     }
-    const SceneSet set = parseScenes(context);
+    const SceneSet& set = context.scenes;
     checkDefault(context, set);
     for (const ParsedScene& scene : set.scenes) {
         checkScene(context, scene);

@@ -7,10 +7,6 @@
 
 namespace kelvo::lint {
 
-SceneSet parseScenes(const LintContext& context) {
-    return parseScenes(context.root(), context.zones, context.zoneCount);
-}
-
 SceneSet parseScenes(const ConfigNode& root, const ZoneTable& zones, int32_t zoneCount) {
     SceneSet set;
     const FittingModelParser parser(zones, zoneCount);

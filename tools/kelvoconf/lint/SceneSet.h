@@ -29,7 +29,6 @@ struct SceneSet {
 
 /** Of the document `root`, against the zones of a phone. */
 SceneSet parseScenes(const ConfigNode& root, const ZoneTable& zones, int32_t zoneCount);
-SceneSet parseScenes(const LintContext& context);
 
 /** What the numbers of models do across models and scenes. */
 void checkIndexes(const LintContext& context, const SceneSet& set);
