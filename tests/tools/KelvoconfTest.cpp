@@ -209,3 +209,20 @@ TEST_F(KelvoconfTest, showsWhatTheDaemonMakesOfAFile) {
               "  0                -1               -1       0\n"
               "  1                36               35\n");
 }
+
+TEST_F(KelvoconfTest, completesCommandsOptionsAndFiles) {
+    files.setNode("/main.json", "");
+    for (const auto& [words, expected] :
+         std::vector<std::pair<std::string, std::string>>{{"d", "decrypt draft"},
+                                                          {"lint --z", "--zones"},
+                                                          {"lint --zones ma", "main.json"},
+                                                          {"merge --platform ''", ""},
+                                                          {"--vers", "--version"}}) {
+        const Program::Result result = Program::run(
+                "/bin/bash", {"-eu", "-c",
+                              "source " COMPLETION "; COMP_WORDS=(kelvoconf " + words +
+                                      "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _kelvoconf;"
+                                      " echo -n \"${COMPREPLY[*]}\""});
+        EXPECT_EQ(result.out, expected) << words << result.err;
+    }
+}

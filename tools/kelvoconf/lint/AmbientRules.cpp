@@ -80,7 +80,7 @@ void checkThresholds(const LintContext& context, const ConfigNode& fitting) {
         context.warning("threshold-never-met", rate,
                         {"no slope is below " + shown(rate.value()),
                          "finds no steady sample, and so estimates nothing",
-                         "write the slope, in m°C each 5 s, that still counts as steady"});
+                         "write the slope, in m°C/s, that still counts as steady"});
     }
     const ConfigNode power = fitting / "power_diff_threshold";
     if (power.value().isDouble() && power.value().asDouble() < 0) {

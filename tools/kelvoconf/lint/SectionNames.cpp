@@ -22,6 +22,10 @@ std::vector<std::string> projectsOf(const std::string& groupName) {
     return projects;
 }
 
+bool isListWithoutCommas(const std::string& name) {
+    return !isGroupName(name) && name.find_first_of(";|/ \t") != std::string::npos;
+}
+
 bool isPlatformLike(const std::string& name) {
     std::string upper = name;
     std::ranges::transform(upper, upper.begin(), [](unsigned char c) { return std::toupper(c); });

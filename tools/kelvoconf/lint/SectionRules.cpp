@@ -25,6 +25,10 @@ class SectionCheck {
                 checkGroup(name);
             } else if (isPlatformLike(name)) {
                 checkPlatform(name);
+            } else if (isListWithoutCommas(name) && name != mContext.input.project) {
+                never(name, "projects in a list have commas between them",
+                      "write commas, without blanks; a single name exactly as the phone's node "
+                      "holds it");
             } else if (!mContext.input.project.empty() && name != mContext.input.project &&
                        comparable(name) == comparable(mContext.input.project)) {
                 never(name, "the project's name is " + quoted(mContext.input.project) + " exactly",
