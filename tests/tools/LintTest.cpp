@@ -359,6 +359,8 @@ TEST_F(Lint, findsTablesOfTheHeatComponentsThatCannotBeUsed) {
              "heatsource_model.device_name:36"},
             {"'heatsource_model': {", "'y': {",
              "no-heat-center " HEAT "heatsource_model:35; unknown-key " HEAT "y:36"},
+            {"'gpu_model': {", "'z': {",
+             "no-gpu-table " HEAT "gpu_model:35; unknown-key " HEAT "z:38"},
             {"350, 460]", "460, 350]", "heat-table-not-ascending " HEAT "gpu_model.gpufreq[2]:38"},
             {"'powermA': [120, 210, 300]", "'powermA': [120, 210]",
              "heat-table-unequal " HEAT "gpu_model.powermA:38"},

@@ -209,8 +209,13 @@ void checkHeat(const LintContext& context) {
     } else if (coefficients.value().isObject()) {
         checkCoefficients(context, coefficients);
     }
-    if ((heat / "gpu_model").value().isObject()) {
-        checkGpu(context, heat / "gpu_model");
+    const ConfigNode gpu = heat / "gpu_model";
+    if (!gpu) {
+        context.warning("no-gpu-table", gpu,
+                        {"there is no gpu_model", "takes the GPU's current as 0: it never heats",
+                         "write the GPU's clocks and currents"});
+    } else if (gpu.value().isObject()) {
+        checkGpu(context, gpu);
     }
     if ((heat / "cellar_model").value().isObject()) {
         checkModem(context, heat / "cellar_model");
