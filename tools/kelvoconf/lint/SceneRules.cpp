@@ -24,10 +24,8 @@ std::string listed(const std::vector<std::string>& names) {
 }
 
 std::string namesOf(const std::vector<FittingModel>& models) {
-    std::vector<std::string> names;
-    for (const FittingModel& model : models) {
-        names.push_back(model.name);
-    }
+    std::vector<std::string> names(models.size());
+    std::ranges::transform(models, names.begin(), &FittingModel::name);
     return listed(names);
 }
 
