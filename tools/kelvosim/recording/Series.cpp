@@ -1,0 +1,34 @@
+#include "Series.h"
+
+#include <algorithm>
+
+namespace {
+
+/** Puts a change behind the others of an ascending list without repeating what holds already. */
+template <typename Entry, typename Value>
+void append(std::vector<Entry>& list, int64_t timeMs, Value Entry::*member, Value value,
+            const Value& before) {
+    if (!list.empty() && list.back().timeMs == timeMs) {
+        list.pop_back();
+    }
+    if (list.empty() ? !(value == before) : !(list.back().*member == value)) {
+        list.push_back({timeMs, std::move(value)});
+    }
+}
+
+}  // namespace
+
+void Series::add(int64_t timeMs, std::optional<int32_t> value) {
+    append(mPoints, timeMs, &Point::value, value, std::optional<int32_t>{});
+}
+
+std::optional<int32_t> Series::valueAt(int64_t timeMs) const {
+    const auto later =
+            std::upper_bound(mPoints.begin(), mPoints.end(), timeMs,
+                             [](int64_t time, const Point& point) { return time < point.timeMs; });
+    return later == mPoints.begin() ? std::nullopt : std::prev(later)->value;
+}
+
+void Band::add(int64_t timeMs, std::string_view text) {
+    append(mChanges, timeMs, &Change::text, std::string(text), std::string());
+}
