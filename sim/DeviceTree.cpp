@@ -4,6 +4,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <charconv>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -27,6 +28,26 @@ std::optional<std::string> readAll(const std::string& path) {
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
+constexpr std::string_view kZoneFolder = "/sys/class/thermal/thermal_zone";
+
+/** N when the path is that of thermal_zoneN's temperature. */
+std::optional<int32_t> zoneAt(std::string_view path) {
+    if (!path.starts_with(kZoneFolder) || !path.ends_with("/temp")) {
+        return std::nullopt;
+    }
+    path.remove_prefix(kZoneFolder.size());
+    int32_t zone = 0;
+    const auto [end, error] = std::from_chars(path.data(), path.data() + path.size(), zone);
+    const bool whole = std::string_view(end, path.data() + path.size()) == "/temp";
+    return error == std::errc() && whole ? std::optional(zone) : std::nullopt;
+}
+
+std::optional<int32_t> numberIn(std::string_view text) {
+    int32_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() ? std::optional(number) : std::nullopt;
+}
+
 }  // namespace
 
 DeviceTree::DeviceTree(std::string root) : mRoot(std::move(root)) {
@@ -48,6 +69,13 @@ void DeviceTree::addFolder(std::string_view path) {
 }
 
 void DeviceTree::setNode(std::string_view path, std::string_view text) {
+    putNode(path, text);
+    if (const auto zone = zoneAt(path)) {
+        noteZone(*zone, numberIn(text), false);
+    }
+}
+
+void DeviceTree::putNode(std::string_view path, std::string_view text) {
     auto found = mNodes.find(path);
     if (found == mNodes.end()) {
         const std::string host = hostPath(path);
@@ -76,6 +104,13 @@ void DeviceTree::writeNode(Node& node, std::string_view path, std::string_view t
 }
 
 void DeviceTree::removeNode(std::string_view path) {
+    dropNode(path);
+    if (const auto zone = zoneAt(path)) {
+        noteZone(*zone, std::nullopt, true);
+    }
+}
+
+void DeviceTree::dropNode(std::string_view path) {
     const auto found = mNodes.find(path);
     if (found != mNodes.end()) {
         close(found->second.fd);
@@ -91,7 +126,7 @@ std::optional<std::string> DeviceTree::node(std::string_view path) const {
 }
 
 std::string DeviceTree::zonePath(int32_t index, std::string_view node) {
-    return "/sys/class/thermal/thermal_zone" + std::to_string(index) + "/" + std::string(node);
+    return std::string(kZoneFolder) + std::to_string(index) + "/" + std::string(node);
 }
 
 void DeviceTree::addZone(int32_t index, std::string_view type, std::optional<int32_t> temp) {
@@ -100,11 +135,32 @@ void DeviceTree::addZone(int32_t index, std::string_view type, std::optional<int
 }
 
 void DeviceTree::setZoneTemp(int32_t index, std::optional<int32_t> temp) {
+    const auto found = mZones.find(index);
+    if (found != mZones.end() && found->second.plain && found->second.temp == temp) {
+        return;
+    }
     const std::string path = zonePath(index, "temp");
     if (temp) {
-        setNode(path, std::to_string(*temp) + "\n");
+        putNode(path, std::to_string(*temp) + "\n");
     } else {
-        removeNode(path);
+        dropNode(path);
+    }
+    noteZone(index, temp, true);
+}
+
+void DeviceTree::noteZone(int32_t zone, std::optional<int32_t> temp, bool plain) {
+    const auto [at, isNew] = mZones.try_emplace(zone);
+    const bool changed = isNew || at->second.temp != temp;
+    at->second = {temp, plain};
+    if (changed && mZoneListener) {
+        mZoneListener(zone, temp);
+    }
+}
+
+void DeviceTree::setZoneListener(ZoneListener listener) {
+    mZoneListener = std::move(listener);
+    for (const auto& [index, zone] : mZones) {
+        mZoneListener(index, zone.temp);
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -34,6 +35,10 @@ class DeviceTree {
     /** thermal_zone`index` with its type; without a temperature (m°C) its "temp" is unreadable. */
     void addZone(int32_t index, std::string_view type, std::optional<int32_t> temp);
     void setZoneTemp(int32_t index, std::optional<int32_t> temp);
+    /** What a zone shows from now on, m°C; none: it cannot be read, or holds no number. */
+    using ZoneListener = std::function<void(int32_t zone, std::optional<int32_t> temp)>;
+    /** Tells `listener` of all zones now, then of each whose value changes. */
+    void setZoneListener(ZoneListener listener);
     static std::string zonePath(int32_t index, std::string_view node);
 
     /** A system property, written by rename so that a reader sees the old value or the new. */
@@ -45,10 +50,19 @@ class DeviceTree {
         int fd = -1;
         std::string text;
     };
+    struct Zone {
+        std::optional<int32_t> temp;
+        bool plain = false;  // its node is what setZoneTemp() makes of `temp`
+    };
+    void putNode(std::string_view path, std::string_view text);
+    void dropNode(std::string_view path);
     void writeNode(Node& node, std::string_view path, std::string_view text);
+    void noteZone(int32_t zone, std::optional<int32_t> temp, bool plain);
 
     const std::string mRoot;
     std::map<std::string, Node, std::less<>> mNodes;
+    std::map<int32_t, Zone> mZones;
+    ZoneListener mZoneListener;
 };
 
 /** A folder of its own under the host's temporary folder, removed with all it holds at the end. */

@@ -96,6 +96,7 @@ void VirtualPhone::perform(const Deed& deed) {
 }
 
 void VirtualPhone::apply(const Deed& deed) {
+    mActionListener(deed);
     std::visit(Overloaded{[this](const SetZones& zones) { mPhone.apply(zones); },
                           [this](const SetNodes& nodes) { mPhone.apply(nodes, now()); },
                           [this](const SetProperties& properties) {

@@ -31,6 +31,18 @@ class VirtualPhone {
         mListener = std::move(listener);
     }
 
+    /**
+     * Told at once of every zone, then of each whose value changes, before the daemon can see it:
+     * m°C as the phone's sensor shows it, none while it cannot be read.
+     */
+    void setZoneListener(DeviceTree::ZoneListener listener) {
+        mTree.setZoneListener(std::move(listener));
+    }
+    /** Told of each action as it begins, so before the events that it causes; none by default. */
+    void setActionListener(std::function<void(const Deed&)> listener) {
+        mActionListener = std::move(listener);
+    }
+
     /** Starts the daemon as on a phone. False when its property disables it. */
     bool start();
     /** Runs everything due up to and at `timeMs` after t = 0. Needs start(). */
@@ -41,6 +53,9 @@ class VirtualPhone {
     /** Performs an action now, and what it makes due. */
     void perform(const Deed& deed);
     DeviceTree& tree() { return mTree; }
+    /** The truth behind the sensors, as it was in the last whole second; null without a plant. */
+    const Plant* plant() const { return mPlayer->plant(); }
+    /** Phone time, ms since t = 0. */
     int64_t now() const;
 
   private:
@@ -60,6 +75,7 @@ class VirtualPhone {
     std::optional<AtomLog> mAtoms;
     std::optional<ScenarioPlayer> mPlayer;
     std::function<void(const Event&)> mListener = [](const Event&) {};
+    std::function<void(const Deed&)> mActionListener = [](const Deed&) {};
     FrameworkClient mClient;
     PhoneServices mServices;
 };
