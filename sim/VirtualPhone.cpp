@@ -82,6 +82,7 @@ void VirtualPhone::runMoment(int64_t timeMs) {
     }
     VirtualScheduler::get().handleMessages();
     VirtualScheduler::get().runLoops();
+    mMomentListener(mPlayer->plant());
 }
 
 void VirtualPhone::feedServices() {

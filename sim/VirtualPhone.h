@@ -38,6 +38,10 @@ class VirtualPhone {
     void setZoneListener(DeviceTree::ZoneListener listener) {
         mTree.setZoneListener(std::move(listener));
     }
+    /** Called when all that was due at a moment has been done; the plant is null without one. */
+    void setMomentListener(std::function<void(const Plant*)> listener) {
+        mMomentListener = std::move(listener);
+    }
     /** Told of each action as it begins, so before the events that it causes; none by default. */
     void setActionListener(std::function<void(const Deed&)> listener) {
         mActionListener = std::move(listener);
@@ -75,6 +79,7 @@ class VirtualPhone {
     std::optional<AtomLog> mAtoms;
     std::optional<ScenarioPlayer> mPlayer;
     std::function<void(const Event&)> mListener = [](const Event&) {};
+    std::function<void(const Plant*)> mMomentListener = [](const Plant*) {};
     std::function<void(const Deed&)> mActionListener = [](const Deed&) {};
     FrameworkClient mClient;
     PhoneServices mServices;

@@ -3,12 +3,11 @@
 #include <android/log.h>
 
 #include <array>
-#include <fstream>
-#include <iostream>
 #include <memory>
-#include <stdexcept>
+#include <ostream>
 
 #include "DecisionEvents.h"
+#include "OutputFile.h"
 #include "sim/RootedRun.h"
 #include "sim/ScenarioParser.h"
 #include "sim/Trace.h"
@@ -19,32 +18,6 @@ namespace {
 
 constexpr char kLogLevelProperty[] = "persist.sys.kelvo.loglevel";
 constexpr char kSilent[] = "-1";
-
-/** A file or standard output. */
-class Output {
-  public:
-    explicit Output(const std::string& name) : mName(name) {
-        if (name != "-") {
-            mFile.open(name, std::ios::binary | std::ios::trunc);
-            check();
-        }
-    }
-    std::ostream& stream() { return mName == "-" ? std::cout : mFile; }
-    void finish() {
-        stream().flush();
-        check();
-    }
-
-  private:
-    void check() {
-        if (!stream()) {
-            throw std::runtime_error("cannot be written: " + mName);
-        }
-    }
-
-    const std::string mName;
-    std::ofstream mFile;
-};
 
 std::ostream* sLogStream = nullptr;
 
@@ -67,36 +40,56 @@ void prepareTree(sim::DeviceTree& tree, const sim::Scenario& scenario) {
     }
 }
 
-int replay(const sim::Scenario& scenario, const ReplayOptions& options) {
-    std::unique_ptr<Output> log;
+/** Null without a name. */
+std::unique_ptr<OutputFile> openIfNamed(const std::string& name) {
+    return name.empty() ? nullptr : std::make_unique<OutputFile>(name);
+}
+
+void writeLine(OutputFile& output, const sim::Event& event) {
+    output.stream() << sim::toJsonLine(event) << '\n';
+}
+
+std::unique_ptr<OutputFile> openLog(const std::string& name) {
+    std::unique_ptr<OutputFile> log = openIfNamed(name);
+    sLogStream = log != nullptr ? &log->stream() : nullptr;
     __android_log_set_minimum_priority(ANDROID_LOG_VERBOSE);
-    __android_log_set_logger(dropLogLine);
-    if (!options.log.empty()) {
-        log = std::make_unique<Output>(options.log);
-        sLogStream = &log->stream();
-        __android_log_set_logger(writeLogLine);
-    }
-    std::unique_ptr<Output> events;
-    std::unique_ptr<Output> reasons;
+    __android_log_set_logger(log != nullptr ? writeLogLine : dropLogLine);
+    return log;
+}
+
+int replay(const sim::Scenario& scenario, const ReplayOptions& options) {
+    const auto log = openLog(options.log);
+    const auto events = openIfNamed(options.events);
+    const auto reasons = openIfNamed(options.explain);
     DecisionFanOut observers;
-    std::optional<DecisionEvents> explanation;
-    if (!options.explain.empty()) {
-        reasons = std::make_unique<Output>(options.explain);
-        explanation.emplace([&](const sim::Event& event) {
-            reasons->stream() << sim::toJsonLine(event) << '\n';
-        });
-        observers.add(&*explanation);
+    DecisionEvents explanation([&](const sim::Event& event) { writeLine(*reasons, event); });
+    if (reasons != nullptr) {
+        observers.add(&explanation);
+    }
+    std::unique_ptr<ReplayRecording> recording;
+    if (options.recording.wanted()) {
+        recording =
+                std::make_unique<ReplayRecording>(scenario, options.scenario, options.recording);
+        observers.add(&recording->observer());
     }
     kelvo::setDecisionObserver(observers.empty() ? nullptr : &observers);
     sim::VirtualPhone phone(scenario);
-    if (!options.events.empty()) {
-        events = std::make_unique<Output>(options.events);
-        phone.setListener([&](const sim::Event& event) {
-            events->stream() << sim::toJsonLine(event) << '\n';
-        });
+    phone.setListener([&](const sim::Event& event) {
+        if (events != nullptr) {
+            writeLine(*events, event);
+        }
+        if (recording != nullptr) {
+            recording->onEvent(event);
+        }
+    });
+    if (recording != nullptr) {
+        recording->watch(phone);
     }
     phone.run();
-    for (const auto& output : {&events, &log, &reasons}) {
+    if (recording != nullptr) {
+        recording->write();
+    }
+    for (const auto* output : {&events, &log, &reasons}) {
         if (*output != nullptr) {
             (*output)->finish();
         }

@@ -3,12 +3,15 @@
 #include <optional>
 #include <string>
 
+#include "ReplayRecording.h"
+
 struct ReplayOptions {
     std::string scenario;
     std::string events;   // where the events go; "-" is standard output, empty nowhere
     std::string log;      // likewise the daemon's log
     std::string explain;  // likewise the reasons of its values
     std::optional<int> logLevel;
+    RecordingOptions recording;
 };
 
 /**

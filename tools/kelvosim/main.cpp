@@ -33,8 +33,13 @@ void addReplay(CLI::App& app, char** argv, int* status) {
                         "Where the reasons of the daemon's values go, one JSON object a line");
     command->add_option("--loglevel", options.logLevel,
                         "0 error lines, 1 info lines too, 2 debug lines too, negative: none");
+    command->add_option("--report", options.recording.report,
+                        "Where a page goes that shows the run and its reasons, HTML");
+    command->add_option("--perfetto", options.recording.perfetto,
+                        "Where a trace for ui.perfetto.dev goes, JSON");
     command->callback([argv, status] {
-        if (options.events.empty() && options.log.empty() && options.explain.empty()) {
+        if (options.events.empty() && options.log.empty() && options.explain.empty() &&
+            !options.recording.wanted()) {
             options.events = "-";
         }
         *status = replayScenario(options, argv);

@@ -67,16 +67,15 @@ class PassLog {
     const std::vector<Definition>& definitions() const { return mDefinitions; }
     /** One for each definition. */
     const std::vector<Evaluation>& evaluations() const { return mEvaluations; }
-    /** By index; named after the latest model of that index. */
+    /** By index. */
     const std::map<int32_t, Output>& outputs() const { return mOutputs; }
+    /** That of the latest model of this index. */
     const std::string& outputName(int32_t index) const;
     /** Zone temperatures as the passes read them, by zone index, m°C. */
     const std::map<int32_t, Series>& readings() const { return mReadings; }
 
   private:
-    size_t setOf(const kelvo::FittingPass& pass);
-    size_t definitionOf(const kelvo::ModelEvaluation& model);
-    void addModel(int64_t timeMs, const kelvo::ModelEvaluation& model);
+    size_t addModel(int64_t timeMs, const kelvo::ModelEvaluation& model);
     void addOutputs(int64_t timeMs, const kelvo::FittingPass& pass);
 
     std::vector<Pass> mPasses;

@@ -12,18 +12,8 @@
 #include "core/DecisionObserver.h"
 #include "heat/ComponentType.h"
 #include "recording/PassLog.h"
+#include "recording/RunInfo.h"
 #include "recording/Series.h"
-
-/** What was run. */
-struct RunInfo {
-    std::string name;
-    std::string scenario;       // the file
-    std::string configVersion;  // of the main document; empty without one
-    std::string platform;       // of the phone's nodes; empty when it is none that is supported
-    std::string project;        // likewise
-    int64_t startNs = 0;        // wall clock at t = 0, ns since the epoch
-    int64_t durationMs = 0;
-};
 
 /** Something that happened at one time and is no figure. */
 struct Mark {

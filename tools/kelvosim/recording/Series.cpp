@@ -1,4 +1,4 @@
-#include "Series.h"
+#include "recording/Series.h"
 
 #include <algorithm>
 

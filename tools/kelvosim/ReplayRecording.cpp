@@ -1,0 +1,32 @@
+#include "ReplayRecording.h"
+
+#include "perfetto/PerfettoTrace.h"
+#include "report/HtmlReport.h"
+
+ReplayRecording::ReplayRecording(const sim::Scenario& scenario, const std::string& file,
+                                 const RecordingOptions& options)
+      : mRecorder(scenario, file) {
+    if (!options.report.empty()) {
+        mReport.emplace(options.report);
+    }
+    if (!options.perfetto.empty()) {
+        mPerfetto.emplace(options.perfetto);
+    }
+}
+
+void ReplayRecording::watch(sim::VirtualPhone& phone) {
+    phone.setZoneListener(
+            [this](int32_t zone, std::optional<int32_t> temp) { mRecorder.onZone(zone, temp); });
+    phone.setMomentListener([this](const sim::Plant* plant) { mRecorder.onMomentEnd(plant); });
+}
+
+void ReplayRecording::write() {
+    if (mReport) {
+        writeHtmlReport(mReport->stream(), mRecorder.recording(), {});
+        mReport->finish();
+    }
+    if (mPerfetto) {
+        writePerfettoTrace(mPerfetto->stream(), mRecorder.recording());
+        mPerfetto->finish();
+    }
+}

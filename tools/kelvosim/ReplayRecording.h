@@ -1,0 +1,37 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "OutputFile.h"
+#include "recording/Recorder.h"
+#include "sim/VirtualPhone.h"
+
+/** Where a replay's recording goes; empty: nowhere, "-": standard output. */
+struct RecordingOptions {
+    std::string report;    // an HTML page
+    std::string perfetto;  // a trace
+
+    bool wanted() const { return !report.empty() || !perfetto.empty(); }
+};
+
+/** The recording of a replay and the files that are made of it. */
+class ReplayRecording {
+  public:
+    /** `scenario` lives longer than this, `file` is how the user named it. Opens the files. */
+    ReplayRecording(const sim::Scenario& scenario, const std::string& file,
+                    const RecordingOptions& options);
+
+    /** Whom the daemon tells of its decisions. */
+    kelvo::DecisionObserver& observer() { return mRecorder; }
+    /** Before the phone starts; events are for onEvent(). */
+    void watch(sim::VirtualPhone& phone);
+    void onEvent(const sim::Event& event) { mRecorder.onEvent(event); }
+    /** When the phone has run. Throws std::runtime_error. */
+    void write();
+
+  private:
+    Recorder mRecorder;
+    std::optional<OutputFile> mReport;
+    std::optional<OutputFile> mPerfetto;
+};

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <json/value.h>
+
+#include "recording/Recording.h"
+#include "report/ColumnCode.h"
+
+// A recording as the object that the page's scripts work on. Figures are coded in columns.
+
+/** {"name", "unit", "column"}. */
+Json::Value seriesData(const Series& series, const RowTimes& times);
+/** {"count", "steps"}. */
+Json::Value timesData(const RowTimes& times);
+
+/** The whole recording. */
+Json::Value reportData(const Recording& recording);
+
+/** Members "passes", "outputs", "decisions" and "rankings": why each value is what it is. */
+void addReasons(Json::Value& data, const Recording& recording);
