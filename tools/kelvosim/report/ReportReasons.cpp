@@ -107,20 +107,26 @@ const char* ruleName(kelvo::LevelDecision::Rule rule) {
     return "";
 }
 
-/** [temp, last, rule, [[rising, level, °C], …]] without the levels: what a decision stood on. */
+/** [rising, level, °C], or null. */
+Json::Value thresholdData(const std::optional<kelvo::LevelDecision::Threshold>& threshold) {
+    if (!threshold) {
+        return {};
+    }
+    Json::Value data(Json::arrayValue);
+    data.append(threshold->rising);
+    data.append(threshold->level);
+    data.append(threshold->celsius);
+    return data;
+}
+
+/** All of a decision but its temperature. */
 Json::Value groundsData(const kelvo::LevelDecision& decision) {
     Json::Value data(Json::arrayValue);
     data.append(decision.lastLevelTemp);
     data.append(ruleName(decision.rule));
-    Json::Value thresholds(Json::arrayValue);
-    for (const auto& threshold : decision.thresholds) {
-        Json::Value entry(Json::arrayValue);
-        entry.append(threshold.rising);
-        entry.append(threshold.level);
-        entry.append(threshold.celsius);
-        thresholds.append(entry);
+    for (const auto& threshold : {decision.below, decision.above}) {
+        data.append(thresholdData(threshold));
     }
-    data.append(thresholds);
     for (const int32_t value :
          {decision.oldLevel, decision.newLevel, decision.oldStatus, decision.newStatus}) {
         data.append(value);

@@ -1,1 +1,401 @@
-x
+'use strict';
+// The plots: one time axis for all, at every zoom no more rows than a screen can show.
+
+const AXIS_WIDTH = 56;       // px left of every plot and strip
+const FINE_ROWS = 3000;      // in the part of the run that shows
+const COARSE_ROWS = 1000;    // on either side of it
+const RANGE_HEIGHT = 34;     // px of the overview below the first plot
+
+/** Colours that the colour-blind can tell apart, for a light and a dark ground. */
+const PALETTES = {
+  light: ['#0060a0', '#c44500', '#00795a', '#a8457f', '#7a5c00', '#2e8fc9', '#111111', '#7b3fb5'],
+  dark: ['#5eb8f5', '#ff9248', '#3fd6a4', '#f094cb', '#f2d04a', '#9fd8ff', '#ffffff', '#c39bf0'],
+};
+const DASHES = [[], [8, 4], [2, 3], [10, 3, 2, 3]];
+
+const isDark = () => document.documentElement.dataset.theme === 'dark';
+const palette = () => PALETTES[isDark() ? 'dark' : 'light'];
+const style = name => getComputedStyle(document.documentElement).getPropertyValue(name).trim();
+
+/** What time shows: everything moves together. */
+const view = {
+  from: 0,
+  to: run.duration,
+  plots: [],
+  strips: [],
+  settleTimer: 0,
+
+  set(from, to, source) {
+    const least = Math.min(SECOND, run.duration);
+    const span = Math.min(Math.max(to - from, least), run.duration);
+    from = Math.max(0, Math.min(from, run.duration - span));
+    if (from === this.from && from + span === this.to) {
+      return;
+    }
+    this.from = from;
+    this.to = from + span;
+    for (const plot of this.plots) {
+      plot.follow(plot === source);
+    }
+    this.strips.forEach(strip => strip.draw());
+    cursor.place();
+    clearTimeout(this.settleTimer);
+    this.settleTimer = setTimeout(() => this.plots.forEach(plot => plot.refine()), 120);
+  },
+  zoom(factor) {
+    const middle = cursor.time >= this.from && cursor.time <= this.to
+        ? cursor.time : (this.from + this.to) / 2;
+    this.set(middle - (middle - this.from) * factor, middle + (this.to - middle) * factor);
+  },
+  pan(share) {
+    const step = (this.to - this.from) * share;
+    this.set(this.from + step, this.to + step);
+  },
+  reset() { this.set(0, run.duration); },
+};
+
+/** Time of each change of any of the lines in ascending order, each once. */
+function unionOf(lines) {
+  const total = lines.reduce((sum, line) => sum + line.series.times.length, 2);
+  const times = new Float64Array(total);
+  let filled = 0;
+  for (const line of lines) {
+    times.set(line.series.times, filled);
+    filled += line.series.times.length;
+  }
+  times[total - 1] = run.duration;
+  times.sort();
+  return times.filter((time, i) => i === 0 || time !== times[i - 1]);
+}
+
+/** Rows at exactly these times. */
+function exactRows(lines, times) {
+  const places = lines.map(line => lastAtMost(line.series.times, times[0]));
+  return Array.from(times, time => {
+    const row = [run.info.startMs + time];
+    lines.forEach((line, i) => {
+      const at = line.series.times;
+      while (places[i] + 1 < at.length && at[places[i] + 1] <= time) {
+        ++places[i];
+      }
+      row.push(places[i] < 0 ? null : line.shown(line.series.values[places[i]]));
+    });
+    return row;
+  });
+}
+
+/** For each of `count` equal parts of the time the two extremes of a line, in their order. */
+function extremesOf(line, from, to, count) {
+  const {times, values} = line.series;
+  const result = new Array(2 * count);
+  let place = lastAtMost(times, from);
+  for (let i = 0; i < count; ++i) {
+    const end = from + (to - from) * (i + 1) / count;
+    let low = place < 0 ? NaN : values[place];
+    let high = low;
+    let lowFirst = true;
+    while (place + 1 < times.length && times[place + 1] < end) {
+      const value = values[++place];
+      if (!(value >= low)) {
+        low = value;
+        lowFirst = false;
+      }
+      if (!(value <= high)) {
+        high = value;
+        lowFirst = true;
+      }
+    }
+    result[2 * i] = line.shown(lowFirst ? low : high);
+    result[2 * i + 1] = line.shown(lowFirst ? high : low);
+  }
+  return result;
+}
+
+function thinnedRows(lines, from, to, most) {
+  const count = most / 2;
+  const columns = lines.map(line => extremesOf(line, from, to, count));
+  return Array.from({length: most}, (_, i) => [
+    run.info.startMs + from + (to - from) * i / most, ...columns.map(column => column[i])]);
+}
+
+/** A tick of the time axis, in hours and minutes where the view is long. */
+function axisTime(date) {
+  const time = Number(date) - run.info.startMs;
+  const text = new Date(Number(date)).toISOString();
+  if (view.to - view.from > 86400 * SECOND && text.slice(11, 16) === '00:00') {
+    return text.slice(5, 10);
+  }
+  const span = view.to - view.from;
+  return text.slice(11, span > 1800 * SECOND ? 16 : time % SECOND === 0 ? 19 : 23);
+}
+
+/** A plot of lines {series, label, scale, colour, dash, hidden, wide}. */
+class Plot {
+  constructor(name, title, lines, options = {}) {
+    this.name = name;
+    this.lines = lines.map((line, i) => ({colour: i, dash: Math.floor(i / 8), ...line}));
+    for (const line of this.lines) {
+      const scale = line.scale ?? 0.001;
+      line.shown = value => Number.isNaN(value) ? null : value * scale;
+    }
+    this.union = unionOf(this.lines);
+    this.options = options;
+    this.legend = element('div', [], {class: 'legend'});
+    this.box = element('div', [], {class: 'graph'});
+    this.box.style.height = `calc(var(--graph) * ${options.height ?? 1}` +
+        (options.overview ? ` + ${RANGE_HEIGHT}px)` : ')');
+    const heading = element('div', [element('h2', title), this.legend], {class: 'heading'});
+    this.part = element('section', [heading, this.box], {class: 'plot', id: 'plot-' + name});
+    document.getElementById('plots').append(this.part);
+    this.draw();
+    this.fillLegend();
+    view.plots.push(this);
+  }
+
+  colourOf(line) { return palette()[line.colour % 8]; }
+
+  /** All rows: fine where the view is, coarse beside it, exact where that is little enough. */
+  rows() {
+    const part = (from, to, most) => {
+      const times = this.union.subarray(lastAtMost(this.union, from - 1e-6) + 1,
+          lastAtMost(this.union, to) + 1);
+      if (times.length <= most) {
+        return times.length > 0 ? exactRows(this.lines, times) : [];
+      }
+      return thinnedRows(this.lines, from, to, most);
+    };
+    if (this.union.length <= FINE_ROWS + 2 * COARSE_ROWS) {
+      return exactRows(this.lines, this.union);
+    }
+    const {from, to} = view;
+    return [
+      ...(from > 0 ? part(0, from - 1, COARSE_ROWS) : []),
+      ...part(from, to, FINE_ROWS),
+      ...(to < run.duration ? part(to + 1, run.duration, COARSE_ROWS) : []),
+      ...exactRows(this.lines, [run.duration]).filter(() => to < run.duration),
+    ];
+  }
+
+  get isThinned() { return this.union.length > FINE_ROWS + 2 * COARSE_ROWS; }
+
+  draw() {
+    const big = document.documentElement.classList.contains('big');
+    const font = parseFloat(getComputedStyle(document.documentElement).fontSize);
+    this.busy = true;
+    this.graph?.destroy();
+    this.graph = new Dygraph(this.box, this.rows(), {
+      labels: ['time', ...this.lines.map((line, i) => `${i} ${line.label}`)],
+      colors: this.lines.map(line => this.colourOf(line)),
+      series: Object.fromEntries(this.lines.map((line, i) => [`${i} ${line.label}`, {
+        strokePattern: DASHES[line.dash % 4].length > 0 ? DASHES[line.dash % 4] : null,
+        strokeWidth: (line.wide ? 2.6 : 1.6) * (big ? 1.5 : 1),
+      }])),
+      visibility: this.lines.map(line => !line.hidden),
+      dateWindow: [run.info.startMs + view.from, run.info.startMs + view.to],
+      stepPlot: true,
+      stackedGraph: this.options.stacked === true,
+      fillAlpha: 0.55,
+      legend: 'never',
+      labelsUTC: true,
+      highlightCircleSize: 0,
+      highlightSeriesOpts: undefined,
+      rightGap: 6,
+      includeZero: this.options.stacked === true,
+      gridLineColor: style('--grid'),
+      axisLineColor: style('--axis'),
+      axisLabelFontSize: Math.round(font * 0.8),
+      xAxisHeight: Math.round(font * 1.5),
+      axes: {
+        x: {ticker: Dygraph.dateTicker, axisLabelFormatter: axisTime, pixelsPerLabel: 90},
+        y: {axisLabelWidth: AXIS_WIDTH - 4, pixelsPerLabel: 32},
+      },
+      showRangeSelector: this.options.overview === true,
+      rangeSelectorHeight: RANGE_HEIGHT - 8,
+      rangeSelectorPlotFillColor: palette()[0],
+      rangeSelectorPlotFillGradientColor: 'transparent',
+      rangeSelectorPlotStrokeColor: palette()[0],
+      rangeSelectorBackgroundStrokeColor: style('--axis'),
+      rangeSelectorForegroundStrokeColor: style('--ink'),
+      drawCallback: graph => this.onDraw(graph),
+    });
+    this.busy = false;
+  }
+
+  onDraw(graph) {
+    if (this.busy) {
+      return;
+    }
+    const [from, to] = graph.xAxisRange();
+    view.set(from - run.info.startMs, to - run.info.startMs, this);
+  }
+
+  update(options) {
+    this.busy = true;
+    this.graph.updateOptions(options);
+    this.busy = false;
+  }
+  /** Takes over the view, unless that came from here and is what shows already. */
+  follow(isSource) {
+    const [from, to] = this.graph.xAxisRange();
+    const wanted = [run.info.startMs + view.from, run.info.startMs + view.to];
+    if (!isSource || Math.abs(from - wanted[0]) + Math.abs(to - wanted[1]) > 1) {
+      this.update({dateWindow: wanted});
+    }
+  }
+  refine() {
+    if (this.isThinned) {
+      this.update({file: this.rows()});
+    }
+  }
+  resize() { this.graph.resize(); }
+
+  fillLegend() {
+    this.values = [];
+    this.legend.replaceChildren(...this.lines.map((line, i) => {
+      const value = element('output', '');
+      this.values.push(value);
+      const key = `<svg width="26" height="10" aria-hidden="true"><line x1="1" x2="25" y1="5" y2="5"
+          stroke="${this.colourOf(line)}" stroke-width="${line.wide ? 4 : 2.5}"
+          stroke-dasharray="${DASHES[line.dash % 4].join(' ')}"/></svg>`;
+      const button = element('button', [], {
+        'aria-pressed': String(!line.hidden),
+        onclick: () => {
+          line.hidden = !line.hidden;
+          button.setAttribute('aria-pressed', String(!line.hidden));
+          this.update({visibility: this.lines.map(one => !one.hidden)});
+        },
+      });
+      button.insertAdjacentHTML('beforeend', key);
+      button.append(element('span', line.label), value);
+      return button;
+    }));
+    this.showValues();
+  }
+  showValues() {
+    this.lines.forEach((line, i) => {
+      const value = cursor.time < 0 ? NaN : line.series.at(cursor.time);
+      const places = line.scale === 1 ? 0 : 1;
+      this.values[i].textContent = Number.isNaN(value) ? '' : line.shown(value).toFixed(places);
+    });
+  }
+  repaint() {
+    this.draw();
+    this.fillLegend();
+  }
+}
+
+/** The time that is looked at; it follows the mouse until a click holds it. */
+const cursor = {
+  time: -1,
+  held: false,
+
+  get area() {
+    const plots = document.getElementById('plots').getBoundingClientRect();
+    return {left: plots.left + AXIS_WIDTH, width: plots.width - AXIS_WIDTH - 6};
+  },
+  /** The time at a position in the window. */
+  timeAt(clientX) {
+    const {left, width} = this.area;
+    const share = Math.min(Math.max((clientX - left) / width, 0), 1);
+    return view.from + share * (view.to - view.from);
+  },
+  set(time) {
+    this.time = Math.min(Math.max(time, 0), run.duration);
+    this.place();
+    view.plots.forEach(plot => plot.showValues());
+    why.show(this.time);
+  },
+  hold(held) {
+    this.held = held;
+    document.getElementById('cursor').classList.toggle('held', held);
+    why.showHeld(held);
+  },
+  place() {
+    const line = document.getElementById('cursor');
+    line.hidden = this.time < view.from || this.time > view.to;
+    const share = (this.time - view.from) / (view.to - view.from);
+    line.style.left = `${AXIS_WIDTH + share * this.area.width}px`;
+  },
+  /** To the next pass, or the one before. */
+  step(direction) {
+    const times = run.passTimes;
+    const now = lastAtMost(times, this.time);
+    const exact = now >= 0 && times[now] === this.time;
+    const next = direction > 0 ? now + 1 : exact ? now - 1 : now;
+    if (next < 0 || next >= times.length) {
+      return;
+    }
+    this.hold(true);
+    this.set(times[next]);
+    if (this.time < view.from || this.time > view.to) {
+      const span = view.to - view.from;
+      view.set(this.time - span / 2, this.time + span / 2);
+    }
+  },
+};
+
+function watchMouse() {
+  const plots = document.getElementById('plots');
+  let pressed = null;
+  let frame = 0;
+  plots.addEventListener('mousemove', event => {
+    if (!cursor.held && frame === 0) {
+      frame = requestAnimationFrame(() => {
+        frame = 0;
+        cursor.set(cursor.timeAt(event.clientX));
+      });
+    }
+  });
+  plots.addEventListener('mousedown', event => { pressed = event.clientX; }, true);
+  plots.addEventListener('click', event => {
+    const isDrag = pressed !== null && Math.abs(event.clientX - pressed) > 4;
+    if (!isDrag && event.target.closest('button') === null) {
+      cursor.hold(true);
+      cursor.set(cursor.timeAt(event.clientX));
+    }
+  });
+}
+
+/** A line for each series that has figures. */
+const linesOf = (list, more = {}) => list.map((series, i) => ({series, label: series.name, colour: i, dash: Math.floor(i / 8), ...more}))
+    .filter(line => !line.series.isEmpty);
+
+function addPlot(name, title, lines, options, otherwise) {
+  if (lines.length > 0) {
+    return new Plot(name, title, lines, options);
+  }
+  document.getElementById('plots').append(element('section', [
+    element('div', element('h2', title), {class: 'heading'}), element('p', otherwise, {class: 'nothing'}),
+  ], {class: 'plot', id: 'plot-' + name}));
+  return null;
+}
+
+function shellLines() {
+  const names = new Set(run.outputs.map(output => output.name));
+  return [
+    ...linesOf([run.shell], {label: 'shell, as clients are told', wide: true, colour: 6}),
+    ...run.plantNodes.filter(node => names.has(node.name)).map((node, i) => (
+        {series: node, label: node.name + ' of the plant', colour: i, dash: 1})),
+  ];
+}
+
+/** Outputs, and what models came to where limits changed it. */
+function modelLines() {
+  const lines = linesOf(run.outputs.map(output => output.value))
+      .map((line, i) => ({...line, label: run.outputs[i].name}));
+  const before = run.outputs.map((output, i) => ({
+    series: output.fitted, label: output.name + ', before limits', colour: i, dash: 2,
+  })).filter((line, i) => {
+    const value = run.outputs[i].value;
+    return run.passTimes.some(time => line.series.at(time) !== value.at(time) &&
+        !Number.isNaN(value.at(time)));
+  });
+  return [...lines, ...before];
+}
+
+function ambientLines() {
+  return [
+    ...linesOf([run.ambient], {label: 'estimate', wide: true, colour: 0}),
+    ...linesOf([run.trueAmbient], {label: 'air of the plant', colour: 1, dash: 1}),
+  ];
+}
