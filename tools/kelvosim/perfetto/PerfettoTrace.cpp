@@ -7,6 +7,7 @@
 #include <array>
 #include <cinttypes>
 #include <cstdio>
+#include <deque>
 #include <set>
 #include <string>
 #include <utility>
@@ -15,6 +16,8 @@
 namespace {
 
 constexpr int64_t kMicrosPerMilli = 1000;
+// Of one counter: the viewer takes minutes for a day of sensors at a point a second.
+constexpr size_t kMostPoints = 20000;
 
 /** The viewer groups tracks by process. */
 enum Process { ZONES = 1, SHELL, HEAT, PLANT, STATE };
@@ -48,8 +51,9 @@ class EventList {
                             R"(,"args":{"name":)" + quoted(value) + "}}");
     }
 
-    /** `series` lives longer than this; m°C become °C. */
-    void addCounter(Process process, const Series& series) {
+    /** m°C become °C. */
+    void addCounter(Process process, const Series& figures) {
+        const Series& series = mSeries.emplace_back(figures.thinned(kMostPoints));
         const bool isTemp = series.unit() == "m°C";
         const std::string head =
                 "\"ph\":\"C\",\"name\":" + quoted(ownName(process, series.name())) +
@@ -135,6 +139,7 @@ class EventList {
 
     std::vector<std::string> mMetadata;
     std::set<std::pair<Process, std::string>> mNames;
+    std::deque<Series> mSeries;
     std::vector<Counter> mCounters;
     std::vector<std::string> mTexts;
     std::vector<Entry> mEvents;

@@ -68,8 +68,7 @@ size_t PassLog::addModel(int64_t timeMs, const kelvo::ModelEvaluation& model) {
     definition.terms.reserve(model.terms.size());
     for (const kelvo::FittingTerm& term : model.terms) {
         definition.terms.push_back({term.zone, term.type, term.coefficient});
-        mReadings.try_emplace(term.zone, term.type, "m°C")
-                .first->second.add(timeMs, term.temp);
+        mReadings.try_emplace(term.zone, term.type, "m°C").first->second.add(timeMs, term.temp);
     }
     const size_t number = numberOf(definition, mDefinitionNumbers, mDefinitions);
     if (number == mEvaluations.size()) {

@@ -29,6 +29,27 @@ std::optional<int32_t> Series::valueAt(int64_t timeMs) const {
     return later == mPoints.begin() ? std::nullopt : std::prev(later)->value;
 }
 
+Series Series::thinned(size_t most) const {
+    if (mPoints.size() <= most) {
+        return *this;
+    }
+    Series result(mName, mUnit);
+    const size_t stretches = most / 2;
+    const auto isLower = [](const Point& a, const Point& b) { return a.value < b.value; };
+    for (size_t i = 0; i < stretches; ++i) {
+        const auto at = [&](size_t stretch) {
+            return mPoints.begin() + static_cast<ptrdiff_t>(mPoints.size() * stretch / stretches);
+        };
+        auto [first, second] = std::minmax_element(at(i), at(i + 1), isLower);
+        if (second < first) {
+            std::swap(first, second);
+        }
+        result.add(first->timeMs, first->value);
+        result.add(second->timeMs, second->value);
+    }
+    return result;
+}
+
 void Band::add(int64_t timeMs, std::string_view text) {
     append(mChanges, timeMs, &Change::text, std::string(text), std::string());
 }

@@ -30,6 +30,8 @@ class Series {
     void add(int64_t timeMs, std::optional<int32_t> value);
     /** What holds at this time; none before the first point and in a gap. */
     std::optional<int32_t> valueAt(int64_t timeMs) const;
+    /** At most `most` of the points, two at least: the extremes of equal stretches of them. */
+    Series thinned(size_t most) const;
 
   private:
     std::string mName;

@@ -211,6 +211,7 @@ class Plot {
       },
       showRangeSelector: this.options.overview === true,
       rangeSelectorHeight: RANGE_HEIGHT - 8,
+      rangeSelectorAlpha: isDark() ? 0.25 : 0.6,
       rangeSelectorPlotFillColor: palette()[0],
       rangeSelectorPlotFillGradientColor: 'transparent',
       rangeSelectorPlotStrokeColor: palette()[0],
