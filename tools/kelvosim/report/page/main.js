@@ -55,8 +55,7 @@ function addPlots() {
   addPlot('ambient', 'Ambient temperature (°C)', ambientLines(), {height: 0.8},
       'No estimate, and no plant that knows the air.');
   addPlot('heat', 'Contributions to the shell’s heat, stacked (°C)',
-      linesOf(run.heat).map(line => ({...line, series: withoutUnknown(line.series)})),
-      {stacked: true}, 'Nobody asked what heats the phone.');
+      linesOf(run.heat.map(withoutUnknown)), {stacked: true}, 'Nobody asked what heats the phone.');
   addPlot('samples', 'Samples of the components (mW; gpu in mA)',
       linesOf(run.heatSamples, {scale: 1}).filter(line => line.series.unit !== 'm°C'),
       {height: 0.8}, 'The components were not sampled.');

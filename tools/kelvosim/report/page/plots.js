@@ -118,6 +118,70 @@ function thinnedRows(lines, from, to, most) {
     run.info.startMs + from + (to - from) * i / most, ...columns.map(column => column[i])]);
 }
 
+/** Draws a line in one go: in pieces, as the library does it, dashes of short steps run together. */
+function plotSteps(event, dash) {
+  const context = event.drawingContext;
+  context.save();
+  context.strokeStyle = event.color;
+  context.lineWidth = event.strokeWidth;
+  context.lineJoin = 'round';
+  context.setLineDash(dash);
+  context.beginPath();
+  let height = NaN;
+  for (const point of event.points) {
+    if (Number.isNaN(point.canvasy) || point.yval === null || Number.isNaN(point.yval)) {
+      if (!Number.isNaN(height)) {
+        context.lineTo(point.canvasx, height);
+      }
+      height = NaN;
+      continue;
+    }
+    if (Number.isNaN(height)) {
+      context.moveTo(point.canvasx, point.canvasy);
+    } else {
+      context.lineTo(point.canvasx, height);
+      context.lineTo(point.canvasx, point.canvasy);
+    }
+    height = point.canvasy;
+  }
+  context.stroke();
+  context.restore();
+}
+
+/**
+ * Fills what a line adds to those that come after it. The library's own stacks turn a figure that
+ * is unknown for a while into a slope.
+ */
+function plotStack(event) {
+  const context = event.drawingContext;
+  const bottom = event.dygraph.toDomYCoord(0);
+  for (const [colour, alpha] of [[style('--ground'), 1], [event.color, 0.6]]) {
+    context.save();
+    context.globalAlpha = alpha;
+    context.fillStyle = colour;
+    event.points.forEach((point, i) => {
+      const next = event.points[i + 1];
+      if (next && point.yval > 0) {
+        context.fillRect(point.canvasx, point.canvasy, next.canvasx - point.canvasx + 0.3, bottom - point.canvasy);
+      }
+    });
+    context.restore();
+  }
+  plotSteps(event, []);
+}
+
+/** Turns each figure of the rows into the sum of it and those after it. */
+function stacked(rows, lines) {
+  for (const row of rows) {
+    let sum = 0;
+    for (let i = lines.length; i > 0; --i) {
+      sum += lines[i - 1].hidden ? 0 : Math.max(row[i] ?? 0, 0);
+      row[i] = sum;
+    }
+  }
+  return rows;
+}
+
 /** A tick of the time axis, in hours and minutes where the view is long. */
 function axisTime(date) {
   const time = Number(date) - run.info.startMs;
@@ -154,8 +218,12 @@ class Plot {
 
   colourOf(line) { return palette()[line.colour % 8]; }
 
-  /** All rows: fine where the view is, coarse beside it, exact where that is little enough. */
   rows() {
+    const rows = this.plainRows();
+    return this.options.stacked ? stacked(rows, this.lines) : rows;
+  }
+  /** Fine where the view is, coarse beside it, exact where that is little enough. */
+  plainRows() {
     const part = (from, to, most) => {
       const times = this.union.subarray(lastAtMost(this.union, from - 1e-6) + 1,
           lastAtMost(this.union, to) + 1);
@@ -187,18 +255,15 @@ class Plot {
       labels: ['time', ...this.lines.map((line, i) => `${i} ${line.label}`)],
       colors: this.lines.map(line => this.colourOf(line)),
       series: Object.fromEntries(this.lines.map((line, i) => [`${i} ${line.label}`, {
-        strokePattern: DASHES[line.dash % 4].length > 0 ? DASHES[line.dash % 4] : null,
+        plotter: this.options.stacked ? plotStack : event => plotSteps(event, DASHES[line.dash % 4]),
         strokeWidth: (line.wide ? 2.6 : 1.6) * (big ? 1.5 : 1),
       }])),
       visibility: this.lines.map(line => !line.hidden),
       dateWindow: [run.info.startMs + view.from, run.info.startMs + view.to],
       stepPlot: true,
-      stackedGraph: this.options.stacked === true,
-      fillAlpha: 0.55,
       legend: 'never',
       labelsUTC: true,
       highlightCircleSize: 0,
-      highlightSeriesOpts: undefined,
       rightGap: 6,
       includeZero: this.options.stacked === true,
       gridLineColor: style('--grid'),
@@ -206,7 +271,7 @@ class Plot {
       axisLabelFontSize: Math.round(font * 0.8),
       xAxisHeight: Math.round(font * 1.5),
       axes: {
-        x: {ticker: Dygraph.dateTicker, axisLabelFormatter: axisTime, pixelsPerLabel: 90},
+        x: {ticker: Dygraph.dateTicker, axisLabelFormatter: axisTime, axisLabelWidth: 6 * font, pixelsPerLabel: 6 * font},
         y: {axisLabelWidth: AXIS_WIDTH - 4, pixelsPerLabel: 32},
       },
       showRangeSelector: this.options.overview === true,
@@ -263,7 +328,10 @@ class Plot {
         onclick: () => {
           line.hidden = !line.hidden;
           button.setAttribute('aria-pressed', String(!line.hidden));
-          this.update({visibility: this.lines.map(one => !one.hidden)});
+          this.update({
+            visibility: this.lines.map(one => !one.hidden),
+            ...(this.options.stacked ? {file: this.rows()} : {}),
+          });
         },
       });
       button.insertAdjacentHTML('beforeend', key);
@@ -358,7 +426,8 @@ function watchMouse() {
 }
 
 /** A line for each series that has figures. */
-const linesOf = (list, more = {}) => list.map((series, i) => ({series, label: series.name, colour: i, dash: Math.floor(i / 8), ...more}))
+const linesOf = (list, more = {}) => list.map((series, i) => (
+    {series, label: series.name, colour: i, dash: Math.floor(i / 8), ...more}))
     .filter(line => !line.series.isEmpty);
 
 function addPlot(name, title, lines, options, otherwise) {
@@ -372,11 +441,11 @@ function addPlot(name, title, lines, options, otherwise) {
 }
 
 function shellLines() {
-  const names = new Set(run.outputs.map(output => output.name));
+  const names = run.outputs.map(output => output.name);
   return [
     ...linesOf([run.shell], {label: 'shell, as clients are told', wide: true, colour: 6}),
-    ...run.plantNodes.filter(node => names.has(node.name)).map((node, i) => (
-        {series: node, label: node.name + ' of the plant', colour: i, dash: 1})),
+    ...run.plantNodes.filter(node => names.includes(node.name)).map(node => (
+        {series: node, label: node.name + ' of the plant', colour: names.indexOf(node.name), dash: 1})),
   ];
 }
 
