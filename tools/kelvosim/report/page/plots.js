@@ -1,7 +1,7 @@
 'use strict';
 // The plots: one time axis for all, at every zoom no more rows than a screen can show.
 
-const AXIS_WIDTH = 56;       // px left of every plot and strip
+const AXIS_WIDTH = 4;        // em left of every plot and strip
 const FINE_ROWS = 3000;      // in the part of the run that shows
 const COARSE_ROWS = 1000;    // on either side of it
 const RANGE_HEIGHT = 34;     // px of the overview below the first plot
@@ -13,6 +13,8 @@ const PALETTES = {
 };
 const DASHES = [[], [8, 4], [2, 3], [10, 3, 2, 3]];
 
+const fontSize = () => parseFloat(getComputedStyle(document.documentElement).fontSize);
+const axisWidth = () => Math.round(AXIS_WIDTH * fontSize());
 const isDark = () => document.documentElement.dataset.theme === 'dark';
 const palette = () => PALETTES[isDark() ? 'dark' : 'light'];
 const style = name => getComputedStyle(document.documentElement).getPropertyValue(name).trim();
@@ -248,7 +250,7 @@ class Plot {
 
   draw() {
     const big = document.documentElement.classList.contains('big');
-    const font = parseFloat(getComputedStyle(document.documentElement).fontSize);
+    const font = fontSize();
     this.busy = true;
     this.graph?.destroy();
     this.graph = new Dygraph(this.box, this.rows(), {
@@ -272,7 +274,7 @@ class Plot {
       xAxisHeight: Math.round(font * 1.5),
       axes: {
         x: {ticker: Dygraph.dateTicker, axisLabelFormatter: axisTime, axisLabelWidth: 6 * font, pixelsPerLabel: 6 * font},
-        y: {axisLabelWidth: AXIS_WIDTH - 4, pixelsPerLabel: 32},
+        y: {axisLabelWidth: axisWidth() - 4, pixelsPerLabel: 32},
       },
       showRangeSelector: this.options.overview === true,
       rangeSelectorHeight: RANGE_HEIGHT - 8,
@@ -360,7 +362,7 @@ const cursor = {
 
   get area() {
     const plots = document.getElementById('plots').getBoundingClientRect();
-    return {left: plots.left + AXIS_WIDTH, width: plots.width - AXIS_WIDTH - 6};
+    return {left: plots.left + axisWidth(), width: plots.width - axisWidth() - 6};
   },
   /** The time at a position in the window. */
   timeAt(clientX) {
@@ -383,7 +385,7 @@ const cursor = {
     const line = document.getElementById('cursor');
     line.hidden = this.time < view.from || this.time > view.to;
     const share = (this.time - view.from) / (view.to - view.from);
-    line.style.left = `${AXIS_WIDTH + share * this.area.width}px`;
+    line.style.left = `${axisWidth() + share * this.area.width}px`;
   },
   /** To the next pass, or the one before. */
   step(direction) {
