@@ -1,8 +1,12 @@
 #include "report/ReportData.h"
 
 #include <algorithm>
+#include <deque>
 
 namespace {
+
+// Of one series: more than two days at a point a second make a page that browsers choke on.
+constexpr size_t kMostPoints = 200000;
 
 Json::Int64 number(int64_t value) {
     return value;
@@ -29,8 +33,8 @@ class TimeUnion {
     static constexpr size_t kSmall = 10000;
 
     void settle() {
-        std::ranges::sort(mTimes);
-        mTimes.erase(std::ranges::unique(mTimes).begin(), mTimes.end());
+        std::sort(mTimes.begin(), mTimes.end());
+        mTimes.erase(std::unique(mTimes.begin(), mTimes.end()), mTimes.end());
         mDistinct = mTimes.size();
     }
 
@@ -137,16 +141,21 @@ Json::Value timesData(const RowTimes& times) {
 }
 
 Json::Value reportData(const Recording& recording) {
-    const auto plotted = plottedSeries(recording);
+    auto plotted = plottedSeries(recording);
+    std::deque<Series> thinned;
     TimeUnion allTimes;
-    for (const auto& [name, list] : plotted) {
-        for (const Series* series : list) {
+    for (auto& [name, list] : plotted) {
+        for (const Series*& series : list) {
+            if (series->points().size() > kMostPoints) {
+                series = &thinned.emplace_back(series->thinned(kMostPoints));
+            }
             allTimes.add(*series);
         }
     }
     const RowTimes times = allTimes.take();
 
     Json::Value data(Json::objectValue);
+    data["thinned"] = thinned.empty() ? 0U : static_cast<Json::UInt>(kMostPoints);
     data["info"] = infoData(recording.info);
     data["times"] = timesData(times);
     for (const auto& [name, list] : plotted) {

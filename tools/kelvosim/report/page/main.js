@@ -69,10 +69,16 @@ function withoutUnknown(series) {
 }
 
 function addNotes() {
-  const thinned = view.plots.filter(plot => plot.isThinned).length > 0;
-  document.getElementById('notes').textContent = thinned
-      ? 'The run has more figures than a screen has dots: plots show the extremes of short stretches ' +
-        'until you zoom in. All figures are in the page.' : '';
+  const notes = [];
+  if (view.plots.some(plot => plot.isThinned)) {
+    notes.push('The run has more figures than a screen has dots: plots show the extremes of short stretches ' +
+        'until you zoom in.');
+  }
+  if (run.thinned > 0) {
+    notes.push(`Of series with more than ${run.thinned} changes the page holds the extremes of short ` +
+        'stretches only; the reasons are whole.');
+  }
+  document.getElementById('notes').textContent = notes.join(' ');
 }
 
 setTheme(window.matchMedia('(prefers-color-scheme: dark)').matches ? 'dark' : 'light');

@@ -1,10 +1,8 @@
 'use strict';
-// The plots: one time axis for all, at every zoom no more rows than a screen can show.
+// A plot: lines over the time that shows, drawn by the library, with a legend of its own.
 
-const AXIS_WIDTH = 4;        // em left of every plot and strip
-const FINE_ROWS = 3000;      // in the part of the run that shows
-const COARSE_ROWS = 1000;    // on either side of it
-const RANGE_HEIGHT = 34;     // px of the overview below the first plot
+const AXIS_WIDTH = 4;      // em left of every plot and strip
+const RANGE_HEIGHT = 34;   // px of the overview below the first plot
 
 /** Colours that the colour-blind can tell apart, for a light and a dark ground. */
 const PALETTES = {
@@ -18,107 +16,6 @@ const axisWidth = () => Math.round(AXIS_WIDTH * fontSize());
 const isDark = () => document.documentElement.dataset.theme === 'dark';
 const palette = () => PALETTES[isDark() ? 'dark' : 'light'];
 const style = name => getComputedStyle(document.documentElement).getPropertyValue(name).trim();
-
-/** What time shows: everything moves together. */
-const view = {
-  from: 0,
-  to: run.duration,
-  plots: [],
-  strips: [],
-  settleTimer: 0,
-
-  set(from, to, source) {
-    const least = Math.min(SECOND, run.duration);
-    const span = Math.min(Math.max(to - from, least), run.duration);
-    from = Math.max(0, Math.min(from, run.duration - span));
-    if (from === this.from && from + span === this.to) {
-      return;
-    }
-    this.from = from;
-    this.to = from + span;
-    for (const plot of this.plots) {
-      plot.follow(plot === source);
-    }
-    this.strips.forEach(strip => strip.draw());
-    cursor.place();
-    clearTimeout(this.settleTimer);
-    this.settleTimer = setTimeout(() => this.plots.forEach(plot => plot.refine()), 120);
-  },
-  zoom(factor) {
-    const middle = cursor.time >= this.from && cursor.time <= this.to
-        ? cursor.time : (this.from + this.to) / 2;
-    this.set(middle - (middle - this.from) * factor, middle + (this.to - middle) * factor);
-  },
-  pan(share) {
-    const step = (this.to - this.from) * share;
-    this.set(this.from + step, this.to + step);
-  },
-  reset() { this.set(0, run.duration); },
-};
-
-/** Time of each change of any of the lines in ascending order, each once. */
-function unionOf(lines) {
-  const total = lines.reduce((sum, line) => sum + line.series.times.length, 2);
-  const times = new Float64Array(total);
-  let filled = 0;
-  for (const line of lines) {
-    times.set(line.series.times, filled);
-    filled += line.series.times.length;
-  }
-  times[total - 1] = run.duration;
-  times.sort();
-  return times.filter((time, i) => i === 0 || time !== times[i - 1]);
-}
-
-/** Rows at exactly these times. */
-function exactRows(lines, times) {
-  const places = lines.map(line => lastAtMost(line.series.times, times[0]));
-  return Array.from(times, time => {
-    const row = [run.info.startMs + time];
-    lines.forEach((line, i) => {
-      const at = line.series.times;
-      while (places[i] + 1 < at.length && at[places[i] + 1] <= time) {
-        ++places[i];
-      }
-      row.push(places[i] < 0 ? null : line.shown(line.series.values[places[i]]));
-    });
-    return row;
-  });
-}
-
-/** For each of `count` equal parts of the time the two extremes of a line, in their order. */
-function extremesOf(line, from, to, count) {
-  const {times, values} = line.series;
-  const result = new Array(2 * count);
-  let place = lastAtMost(times, from);
-  for (let i = 0; i < count; ++i) {
-    const end = from + (to - from) * (i + 1) / count;
-    let low = place < 0 ? NaN : values[place];
-    let high = low;
-    let lowFirst = true;
-    while (place + 1 < times.length && times[place + 1] < end) {
-      const value = values[++place];
-      if (!(value >= low)) {
-        low = value;
-        lowFirst = false;
-      }
-      if (!(value <= high)) {
-        high = value;
-        lowFirst = true;
-      }
-    }
-    result[2 * i] = line.shown(lowFirst ? low : high);
-    result[2 * i + 1] = line.shown(lowFirst ? high : low);
-  }
-  return result;
-}
-
-function thinnedRows(lines, from, to, most) {
-  const count = most / 2;
-  const columns = lines.map(line => extremesOf(line, from, to, count));
-  return Array.from({length: most}, (_, i) => [
-    run.info.startMs + from + (to - from) * i / most, ...columns.map(column => column[i])]);
-}
 
 /** Draws a line in one go: in pieces, as the library does it, dashes of short steps run together. */
 function plotSteps(event, dash) {
@@ -170,18 +67,6 @@ function plotStack(event) {
     context.restore();
   }
   plotSteps(event, []);
-}
-
-/** Turns each figure of the rows into the sum of it and those after it. */
-function stacked(rows, lines) {
-  for (const row of rows) {
-    let sum = 0;
-    for (let i = lines.length; i > 0; --i) {
-      sum += lines[i - 1].hidden ? 0 : Math.max(row[i] ?? 0, 0);
-      row[i] = sum;
-    }
-  }
-  return rows;
 }
 
 /** A tick of the time axis, in hours and minutes where the view is long. */
@@ -353,121 +238,4 @@ class Plot {
     this.draw();
     this.fillLegend();
   }
-}
-
-/** The time that is looked at; it follows the mouse until a click holds it. */
-const cursor = {
-  time: -1,
-  held: false,
-
-  get area() {
-    const plots = document.getElementById('plots').getBoundingClientRect();
-    return {left: plots.left + axisWidth(), width: plots.width - axisWidth() - 6};
-  },
-  /** The time at a position in the window. */
-  timeAt(clientX) {
-    const {left, width} = this.area;
-    const share = Math.min(Math.max((clientX - left) / width, 0), 1);
-    return view.from + share * (view.to - view.from);
-  },
-  set(time) {
-    this.time = Math.min(Math.max(time, 0), run.duration);
-    this.place();
-    view.plots.forEach(plot => plot.showValues());
-    why.show(this.time);
-  },
-  hold(held) {
-    this.held = held;
-    document.getElementById('cursor').classList.toggle('held', held);
-    why.showHeld(held);
-  },
-  place() {
-    const line = document.getElementById('cursor');
-    line.hidden = this.time < view.from || this.time > view.to;
-    const share = (this.time - view.from) / (view.to - view.from);
-    line.style.left = `${axisWidth() + share * this.area.width}px`;
-  },
-  /** To the next pass, or the one before. */
-  step(direction) {
-    const times = run.passTimes;
-    const now = lastAtMost(times, this.time);
-    const exact = now >= 0 && times[now] === this.time;
-    const next = direction > 0 ? now + 1 : exact ? now - 1 : now;
-    if (next < 0 || next >= times.length) {
-      return;
-    }
-    this.hold(true);
-    this.set(times[next]);
-    if (this.time < view.from || this.time > view.to) {
-      const span = view.to - view.from;
-      view.set(this.time - span / 2, this.time + span / 2);
-    }
-  },
-};
-
-function watchMouse() {
-  const plots = document.getElementById('plots');
-  let pressed = null;
-  let frame = 0;
-  plots.addEventListener('mousemove', event => {
-    if (!cursor.held && frame === 0) {
-      frame = requestAnimationFrame(() => {
-        frame = 0;
-        cursor.set(cursor.timeAt(event.clientX));
-      });
-    }
-  });
-  plots.addEventListener('mousedown', event => { pressed = event.clientX; }, true);
-  plots.addEventListener('click', event => {
-    const isDrag = pressed !== null && Math.abs(event.clientX - pressed) > 4;
-    if (!isDrag && event.target.closest('button') === null) {
-      cursor.hold(true);
-      cursor.set(cursor.timeAt(event.clientX));
-    }
-  });
-}
-
-/** A line for each series that has figures. */
-const linesOf = (list, more = {}) => list.map((series, i) => (
-    {series, label: series.name, colour: i, dash: Math.floor(i / 8), ...more}))
-    .filter(line => !line.series.isEmpty);
-
-function addPlot(name, title, lines, options, otherwise) {
-  if (lines.length > 0) {
-    return new Plot(name, title, lines, options);
-  }
-  document.getElementById('plots').append(element('section', [
-    element('div', element('h2', title), {class: 'heading'}), element('p', otherwise, {class: 'nothing'}),
-  ], {class: 'plot', id: 'plot-' + name}));
-  return null;
-}
-
-function shellLines() {
-  const names = run.outputs.map(output => output.name);
-  return [
-    ...linesOf([run.shell], {label: 'shell, as clients are told', wide: true, colour: 6}),
-    ...run.plantNodes.filter(node => names.includes(node.name)).map(node => (
-        {series: node, label: node.name + ' of the plant', colour: names.indexOf(node.name), dash: 1})),
-  ];
-}
-
-/** Outputs, and what models came to where limits changed it. */
-function modelLines() {
-  const lines = linesOf(run.outputs.map(output => output.value))
-      .map((line, i) => ({...line, label: run.outputs[i].name}));
-  const before = run.outputs.map((output, i) => ({
-    series: output.fitted, label: output.name + ', before limits', colour: i, dash: 2,
-  })).filter((line, i) => {
-    const value = run.outputs[i].value;
-    return run.passTimes.some(time => line.series.at(time) !== value.at(time) &&
-        !Number.isNaN(value.at(time)));
-  });
-  return [...lines, ...before];
-}
-
-function ambientLines() {
-  return [
-    ...linesOf([run.ambient], {label: 'estimate', wide: true, colour: 0}),
-    ...linesOf([run.trueAmbient], {label: 'air of the plant', colour: 1, dash: 1}),
-  ];
 }

@@ -1,8 +1,6 @@
 'use strict';
 // Below the first plot: states as coloured strips, events as ticks.
 
-const STRIP_HEIGHT = 1.7;  // em
-
 /** Cool to hot, dark enough to write on in either theme. */
 function rampColour(share) {
   const stops = isDark()
