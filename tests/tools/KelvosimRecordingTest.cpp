@@ -16,6 +16,7 @@
 namespace {
 
 using testing::AllOf;
+using testing::Contains;
 using testing::HasSubstr;
 
 constexpr char kBrowser[] = "/usr/bin/chromium-headless-shell";
@@ -28,10 +29,16 @@ std::string read(const std::string& file) {
 /** A replay of an example with all that it writes. */
 class Replay {
   public:
-    explicit Replay(const std::string& name) {
-        const Program::Result result =
-                Program::run("kelvosim", {"replay", example(name), "--events", path("events"),
-                                          "--report", page(), "--perfetto", path("trace")});
+    /** With one text of the configuration in place of another. */
+    explicit Replay(const std::string& name, const std::string& wrong = "",
+                    const std::string& right = "") {
+        std::filesystem::copy(std::string(EXAMPLES) + "/" + name, path("scenario"));
+        std::string config = read(path("scenario/kelvo.json"));
+        config.replace(config.find(right), right.size(), wrong);
+        std::ofstream(path("scenario/kelvo.json")) << config;
+        const Program::Result result = Program::run(
+                "kelvosim", {"replay", path("scenario/scenario.json"), "--events", path("events"),
+                             "--report", page(), "--perfetto", path("trace")});
         EXPECT_EQ(result.status, 0) << result.err;
         std::istringstream lines(read(path("events")));
         for (std::string line; std::getline(lines, line);) {
@@ -39,9 +46,6 @@ class Replay {
         }
     }
 
-    static std::string example(const std::string& name) {
-        return std::string(EXAMPLES) + "/" + name + "/scenario.json";
-    }
     std::string path(const std::string& name) const { return mFolder.path() + "/" + name; }
     std::string page() const { return path("page.html"); }
     Json::Value trace() const { return sim::parseJson(read(path("trace")), "trace"); }
@@ -181,6 +185,19 @@ TEST(KelvosimReportTest, explainsWhatWasWritten) {
     EXPECT_EQ(answer["rows"].asInt(), replay.notifications());
     EXPECT_GT(replay.notifications(), 10);
     EXPECT_THAT(answer["why"].asString(), AllOf(HasSubstr("sum"), HasSubstr("threshold of level")));
+}
+
+TEST(KelvosimReportTest, warnsOfTheConfiguration) {
+    const Replay replay("hello", "\"bord\"]", "\"board\"]");
+    const Json::Value answer = ask(
+            replay,
+            "{text: [...document.querySelectorAll('#warnings td')].map(one => one.textContent)}");
+    std::vector<std::string> cells;
+    for (const Json::Value& cell : answer["text"]) {
+        cells.push_back(cell.asString());
+    }
+    EXPECT_THAT(cells, Contains(HasSubstr("front.thermal_zone[1]")));
+    EXPECT_THAT(cells, Contains(HasSubstr("\"bord\"; the nearest is \"board\"")));
 }
 
 TEST(KelvosimReportTest, isNoBlankPage) {

@@ -86,6 +86,7 @@ int replay(const sim::Scenario& scenario, const ReplayOptions& options) {
         recording->watch(phone);
     }
     phone.run();
+    __android_log_set_logger(dropLogLine);
     if (recording != nullptr) {
         recording->write();
     }

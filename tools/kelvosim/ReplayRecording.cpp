@@ -1,11 +1,12 @@
 #include "ReplayRecording.h"
 
+#include "ConfigWarnings.h"
 #include "perfetto/PerfettoTrace.h"
 #include "report/HtmlReport.h"
 
 ReplayRecording::ReplayRecording(const sim::Scenario& scenario, const std::string& file,
                                  const RecordingOptions& options)
-      : mRecorder(scenario, file) {
+      : mScenario(scenario), mRecorder(scenario, file) {
     if (!options.report.empty()) {
         mReport.emplace(options.report);
     }
@@ -22,7 +23,7 @@ void ReplayRecording::watch(sim::VirtualPhone& phone) {
 
 void ReplayRecording::write() {
     if (mReport) {
-        writeHtmlReport(mReport->stream(), mRecorder.recording(), {});
+        writeHtmlReport(mReport->stream(), mRecorder.recording(), configWarnings(mScenario));
         mReport->finish();
     }
     if (mPerfetto) {

@@ -27,10 +27,11 @@ class ReplayRecording {
     /** Before the phone starts; events are for onEvent(). */
     void watch(sim::VirtualPhone& phone);
     void onEvent(const sim::Event& event) { mRecorder.onEvent(event); }
-    /** When the phone has run. Throws std::runtime_error. */
+    /** When the phone has run; what judges the configuration logs. Throws std::runtime_error. */
     void write();
 
   private:
+    const sim::Scenario& mScenario;
     Recorder mRecorder;
     std::optional<OutputFile> mReport;
     std::optional<OutputFile> mPerfetto;

@@ -26,6 +26,8 @@ function duration(ms) {
   return words.slice(0, 2).join(' ') || '0 s';
 }
 
+const count = (number, name) => `${number} ${name}${number === 1 ? '' : 's'}`;
+
 function addFacts() {
   const {info} = run;
   const start = new Date(info.startMs).toISOString();
@@ -76,13 +78,14 @@ function addExtremes() {
   if (!Number.isNaN(error)) {
     card('ambient estimate off by', `${error.toFixed(1)} °C`, 'r.m.s. against the plant');
   }
-  card('passes', String(run.passTimes.length), `${run.notifications.length} notifications`);
+  card('passes', String(run.passTimes.length), count(run.notifications.length, 'notification'));
   const errors = run.warnings.filter(one => one.error).length;
   const warned = run.warnings.length > 0;
   cards.push(element('a', [
     element('span', 'configuration'),
     element('b', warned ? `${run.warnings.length} to look at` : 'clean'),
-    element('span', warned ? `${errors} errors, ${run.warnings.length - errors} warnings` : 'nothing to warn of'),
+    element('span', warned ? `${count(errors, 'error')}, ${count(run.warnings.length - errors, 'warning')}`
+        : 'nothing to warn of'),
   ], {class: warned ? 'card bad' : 'card', href: '#warnings'}));
   document.getElementById('extremes').replaceChildren(...cards);
 }

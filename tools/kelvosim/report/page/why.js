@@ -76,6 +76,9 @@ function passPart(time) {
     parts.push(element('p', `Zone ${set.failedZone}${name ? ` (${name})` : ''} of model ${set.failedModel} ` +
         'could not be read: the pass ended there.', {class: 'bad'}));
   }
+  if (set.definitions.length === 0 && set.failedModel === undefined) {
+    parts.push(element('p', 'The scene has no models.', {class: 'bad'}));
+  }
   for (const number of set.definitions) {
     const definition = run.definitions[number];
     const output = run.outputs.find(one => one.index === definition.index &&
