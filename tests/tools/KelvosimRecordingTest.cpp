@@ -75,9 +75,11 @@ class Replay {
     std::vector<Json::Value> mEvents;
 };
 
-Program::Result browse(const std::string& what, std::vector<std::string> options) {
+/** A page of the replay, or "about:blank". */
+Program::Result browse(const Replay& replay, const std::string& what,
+                       std::vector<std::string> options) {
     options.insert(options.begin(), {"--no-sandbox", "--disable-gpu", "--window-size=1366,2400",
-                                     "--user-data-dir=" + what + ".profile"});
+                                     "--user-data-dir=" + replay.path("profile")});
     options.push_back(what == "about:blank" ? what : "file://" + what);
     Program browser(kBrowser, options);
     return browser.wait();
@@ -92,7 +94,7 @@ Json::Value ask(const Replay& replay, const std::string& expression) {
                         expression + ") + '@@@';</script>");
     const std::string copy = replay.path("copy.html");
     std::ofstream(copy) << page;
-    const Program::Result result = browse(copy, {"--dump-dom"});
+    const Program::Result result = browse(replay, copy, {"--dump-dom"});
     const size_t begin = result.out.find("@@@{");
     const size_t end = result.out.find("}@@@");
     if (result.status != 0 || begin == std::string::npos || end == std::string::npos) {
@@ -203,7 +205,7 @@ TEST(KelvosimReportTest, warnsOfTheConfiguration) {
 TEST(KelvosimReportTest, isNoBlankPage) {
     const Replay replay("hello");
     const auto pictureOf = [&](const std::string& what, const std::string& name) {
-        browse(what, {"--screenshot=" + replay.path(name)});
+        browse(replay, what, {"--screenshot=" + replay.path(name)});
         return std::filesystem::file_size(replay.path(name));
     };
     EXPECT_GT(pictureOf(replay.page(), "page.png"), 8 * pictureOf("about:blank", "blank.png"));
