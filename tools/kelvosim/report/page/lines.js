@@ -16,12 +16,24 @@ function addPlot(name, title, lines, options, otherwise) {
   return null;
 }
 
+/** Zones of this name were measured on the shell: "lab-front" is the truth of the model "front". */
+const MEASURED = 'lab-';
+
+/** What the outputs should be, as far as it is known: [{output, series, source}]. */
+function truths() {
+  return run.outputs.flatMap(output => [
+    ...run.plantNodes.filter(node => node.name === output.name)
+        .map(series => ({output, series, source: 'of the plant'})),
+    ...run.zones.filter(zone => zone.name === MEASURED + output.name)
+        .map(series => ({output, series, source: 'measured'})),
+  ]);
+}
+
 function shellLines() {
-  const names = run.outputs.map(output => output.name);
   return [
     ...linesOf([run.shell], {label: 'shell, as clients are told', wide: true, colour: 6}),
-    ...run.plantNodes.filter(node => names.includes(node.name)).map(node => (
-        {series: node, label: node.name + ' of the plant', colour: names.indexOf(node.name), dash: 1})),
+    ...truths().map(({output, series, source}) => ({
+      series, label: `${output.name} ${source}`, colour: run.outputs.indexOf(output), dash: 1})),
   ];
 }
 

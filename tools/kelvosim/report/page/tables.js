@@ -43,12 +43,12 @@ function addFacts() {
       ...facts.map(([name, text]) => element('div', [element('dt', name), element('dd', text)])));
 }
 
-/** Root of the mean square difference between the estimate and the plant's air, °C. */
-function ambientError() {
+/** Root of the mean square difference between two series in the passes, °C. */
+function meanError(series, truth) {
   let sum = 0;
   let count = 0;
   for (const time of run.passTimes) {
-    const difference = (run.ambient.at(time) - run.trueAmbient.at(time)) / 1000;
+    const difference = (series.at(time) - truth.at(time)) / 1000;
     if (!Number.isNaN(difference)) {
       sum += difference * difference;
       ++count;
@@ -74,7 +74,13 @@ function addExtremes() {
   if (level) {
     card('level at most', String(level.value), timeLink(level.time));
   }
-  const error = ambientError();
+  const models = truths().map(({output, series}) => ({output, error: meanError(output.value, series)}))
+      .filter(one => !Number.isNaN(one.error));
+  if (models.length > 0) {
+    card('models off by', models.map(one => `${one.output.name} ${one.error.toFixed(1)}`).join(', ') + ' °C',
+        'r.m.s. against the shell');
+  }
+  const error = meanError(run.ambient, run.trueAmbient);
   if (!Number.isNaN(error)) {
     card('ambient estimate off by', `${error.toFixed(1)} °C`, 'r.m.s. against the plant');
   }
