@@ -2,8 +2,10 @@
 
 #include <fcntl.h>
 #include <json/reader.h>
+#include <sys/inotify.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <system_error>
@@ -15,7 +17,8 @@ namespace {
 constexpr char kPath[] = "/data/zstats/atoms.jsonl";
 
 void takeLine(const std::string& line, const AtomLog::Take& take) {
-    const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
+    static const std::unique_ptr<Json::CharReader> reader(
+            Json::CharReaderBuilder().newCharReader());
     Json::Value record;
     if (reader->parse(line.data(), line.data() + line.size(), &record, nullptr)) {
         take(record["id"].asInt(), record["text"].asString(), record["value"].asInt());
@@ -28,20 +31,27 @@ AtomLog::AtomLog(DeviceTree& tree) {
     tree.setNode(kPath, "");
     const std::string path = tree.hostPath(kPath);
     mFd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (mFd < 0) {
+    mWatch = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    if (mFd < 0 || mWatch < 0 || inotify_add_watch(mWatch, path.c_str(), IN_MODIFY) < 0) {
         throw std::system_error(errno, std::generic_category(), path);
     }
 }
 
 AtomLog::~AtomLog() {
     close(mFd);
+    close(mWatch);
 }
 
 void AtomLog::takeRecords(const Take& take) {
     std::array<char, 4096> bytes;
-    for (ssize_t got = read(mFd, bytes.data(), bytes.size()); got > 0;
-         got = read(mFd, bytes.data(), bytes.size())) {
-        mPending.append(bytes.data(), static_cast<size_t>(got));
+    const auto fill = [&bytes](int fd) { return read(fd, bytes.data(), bytes.size()); };
+    constexpr auto kFull = static_cast<ssize_t>(sizeof(bytes));
+    // The notices first, so that none is lost of a record that comes in between.
+    while (fill(mWatch) == kFull) {
+    }
+    for (ssize_t got = kFull; got == kFull;) {
+        got = fill(mFd);
+        mPending.append(bytes.data(), static_cast<size_t>(std::max<ssize_t>(got, 0)));
     }
     size_t start = 0;
     for (size_t end = mPending.find('\n'); end != std::string::npos;

@@ -2,6 +2,8 @@
 
 #include <fcntl.h>
 #include <stdlib.h>
+#include <string.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <charconv>
@@ -28,6 +30,14 @@ std::optional<std::string> readAll(const std::string& path) {
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
+constexpr size_t kMapSize = 4096;
+
+/** The begin of a file in memory, null where the host cannot. */
+char* mapped(int fd) {
+    void* const map = mmap(nullptr, kMapSize, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    return map == MAP_FAILED ? nullptr : static_cast<char*>(map);
+}
+
 constexpr std::string_view kZoneFolder = "/sys/class/thermal/thermal_zone";
 
 /** N when the path is that of thermal_zoneN's temperature. */
@@ -50,13 +60,20 @@ std::optional<int32_t> numberIn(std::string_view text) {
 
 }  // namespace
 
+void DeviceTree::release(Node& node) {
+    if (node.map != nullptr) {
+        munmap(node.map, kMapSize);
+    }
+    close(node.fd);
+}
+
 DeviceTree::DeviceTree(std::string root) : mRoot(std::move(root)) {
     fs::create_directories(mRoot);
 }
 
 DeviceTree::~DeviceTree() {
-    for (const auto& [path, node] : mNodes) {
-        close(node.fd);
+    for (auto& [path, node] : mNodes) {
+        release(node);
     }
 }
 
@@ -69,36 +86,49 @@ void DeviceTree::addFolder(std::string_view path) {
 }
 
 void DeviceTree::setNode(std::string_view path, std::string_view text) {
-    putNode(path, text);
+    Node& node = putNode(path, text);
     if (const auto zone = zoneAt(path)) {
-        noteZone(*zone, numberIn(text), false);
+        noteZone(*zone, {&node, numberIn(text), false});
     }
 }
 
-void DeviceTree::putNode(std::string_view path, std::string_view text) {
-    auto found = mNodes.find(path);
-    if (found == mNodes.end()) {
-        const std::string host = hostPath(path);
-        fs::create_directories(fs::path(host).parent_path());
-        const int fd = open(host.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-        if (fd < 0) {
-            fail(host);
+DeviceTree::Node& DeviceTree::createNode(std::string_view path) {
+    const std::string host = hostPath(path);
+    fs::create_directories(fs::path(host).parent_path());
+    const int fd = open(host.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    if (fd < 0) {
+        fail(host);
+    }
+    return mNodes.emplace(std::string(path), Node{fd, "", nullptr}).first->second;
+}
+
+DeviceTree::Node& DeviceTree::putNode(std::string_view path, std::string_view text) {
+    const auto found = mNodes.find(path);
+    Node& node = found != mNodes.end() ? found->second : createNode(path);
+    if (node.text != text) {
+        writeNode(node, text);
+    }
+    return node;
+}
+
+void DeviceTree::writeNode(Node& node, std::string_view text) {
+    if (text.size() == node.text.size() && text.size() <= kMapSize) {
+        if (node.map == nullptr) {
+            node.map = mapped(node.fd);
         }
-        found = mNodes.emplace(std::string(path), Node{fd, ""}).first;
-        writeNode(found->second, path, text);
-    } else if (found->second.text != text) {
-        writeNode(found->second, path, text);
+        if (node.map != nullptr) {
+            memcpy(node.map, text.data(), text.size());
+            node.text = text;
+            return;
+        }
     }
-}
-
-void DeviceTree::writeNode(Node& node, std::string_view path, std::string_view text) {
     // Cut first only when the text gets shorter: a reader beside us then never sees an empty node.
-    if (pwrite(node.fd, text.data(), text.size(), 0) != static_cast<ssize_t>(text.size())) {
-        fail(hostPath(path));
-    }
-    if (text.size() < node.text.size() &&
-        ftruncate(node.fd, static_cast<off_t>(text.size())) != 0) {
-        fail(hostPath(path));
+    const bool written =
+            pwrite(node.fd, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size()) &&
+            (text.size() >= node.text.size() ||
+             ftruncate(node.fd, static_cast<off_t>(text.size())) == 0);
+    if (!written) {
+        fail(mRoot);
     }
     node.text = text;
 }
@@ -106,14 +136,14 @@ void DeviceTree::writeNode(Node& node, std::string_view path, std::string_view t
 void DeviceTree::removeNode(std::string_view path) {
     dropNode(path);
     if (const auto zone = zoneAt(path)) {
-        noteZone(*zone, std::nullopt, true);
+        noteZone(*zone, {nullptr, std::nullopt, true});
     }
 }
 
 void DeviceTree::dropNode(std::string_view path) {
     const auto found = mNodes.find(path);
     if (found != mNodes.end()) {
-        close(found->second.fd);
+        release(found->second);
         mNodes.erase(found);
     }
     if (unlink(hostPath(path).c_str()) != 0 && errno != ENOENT && errno != ENOTDIR) {
@@ -136,24 +166,27 @@ void DeviceTree::addZone(int32_t index, std::string_view type, std::optional<int
 
 void DeviceTree::setZoneTemp(int32_t index, std::optional<int32_t> temp) {
     const auto found = mZones.find(index);
+    Node* node = found != mZones.end() ? found->second.node : nullptr;
     if (found != mZones.end() && found->second.plain && found->second.temp == temp) {
         return;
     }
-    const std::string path = zonePath(index, "temp");
-    if (temp) {
-        putNode(path, std::to_string(*temp) + "\n");
+    if (!temp) {
+        dropNode(zonePath(index, "temp"));
+        node = nullptr;
+    } else if (const std::string text = std::to_string(*temp) + "\n"; node != nullptr) {
+        writeNode(*node, text);
     } else {
-        dropNode(path);
+        node = &putNode(zonePath(index, "temp"), text);
     }
-    noteZone(index, temp, true);
+    noteZone(index, {node, temp, true});
 }
 
-void DeviceTree::noteZone(int32_t zone, std::optional<int32_t> temp, bool plain) {
-    const auto [at, isNew] = mZones.try_emplace(zone);
-    const bool changed = isNew || at->second.temp != temp;
-    at->second = {temp, plain};
+void DeviceTree::noteZone(int32_t index, const Zone& zone) {
+    const auto [at, isNew] = mZones.try_emplace(index);
+    const bool changed = isNew || at->second.temp != zone.temp;
+    at->second = zone;
     if (changed && mZoneListener) {
-        mZoneListener(zone, temp);
+        mZoneListener(index, zone.temp);
     }
 }
 
@@ -183,8 +216,18 @@ std::optional<std::string> DeviceTree::property(std::string_view name) const {
     return readAll(hostPath("/dev/properties/" + std::string(name)));
 }
 
-TemporaryFolder::TemporaryFolder(std::string_view prefix) {
-    std::string name = (fs::temp_directory_path() / (std::string(prefix) + "XXXXXX")).string();
+std::string temporaryFiles() {
+    return fs::temp_directory_path().string();
+}
+
+std::string temporaryMemory() {
+    constexpr const char* kMemory = "/dev/shm";
+    const bool usable = getenv("TMPDIR") == nullptr && access(kMemory, W_OK | X_OK) == 0;
+    return usable ? kMemory : temporaryFiles();
+}
+
+TemporaryFolder::TemporaryFolder(std::string_view prefix, const std::string& parent) {
+    std::string name = (fs::path(parent) / (std::string(prefix) + "XXXXXX")).string();
     if (mkdtemp(name.data()) == nullptr) {
         fail(name);
     }

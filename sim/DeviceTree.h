@@ -49,15 +49,19 @@ class DeviceTree {
     struct Node {
         int fd = -1;
         std::string text;
+        char* map = nullptr;  // the file in memory: most changes then need no call of the system
     };
     struct Zone {
+        Node* node = nullptr;  // null while it is absent
         std::optional<int32_t> temp;
         bool plain = false;  // its node is what setZoneTemp() makes of `temp`
     };
-    void putNode(std::string_view path, std::string_view text);
+    static void release(Node& node);
+    Node& createNode(std::string_view path);
+    Node& putNode(std::string_view path, std::string_view text);
     void dropNode(std::string_view path);
-    void writeNode(Node& node, std::string_view path, std::string_view text);
-    void noteZone(int32_t zone, std::optional<int32_t> temp, bool plain);
+    void writeNode(Node& node, std::string_view text);
+    void noteZone(int32_t index, const Zone& zone);
 
     const std::string mRoot;
     std::map<std::string, Node, std::less<>> mNodes;
@@ -65,10 +69,15 @@ class DeviceTree {
     ZoneListener mZoneListener;
 };
 
-/** A folder of its own under the host's temporary folder, removed with all it holds at the end. */
+/** The host's folder for temporary files. */
+std::string temporaryFiles();
+/** The same in memory where the host has one, unless TMPDIR names another. */
+std::string temporaryMemory();
+
+/** A folder of its own in `parent`, removed with all it holds at the end. */
 class TemporaryFolder {
   public:
-    explicit TemporaryFolder(std::string_view prefix);
+    explicit TemporaryFolder(std::string_view prefix, const std::string& parent = temporaryFiles());
     ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;

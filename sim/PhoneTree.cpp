@@ -146,7 +146,7 @@ void PhoneTree::setNode(const NodeChange& change, int64_t timeMs) {
     }
 }
 
-void PhoneTree::setZone(const ZoneChange& change) {
+void PhoneTree::apply(const ZoneChange& change) {
     if (change.temp) {
         mUnreadable.erase(change.index);
     } else {
@@ -156,7 +156,7 @@ void PhoneTree::setZone(const ZoneChange& change) {
 }
 
 void PhoneTree::apply(const SetZones& action) {
-    std::ranges::for_each(action.zones, [&](const ZoneChange& change) { setZone(change); });
+    std::ranges::for_each(action.zones, [&](const ZoneChange& change) { apply(change); });
 }
 
 void PhoneTree::apply(const SetNodes& action, int64_t timeMs) {
@@ -171,7 +171,7 @@ void PhoneTree::apply(const SetProperties& action) {
 
 void PhoneTree::apply(const TraceRow& row) {
     for (const ZoneChange& change : row.zones) {
-        setZone(change);
+        apply(change);
     }
     for (const NodeChange& node : row.nodes) {
         setNode(node, row.timeMs);

@@ -42,6 +42,7 @@ class PhoneTree {
     bool shellTempPresent() const { return mShellTempPresent; }
     DeviceTree& tree() { return mTree; }
 
+    void apply(const ZoneChange& change);
     void apply(const SetZones& action);
     /** `timeMs` becomes the modification time of configuration files among the nodes. */
     void apply(const SetNodes& action, int64_t timeMs);
@@ -56,7 +57,6 @@ class PhoneTree {
   private:
     void storeConfig(std::string_view path, const std::optional<std::string>& json);
     void setNode(const NodeChange& change, int64_t timeMs);
-    void setZone(const ZoneChange& change);
     void setShellTemp(bool present);
     void stamp(std::string_view path, int64_t timeMs) const;
 

@@ -28,18 +28,29 @@ int32_t noise(int32_t zone, int64_t second, int32_t amplitude) {
 
 }  // namespace
 
-double valueAt(const Profile& profile, double time) {
+double ProfileFollower::at(const Profile& profile, double time) {
+    if (time < mFlatUntil) {
+        return mValue;
+    }
     const auto& points = profile.points;
-    const auto next = std::ranges::upper_bound(points, time, {}, &Profile::Point::time);
-    if (next == points.begin()) {
-        return next->value;
+    while (mNext < points.size() && points[mNext].time <= time) {
+        ++mNext;
     }
-    const auto last = next - 1;
-    if (next == points.end()) {
-        return last->value;
+    const Profile::Point& last = points[mNext == 0 ? 0 : mNext - 1];
+    if (mNext == points.size()) {
+        mFlatUntil = std::numeric_limits<double>::infinity();
+        return mValue = last.value;
     }
-    return last->value +
-           (next->value - last->value) * (time - last->time) / (next->time - last->time);
+    const Profile::Point& next = points[mNext];
+    if (mNext == 0 || next.value == last.value) {
+        mFlatUntil = next.time;
+        return mValue = last.value;
+    }
+    return last.value + (next.value - last.value) * (time - last.time) / (next.time - last.time);
+}
+
+double valueAt(const Profile& profile, double time) {
+    return ProfileFollower().at(profile, time);
 }
 
 int32_t unstableNode(const PlantParams& params) {
@@ -61,14 +72,23 @@ int32_t unstableNode(const PlantParams& params) {
     return -1;
 }
 
-Plant::Plant(PlantParams params) : mParams(std::move(params)), mFlows(mParams.nodes.size()) {
-    for (const auto& node : mParams.nodes) {
-        mTemps.push_back(node.start);
-        mStepPerCapacity.push_back(mParams.stepMs / 1000.0 / node.capacity);
+Plant::Plant(PlantParams params)
+      : mParams(std::move(params)),
+        mTemps(mParams.nodes.size() + 1),
+        mFlows(mTemps.size()),
+        mPowers(mParams.sources.size()),
+        mPowersOverTime(mParams.sources.size()) {
+    for (size_t i = 0; i < mParams.nodes.size(); ++i) {
+        mTemps[i] = mParams.nodes[i].start;
+        mStepPerCapacity.push_back(mParams.stepMs / 1000.0 / mParams.nodes[i].capacity);
     }
+    const auto place = [this](int32_t node) {
+        return node == kAmbientNode ? mParams.nodes.size() : static_cast<size_t>(node);
+    };
     for (const auto& link : mParams.links) {
-        mConductances.push_back(1 / link.resistance);
+        mJoints.push_back({place(link.from), place(link.to), 1 / link.resistance});
     }
+    lookUp();
 }
 
 void Plant::advanceTo(int64_t seconds) {
@@ -77,29 +97,29 @@ void Plant::advanceTo(int64_t seconds) {
     }
 }
 
+/** What the profiles say of this time. */
+void Plant::lookUp() {
+    for (size_t i = 0; i < mPowers.size(); ++i) {
+        mPowers[i] = mPowersOverTime[i].at(mParams.sources[i].power, now());
+    }
+    mTemps.back() = mAmbientOverTime.at(mParams.ambient, now());
+}
+
 void Plant::step() {
     std::ranges::fill(mFlows, 0.0);
-    for (size_t i = 0; i < mParams.sources.size(); ++i) {
-        mFlows[static_cast<size_t>(mParams.sources[i].node)] += sourcePower(i);
+    for (size_t i = 0; i < mPowers.size(); ++i) {
+        mFlows[static_cast<size_t>(mParams.sources[i].node)] += mPowers[i];
     }
-    const double air = ambient();
-    const auto temp = [&](int32_t node) {
-        return node == kAmbientNode ? air : mTemps[static_cast<size_t>(node)];
-    };
-    for (size_t i = 0; i < mParams.links.size(); ++i) {
-        const auto& link = mParams.links[i];
-        const double flow = (temp(link.from) - temp(link.to)) * mConductances[i];
-        if (link.from != kAmbientNode) {
-            mFlows[static_cast<size_t>(link.from)] -= flow;
-        }
-        if (link.to != kAmbientNode) {
-            mFlows[static_cast<size_t>(link.to)] += flow;
-        }
+    for (const Joint& joint : mJoints) {
+        const double flow = (mTemps[joint.from] - mTemps[joint.to]) * joint.conductance;
+        mFlows[joint.from] -= flow;
+        mFlows[joint.to] += flow;
     }
-    for (size_t i = 0; i < mTemps.size(); ++i) {
+    for (size_t i = 0; i < mStepPerCapacity.size(); ++i) {
         mTemps[i] += mFlows[i] * mStepPerCapacity[i];
     }
     mTimeMs += mParams.stepMs;
+    lookUp();
 }
 
 int32_t Plant::zoneTemp(size_t zone) const {
@@ -123,14 +143,6 @@ std::optional<double> Plant::nodeTemp(std::string_view name) const {
         return std::nullopt;
     }
     return nodeTemp(static_cast<size_t>(found - mParams.nodes.begin()));
-}
-
-double Plant::ambient() const {
-    return valueAt(mParams.ambient, now());
-}
-
-double Plant::sourcePower(size_t source) const {
-    return valueAt(mParams.sources[source].power, now());
 }
 
 double Plant::totalPower() const {

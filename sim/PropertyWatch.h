@@ -18,6 +18,8 @@ class PropertyWatch {
     PropertyWatch(const PropertyWatch&) = delete;
     PropertyWatch& operator=(const PropertyWatch&) = delete;
 
+    /** Readable when there is something to take. */
+    int fd() const { return mFd; }
     /** Hands over each property set since the last call, in order. Never waits. */
     void takeChanges(const Take& take);
     /** Forgets what was set since the last call: it was not the daemon. */

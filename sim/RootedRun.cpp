@@ -35,7 +35,7 @@ bool runsBelowOwnRoot() {
 }
 
 int runBelowOwnRoot(char** argv, const std::function<void(DeviceTree&)>& prepare) {
-    TemporaryFolder root("kelvo-root-");
+    TemporaryFolder root("kelvo-root-", temporaryMemory());
     {
         DeviceTree tree(root.path());
         prepare(tree);

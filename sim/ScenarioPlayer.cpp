@@ -14,7 +14,7 @@ constexpr int64_t kPlantPeriodMs = 1000;
 }  // namespace
 
 ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, PhoneTree& phone)
-      : mScenario(scenario), mPhone(phone) {
+      : mScenario(scenario), mPhone(phone), mRowZones(scenario.zones.size()) {
     if (scenario.trace) {
         mTrace.emplace(*scenario.trace, scenario.zones);
         mNextRow.emplace();
@@ -28,27 +28,51 @@ ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, PhoneTree& phone)
 }
 
 int64_t ScenarioPlayer::nextTime() const {
-    int64_t next = mNextPlantMs;
-    if (mNextRow) {
-        next = std::min(next, mNextRow->timeMs);
-    }
-    if (mNextAction < mScenario.timeline.size()) {
-        next = std::min(next, mScenario.timeline[mNextAction].timeMs);
+    int64_t next = nextActionTime();
+    if (mStepwise) {
+        next = std::min(next, mNextPlantMs);
+        next = std::min(next, mNextRow ? mNextRow->timeMs : kNever);
     }
     return next;
 }
 
+int64_t ScenarioPlayer::nextActionTime() const {
+    const bool more = mNextAction < mScenario.timeline.size();
+    return more ? mScenario.timeline[mNextAction].timeMs : kNever;
+}
+
 void ScenarioPlayer::feedTree(int64_t timeMs) {
-    while (mNextRow && mNextRow->timeMs <= timeMs) {
-        mPhone.apply(*mNextRow);
-        readRow();
-    }
+    playRows(timeMs);
     if (mNextPlantMs <= timeMs) {
         const int64_t seconds = timeMs / kPlantPeriodMs;
         mPlant->advanceTo(seconds);
         mPhone.apply(*mPlant);
         mNextPlantMs = (seconds + 1) * kPlantPeriodMs;
         mPlantMoved = true;
+    }
+}
+
+/** Of the rows that come before anybody looks only the last figure of a zone is written. */
+void ScenarioPlayer::playRows(int64_t timeMs) {
+    for (; mNextRow && mNextRow->timeMs <= timeMs; readRow()) {
+        for (const ZoneChange& change : mNextRow->zones) {
+            mRowZones[static_cast<size_t>(change.index)] = change;
+        }
+        if (!mNextRow->nodes.empty()) {
+            mNextRow->zones.clear();
+            showRowZones();
+            mPhone.apply(*mNextRow);
+        }
+    }
+    showRowZones();
+}
+
+void ScenarioPlayer::showRowZones() {
+    for (auto& change : mRowZones) {
+        if (change) {
+            mPhone.apply(*change);
+            change.reset();
+        }
     }
 }
 

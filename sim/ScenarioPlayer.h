@@ -24,9 +24,16 @@ class ScenarioPlayer {
     /** Both live longer than this. */
     ScenarioPlayer(const Scenario& scenario, PhoneTree& phone);
 
+    /**
+     * Whether nextTime() names the times of rows and plant steps too. Without them the tree is only
+     * right after feedTree(): who looks at it at few times need not write what nobody sees.
+     */
+    void setStepwise(bool stepwise) { mStepwise = stepwise; }
     /** When the next row, plant step or action is due (ms since t = 0), or kNever. */
     int64_t nextTime() const;
-    /** Applies the trace rows, then the plant, as they are due at `timeMs`. */
+    /** When the next action is due, or kNever. */
+    int64_t nextActionTime() const;
+    /** Applies the trace rows, then the plant, as they are due up to `timeMs`. */
     void feedTree(int64_t timeMs);
     /** The next action due at `timeMs`, null when there is none. */
     const Deed* takeAction(int64_t timeMs);
@@ -44,11 +51,15 @@ class ScenarioPlayer {
 
   private:
     void readRow();
+    void playRows(int64_t timeMs);
+    void showRowZones();
 
     const Scenario& mScenario;
     PhoneTree& mPhone;
     std::optional<TraceReader> mTrace;
     std::optional<TraceRow> mNextRow;
+    std::vector<std::optional<ZoneChange>> mRowZones;  // by index; not in the tree yet
+    bool mStepwise = true;
     std::optional<Plant> mPlant;
     int64_t mNextPlantMs = kNever;
     bool mPlantMoved = false;

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <system_error>
 
@@ -45,9 +46,10 @@ void ShellTempNode::setPresent(bool present) {
 
 void ShellTempNode::takeLines(const std::function<void(std::string_view)>& take) {
     std::array<char, 4096> buffer;
-    ssize_t size = 0;
-    while (mFd >= 0 && (size = read(mFd, buffer.data(), buffer.size())) > 0) {
-        mPending.append(buffer.data(), static_cast<size_t>(size));
+    ssize_t size = mFd >= 0 ? static_cast<ssize_t>(buffer.size()) : 0;
+    while (size == static_cast<ssize_t>(buffer.size())) {  // a pipe gives all it has
+        size = read(mFd, buffer.data(), buffer.size());
+        mPending.append(buffer.data(), static_cast<size_t>(std::max<ssize_t>(size, 0)));
     }
     size_t begin = 0;
     size_t end = 0;

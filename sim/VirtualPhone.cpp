@@ -1,10 +1,12 @@
 #include "sim/VirtualPhone.h"
 
 #include <binder/LocalServiceManager.h>
+#include <poll.h>
 #include <stdlib.h>
 #include <time.h>
 
 #include <algorithm>
+#include <array>
 
 #include "config/DeviceRoot.h"
 #include "core/KelvoMain.h"
@@ -37,8 +39,14 @@ VirtualPhone::VirtualPhone(const Scenario& scenario)
     mProperties.emplace(mTree);
     mAtoms.emplace(mTree);
     mPlayer.emplace(scenario, mPhone);
+    mPlayer->setStepwise(false);
     feedServices();
     VirtualScheduler::get().setObserver([this] { collectEvents(); });
+}
+
+void VirtualPhone::setZoneListener(DeviceTree::ZoneListener listener) {
+    mPlayer->setStepwise(true);
+    mTree.setZoneListener(std::move(listener));
 }
 
 bool VirtualPhone::start() {
@@ -62,6 +70,7 @@ void VirtualPhone::runUntil(int64_t timeMs) {
         runMoment(next);
     }
     VirtualTime::advanceTo(timeMs);
+    mPlayer->feedTree(timeMs);
 }
 
 int64_t VirtualPhone::now() const {
@@ -76,13 +85,19 @@ int64_t VirtualPhone::nextTime() const {
 void VirtualPhone::runMoment(int64_t timeMs) {
     VirtualTime::advanceTo(timeMs);
     mPlayer->feedTree(timeMs);
+    if (std::min(VirtualScheduler::get().nextTime(), mPlayer->nextActionTime()) <= timeMs) {
+        runDaemon(timeMs);
+    }
+    mMomentListener(mPlayer->plant());
+}
+
+void VirtualPhone::runDaemon(int64_t timeMs) {
     feedServices();
     while (const Deed* const deed = mPlayer->takeAction(timeMs)) {
         apply(*deed);
     }
     VirtualScheduler::get().handleMessages();
     VirtualScheduler::get().runLoops();
-    mMomentListener(mPlayer->plant());
 }
 
 void VirtualPhone::feedServices() {
@@ -118,17 +133,29 @@ void VirtualPhone::apply(const Deed& deed) {
 }
 
 void VirtualPhone::collectEvents() {
-    mShellTemp.takeLines([this](std::string_view line) {
-        emit({now(),
-              "write",
-              {{"path", std::string(kShellTempPath)}, {"text", std::string(line)}}});
-    });
-    mProperties->takeChanges([this](const std::string& name, const std::string& value) {
-        emit({now(), "property", {{"name", name}, {"value", value}}});
-    });
-    mAtoms->takeRecords([this](int32_t id, const std::string& text, int32_t value) {
-        emit({now(), "atom", {{"id", id}, {"text", text}, {"value", value}}});
-    });
+    std::array<pollfd, 3> sources{{{mShellTemp.fd(), POLLIN, 0},
+                                   {mProperties->fd(), POLLIN, 0},
+                                   {mAtoms->fd(), POLLIN, 0}}};
+    if (poll(sources.data(), sources.size(), 0) <= 0) {
+        return;  // as nearly always, and cheaper than to ask each
+    }
+    if (sources[0].revents != 0) {
+        mShellTemp.takeLines([this](std::string_view line) {
+            emit({now(),
+                  "write",
+                  {{"path", std::string(kShellTempPath)}, {"text", std::string(line)}}});
+        });
+    }
+    if (sources[1].revents != 0) {
+        mProperties->takeChanges([this](const std::string& name, const std::string& value) {
+            emit({now(), "property", {{"name", name}, {"value", value}}});
+        });
+    }
+    if (sources[2].revents != 0) {
+        mAtoms->takeRecords([this](int32_t id, const std::string& text, int32_t value) {
+            emit({now(), "atom", {{"id", id}, {"text", text}, {"value", value}}});
+        });
+    }
 }
 
 void VirtualPhone::emit(const Event& event) {

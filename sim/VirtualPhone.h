@@ -35,10 +35,12 @@ class VirtualPhone {
      * Told at once of every zone, then of each whose value changes, before the daemon can see it:
      * m°C as the phone's sensor shows it, none while it cannot be read.
      */
-    void setZoneListener(DeviceTree::ZoneListener listener) {
-        mTree.setZoneListener(std::move(listener));
-    }
-    /** Called when all that was due at a moment has been done; the plant is null without one. */
+    void setZoneListener(DeviceTree::ZoneListener listener);
+    /**
+     * Called when all that was due at a moment has been done; the plant is null without one. Rows
+     * of a trace and steps of a plant are moments when there is a zone listener, else what the
+     * daemon does.
+     */
     void setMomentListener(std::function<void(const Plant*)> listener) {
         mMomentListener = std::move(listener);
     }
@@ -65,6 +67,7 @@ class VirtualPhone {
   private:
     int64_t nextTime() const;
     void runMoment(int64_t timeMs);
+    void runDaemon(int64_t timeMs);
     void feedServices();
     void apply(const Deed& deed);
     void collectEvents();

@@ -39,20 +39,27 @@ void VirtualScheduler::handleMessages() {
     if (mLooper == nullptr) {
         return;
     }
-    while (poll() == android::Looper::POLL_CALLBACK) {
-        mObserver();
+    // A poll says "wake" when a message was posted that is the next one from now on.
+    using android::Looper;
+    bool changed = mNextMessageMs <= VirtualTime::now();
+    for (int what = mLooper->pollOnce(0);
+         what == Looper::POLL_WAKE || what == Looper::POLL_CALLBACK; what = mLooper->pollOnce(0)) {
+        changed = true;
+        if (what == Looper::POLL_CALLBACK) {
+            mObserver();
+        }
     }
-    // The Looper learns when its next message is due at the end of one poll and tells in the next.
-    poll();
-    mObserver();
-    mNextMessageMs = sNextMessageNs == kNever ? kNever : VirtualTime::fromMonotonic(sNextMessageNs);
+    if (changed) {
+        learnNextMessage();
+    }
 }
 
-int VirtualScheduler::poll() {
+/** Only a poll that may wait asks how long. */
+void VirtualScheduler::learnNextMessage() {
     sNextMessageNs = kNever;
-    // So that the poll returns at once also when there is no message at all.
-    mLooper->wake();
-    return mLooper->pollOnce(-1);
+    mLooper->wake();  // so that it returns at once also when there is no message at all
+    mLooper->pollOnce(-1);
+    mNextMessageMs = sNextMessageNs == kNever ? kNever : VirtualTime::fromMonotonic(sNextMessageNs);
 }
 
 void VirtualScheduler::runLoops() {

@@ -54,7 +54,7 @@ class VirtualScheduler {
         int64_t deadlineMs = 0;
     };
 
-    int poll();
+    void learnNextMessage();
     bool isDue(const Loop& loop) const;
     Loop* nextDueLoop();
     void runPass(Loop& loop);

@@ -1,6 +1,5 @@
 #include "shelltemp/ZoneReader.h"
 
-#include <stdio.h>
 #include <stdlib.h>
 
 #include "config/FileUtils.h"
@@ -21,9 +20,10 @@ std::string zoneTempPath(const ThermalZone& zone, bool isQcom) {
     if (!isQcom && zone.name.starts_with("mtkts")) {
         return "/proc/mtktz/" + zone.name;
     }
-    char path[kPathSize];
-    snprintf(path, sizeof(path), "/sys/class/thermal/thermal_zone%d/temp", zone.index);
-    return path;
+    std::string path;
+    path.reserve(kPathSize);
+    path.append("/sys/class/thermal/thermal_zone").append(std::to_string(zone.index));
+    return path.append("/temp");
 }
 
 bool isPlausibleTemp(int32_t temp) {
