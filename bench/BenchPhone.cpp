@@ -13,6 +13,12 @@ namespace {
 
 constexpr int32_t kZonesPerModel = kZones / kModels;
 
+const std::vector<sim::NodeChange> kHeatNodes = {
+        {"/sys/class/kgsl/kgsl-3d0/devfreq/gpu_load", "50"},
+        {"/sys/class/kgsl/kgsl-3d0/gpuclk", "450000000"},
+        {"/sys/class/backlight/panel0-backlight/brightness", "1024"},
+};
+
 std::string model(int32_t index) {
     std::string zones;
     std::string coefficients;
@@ -49,6 +55,25 @@ sim::Scenario phone() {
     return scenario;
 }
 
+sim::Scenario heatedPhone() {
+    sim::Scenario scenario = phone();
+    scenario.nodes.insert(scenario.nodes.end(), kHeatNodes.begin(), kHeatNodes.end());
+    scenario.config.main->insert(
+            scenario.config.main->rfind("}}"),
+            ",\"heatsource_detection\":{\"heatsource_model\":{\"device_name\":[\"cpu\",\"gpu\"],"
+            "\"coefficient\":[0.2,0.05]},\"gpu_model\":{\"gpufreq\":[300,600],"
+            "\"powermA\":[100,250]}}");
+    return scenario;
+}
+
+std::string taskStatistics(int threads) {
+    std::string text;
+    for (int i = 0; i < threads; ++i) {
+        text += "1\t" + std::to_string(i) + "\t5000\tt\n";
+    }
+    return text;
+}
+
 int64_t readNodes(const std::vector<std::string>& hostPaths) {
     std::array<char, 128> buffer;
     int64_t bytes = 0;
@@ -64,6 +89,14 @@ std::vector<std::string> zonePaths(const std::string& root) {
     std::vector<std::string> paths;
     for (int32_t i = 0; i < kZones; ++i) {
         paths.push_back(root + sim::DeviceTree::zonePath(i, "temp"));
+    }
+    return paths;
+}
+
+std::vector<std::string> heatNodePaths(const std::string& root) {
+    std::vector<std::string> paths;
+    for (const sim::NodeChange& node : kHeatNodes) {
+        paths.push_back(root + node.path);
     }
     return paths;
 }

@@ -36,39 +36,11 @@ constexpr char kPass[] = "sampling pass, six components";
 constexpr char kReport[] = "report of five passes";
 constexpr char kRanking[] = "ranking of threads";
 
-const std::vector<sim::NodeChange> kNodes = {
-        {"/sys/class/kgsl/kgsl-3d0/devfreq/gpu_load", "50"},
-        {"/sys/class/kgsl/kgsl-3d0/gpuclk", "450000000"},
-        {"/sys/class/backlight/panel0-backlight/brightness", "1024"},
-};
-
 sim::VirtualPhone* sPhone = nullptr;
 double sTime = 0;  // s
 
-std::string taskStatistics(int threads) {
-    std::string text;
-    for (int i = 0; i < threads; ++i) {
-        text += "1\t" + std::to_string(i) + "\t5000\tt\n";
-    }
-    return text;
-}
-
-sim::Scenario hotPhone() {
-    sim::Scenario scenario = bench::phone();
-    scenario.nodes.insert(scenario.nodes.end(), kNodes.begin(), kNodes.end());
-    scenario.config.main->insert(
-            scenario.config.main->rfind("}}"),
-            ",\"heatsource_detection\":{\"heatsource_model\":{\"device_name\":[\"cpu\",\"gpu\"],"
-            "\"coefficient\":[0.2,0.05]},\"gpu_model\":{\"gpufreq\":[300,600],"
-            "\"powermA\":[100,250]}}");
-    return scenario;
-}
-
 void readNodes(benchmark::State& state) {
-    std::vector<std::string> paths;
-    for (const sim::NodeChange& node : kNodes) {
-        paths.push_back(kelvo::deviceRoot() + node.path);
-    }
+    const std::vector<std::string> paths = bench::heatNodePaths(kelvo::deviceRoot());
     for (auto _ : state) {
         benchmark::DoNotOptimize(bench::readNodes(paths));
     }
@@ -149,7 +121,7 @@ benchmark::internal::Benchmark* add(const char* name, void (*function)(benchmark
 }  // namespace
 
 int main(int argc, char** argv) {
-    const sim::Scenario scenario = hotPhone();
+    const sim::Scenario scenario = bench::heatedPhone();
     if (!sim::runsBelowOwnRoot()) {
         return sim::runBelowOwnRoot(argv, [&](sim::DeviceTree& tree) {
             tree.setProperty("persist.sys.kelvo.loglevel", "-1");
@@ -161,7 +133,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "heat_bench: the daemon does not start\n");
         return 1;
     }
-    phone.perform(sim::TaskStats{taskStatistics(200)});
+    phone.perform(sim::TaskStats{bench::taskStatistics(200)});
     HeatProcessCenter::getInstance()->startMonitor();
     benchmark::Initialize(&argc, argv);
     add(kFloor, readNodes);
