@@ -3,7 +3,7 @@
 // make. Then the memory of an hour against that of the day.
 
 #include <fcntl.h>
-#include <json/value.h>
+#include <json/writer.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>

@@ -16,6 +16,12 @@
 
 namespace sim {
 
+namespace {
+
+constexpr int64_t kMinuteMs = 60000;
+
+}  // namespace
+
 VirtualPhone::VirtualPhone(const Scenario& scenario)
       : mScenario(scenario),
         mTree(kelvo::deviceRoot()),
@@ -57,8 +63,12 @@ bool VirtualPhone::start() {
     return true;
 }
 
-void VirtualPhone::run() {
+void VirtualPhone::run(const std::function<void(int64_t timeMs)>& onMinute) {
     if (start()) {
+        for (int64_t timeMs = kMinuteMs; timeMs < mScenario.durationMs; timeMs += kMinuteMs) {
+            runUntil(timeMs);
+            onMinute(timeMs);
+        }
         runUntil(mScenario.durationMs);
     }
     VirtualTime::advanceTo(mScenario.durationMs);

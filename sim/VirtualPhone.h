@@ -53,8 +53,11 @@ class VirtualPhone {
     bool start();
     /** Runs everything due up to and at `timeMs` after t = 0. Needs start(). */
     void runUntil(int64_t timeMs);
-    /** The scenario from start to end, closed by the event "end". */
-    void run();
+    /**
+     * The scenario from start to end, closed by the event "end". `onMinute` is called after each
+     * minute of phone time.
+     */
+    void run(const std::function<void(int64_t timeMs)>& onMinute = [](int64_t) {});
 
     /** Performs an action now, and what it makes due. */
     void perform(const Deed& deed);

@@ -1,13 +1,16 @@
 #include "Replay.h"
 
 #include <android/log.h>
+#include <unistd.h>
 
 #include <array>
 #include <memory>
 #include <ostream>
 
 #include "DecisionEvents.h"
+#include "OtherConfig.h"
 #include "OutputFile.h"
+#include "ProgressLine.h"
 #include "sim/RootedRun.h"
 #include "sim/ScenarioParser.h"
 #include "sim/Trace.h"
@@ -57,6 +60,18 @@ std::unique_ptr<OutputFile> openLog(const std::string& name) {
     return log;
 }
 
+/** Lines of the run and one that comes and goes would be in each other's way. */
+bool writesToTerminal(const ReplayOptions& options) {
+    return isatty(STDOUT_FILENO) == 1 &&
+           (options.events == "-" || options.log == "-" || options.explain == "-");
+}
+
+void run(sim::VirtualPhone& phone, const sim::Scenario& scenario, const ReplayOptions& options) {
+    ProgressLine progress(options.recording.outcome.empty() ? "" : "other: ", scenario.durationMs,
+                          !writesToTerminal(options));
+    phone.run([&progress](int64_t timeMs) { progress.update(timeMs); });
+}
+
 int replay(const sim::Scenario& scenario, const ReplayOptions& options) {
     const auto log = openLog(options.log);
     const auto events = openIfNamed(options.events);
@@ -85,7 +100,7 @@ int replay(const sim::Scenario& scenario, const ReplayOptions& options) {
     if (recording != nullptr) {
         recording->watch(phone);
     }
-    phone.run();
+    run(phone, scenario, options);
     __android_log_set_logger(dropLogLine);
     if (recording != nullptr) {
         recording->write();
@@ -101,6 +116,8 @@ int replay(const sim::Scenario& scenario, const ReplayOptions& options) {
 }  // namespace
 
 int replayScenario(const ReplayOptions& options, char** argv) {
+    __android_log_set_minimum_priority(ANDROID_LOG_VERBOSE);
+    __android_log_set_logger(dropLogLine);
     sim::Scenario scenario = sim::loadScenario(options.scenario);
     if (options.log.empty()) {
         scenario.properties[kLogLevelProperty] = kSilent;
@@ -108,9 +125,18 @@ int replayScenario(const ReplayOptions& options, char** argv) {
     if (options.logLevel) {
         scenario.properties[kLogLevelProperty] = std::to_string(*options.logLevel);
     }
+    const RecordingOptions& recording = options.recording;
+    if (!recording.outcome.empty()) {
+        scenario.config.main = readOtherConfig(recording.otherConfig);
+    }
     if (sim::runsBelowOwnRoot()) {
         return replay(scenario, options);
     }
     sim::checkTrace(scenario);
-    return sim::runBelowOwnRoot(argv, [&](sim::DeviceTree& tree) { prepareTree(tree, scenario); });
+    const auto prepare = [&](sim::DeviceTree& tree) { prepareTree(tree, scenario); };
+    if (recording.otherConfig.empty()) {
+        return sim::runBelowOwnRoot(argv, prepare);
+    }
+    readOtherConfig(recording.otherConfig);  // wrong ones are refused before anything runs
+    return runBothWays(argv, prepare);
 }

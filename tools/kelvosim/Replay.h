@@ -11,7 +11,7 @@ struct ReplayOptions {
     std::string log;      // likewise the daemon's log
     std::string explain;  // likewise the reasons of its values
     std::optional<int> logLevel;
-    RecordingOptions recording;
+    RecordingOptions recording;  // with `otherConfig` the scenario is run with that one as well
 };
 
 /**

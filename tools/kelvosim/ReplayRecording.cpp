@@ -1,12 +1,13 @@
 #include "ReplayRecording.h"
 
 #include "ConfigWarnings.h"
+#include "comparison/ComparisonText.h"
 #include "perfetto/PerfettoTrace.h"
 #include "report/HtmlReport.h"
 
 ReplayRecording::ReplayRecording(const sim::Scenario& scenario, const std::string& file,
                                  const RecordingOptions& options)
-      : mScenario(scenario), mRecorder(scenario, file) {
+      : mScenario(scenario), mRecorder(scenario, file), mOptions(options) {
     if (!options.report.empty()) {
         mReport.emplace(options.report);
     }
@@ -29,5 +30,18 @@ void ReplayRecording::write() {
     if (mPerfetto) {
         writePerfettoTrace(mPerfetto->stream(), mRecorder.recording());
         mPerfetto->finish();
+    }
+    if (!mOptions.outcome.empty()) {
+        OutputFile outcome(mOptions.outcome);
+        writeOutcome(outcome.stream(), outcomeOf(mRecorder.recording()));
+        outcome.finish();
+    }
+    if (!mOptions.other.empty()) {
+        const RunInfo& info = mRecorder.recording().info;
+        const Comparison comparison = compare(outcomeOf(mRecorder.recording()),
+                                              readOutcome(mOptions.other), info.durationMs);
+        OutputFile text("-");
+        writeComparison(text.stream(), comparison, info.scenario, mOptions.otherConfig);
+        text.finish();
     }
 }

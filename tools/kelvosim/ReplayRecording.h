@@ -9,10 +9,15 @@
 
 /** Where a replay's recording goes; empty: nowhere, "-": standard output. */
 struct RecordingOptions {
-    std::string report;    // an HTML page
-    std::string perfetto;  // a trace
+    std::string report;       // an HTML page
+    std::string perfetto;     // a trace
+    std::string outcome;      // what a run with another configuration is compared by
+    std::string other;        // the outcome of that run; the comparison goes to standard output
+    std::string otherConfig;  // its file, as the user named it
 
-    bool wanted() const { return !report.empty() || !perfetto.empty(); }
+    /** Whether a user asked for a file. */
+    bool wantsFile() const { return !report.empty() || !perfetto.empty(); }
+    bool wanted() const { return wantsFile() || !outcome.empty() || !other.empty(); }
 };
 
 /** The recording of a replay and the files that are made of it. */
@@ -35,4 +40,5 @@ class ReplayRecording {
     Recorder mRecorder;
     std::optional<OutputFile> mReport;
     std::optional<OutputFile> mPerfetto;
+    const RecordingOptions mOptions;
 };

@@ -5,6 +5,7 @@
 
 #include "Check.h"
 #include "Live.h"
+#include "OtherConfig.h"
 #include "Replay.h"
 
 namespace {
@@ -37,9 +38,18 @@ void addReplay(CLI::App& app, char** argv, int* status) {
                         "Where a page goes that shows the run and its reasons, HTML");
     command->add_option("--perfetto", options.recording.perfetto,
                         "Where a trace for ui.perfetto.dev goes, JSON");
+    command->add_option("--against", options.recording.otherConfig,
+                        "A configuration, plain or encrypted, that stands in for the scenario's "
+                        "main one in a second run; says where shell temperature, level, status "
+                        "and notifications differ");
+    command->add_option(kOutcomeTo, options.recording.outcome)->group("");
+    command->add_option(kCompareWith, options.recording.other)->group("");
     command->callback([argv, status] {
-        if (options.events.empty() && options.log.empty() && options.explain.empty() &&
-            !options.recording.wanted()) {
+        if (!options.recording.outcome.empty()) {
+            options.events = options.log = options.explain = "";  // asked of the other run
+            options.recording.report = options.recording.perfetto = "";
+        } else if (options.events.empty() && options.log.empty() && options.explain.empty() &&
+                   !options.recording.wantsFile() && options.recording.otherConfig.empty()) {
             options.events = "-";
         }
         *status = replayScenario(options, argv);
