@@ -70,6 +70,25 @@ TEST_F(PhoneTree, appliesActionsAndRows) {
     EXPECT_EQ(changed(main), mScenario.startNs / 1000000000 + 3);
 }
 
+TEST_F(PhoneTree, tellsOfZonesHoweverTheyAreSet) {
+    sim::PhoneTree phone(mTree, mScenario);
+    phone.build();
+    std::vector<std::pair<int32_t, std::optional<int32_t>>> told;
+    mTree.setZoneListener(
+            [&](int32_t zone, std::optional<int32_t> temp) { told.emplace_back(zone, temp); });
+    const std::string path = sim::DeviceTree::zonePath(1, "temp");
+    phone.apply(sim::SetZones{{{0, 30000}, {1, 25000}}});
+    phone.apply(sim::SetNodes{{{path, "26500"}, {"/raw", "1"}}}, 0);
+    phone.apply(sim::ZoneChange{1, 26500});  // the same figure, but not the same text
+    EXPECT_EQ(temp(1), "26500\n");
+    phone.apply(sim::SetNodes{{{path, std::nullopt}}}, 0);
+    phone.apply(sim::ZoneChange{1, 9});
+    EXPECT_EQ(temp(1), "9\n");
+    const std::vector<std::pair<int32_t, std::optional<int32_t>>> expected{
+            {0, 30000}, {1, std::nullopt}, {1, 25000}, {1, 26500}, {1, std::nullopt}, {1, 9}};
+    EXPECT_EQ(told, expected);
+}
+
 TEST_F(PhoneTree, leavesShellTempToTheHook) {
     std::vector<bool> calls;
     sim::PhoneTree phone(mTree, mScenario, [&](bool present) { calls.push_back(present); });

@@ -119,6 +119,19 @@ TEST(TimelineParser, refusesWithPlaceAndReason) {
              ".state: expected \"up\" or \"down\""},
             {R"("usage_bytes", "hex": "0g")",
              ".hex: expected an even number of hexadecimal digits"},
+            {R"("nodes", "set": {"/a/../b": ""})",
+             ".set./a/../b: expected an absolute path "
+             "without \"..\""},
+            {R"("property", "set": {"a b": ""})", ".set.a b: this is no name of a property"},
+            {R"("listen", "id": "")", ".id: expected a text that is not empty"},
+            {R"("listener_fails", "id": "l", "code": 3)", ": the member \"count\" is missing"},
+            {R"("health", "ac": 1)", ".ac: expected true or false"},
+            {R"("taskstats")", ": the member \"text\" is missing"},
+            {R"("usage", "wifi": [{"energy": 1.5}])",
+             ".wifi[0].energy: expected a whole number from -9223372036854775808 to "
+             "9223372036854775807"},
+            {R"("dump", "args": [1])", ".args[0]: expected a text"},
+            {R"("dump", "uid": -1)", ".uid: expected a whole number from 0 to 2147483647"},
             {R"("listener_dies", "id": "x")", ".id: no action registers this listener"},
     };
     for (const auto& [action, message] : cases) {

@@ -1,5 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -113,4 +116,55 @@ TEST(KelvosimReplayTest, writesOnlyTheEndWhenTheDaemonIsDisabled) {
         "properties":{"persist.sys.kelvo.enable":"0"}})";
     EXPECT_EQ(Program::run("kelvosim", {"replay", scenario}).out,
               "{\"t\":3.000,\"event\":\"end\"}\n");
+}
+
+TEST(KelvosimReplayTest, comparesWithAnotherConfiguration) {
+    const sim::TemporaryFolder folder("kelvo-test-");
+    const std::string other = folder.path() + "/other.json";
+    const auto against = [&](const std::string& file) {
+        return Program::run("kelvosim", {"replay", example("hello"), "--against", file});
+    };
+    const std::string own = std::string(EXAMPLES) + "/hello/kelvo.json";
+    EXPECT_THAT(against(own).out, HasSubstr("\nidentical: shell temperature, level, "));
+    // The one model of the example, two degrees warmer from its constant on.
+    std::string text = read(own);
+    const size_t constant = text.rfind("1500]");
+    ASSERT_NE(constant, std::string::npos);
+    std::ofstream(other) << "// warmer\n" << text.replace(constant, 1, "3");
+    const Program::Result warmer = against(other);
+    EXPECT_EQ(warmer.status, 0) << warmer.err;
+    EXPECT_THAT(warmer.out, AllOf(HasSubstr("  mean           2.000 absolute, +2.000 signed\n"),
+                                  HasSubstr("(+2.000)\n")));
+    std::ofstream(other) << "{\n\"a\": }";
+    EXPECT_EQ(against(other).status, 1);
+    EXPECT_THAT(against(other).err, HasSubstr(other + ": line 2\n"));
+}
+
+TEST(KelvosimReplayTest, tellsATerminalHowFarItHasCome) {
+    const sim::TemporaryFolder folder("kelvo-test-");
+    const std::string scenario = folder.path() + "/scenario.json";
+    const std::string events = folder.path() + "/events";
+    const std::string program = std::filesystem::path(KELVOD).parent_path() / "kelvosim";
+    std::string shown;
+    // Until it takes more than the half second after which there is something to tell.
+    for (int64_t seconds = 100000; shown.empty(); seconds *= 4) {
+        std::ofstream(scenario) << R"({"zones":[{"type":"cpu","temp":30000}],"duration":)"
+                                << seconds << "}";
+        int terminal = -1;
+        if (forkpty(&terminal, nullptr, nullptr, nullptr) == 0) {
+            execl(program.c_str(), "kelvosim", "replay", scenario.c_str(), "--events",
+                  events.c_str(), nullptr);
+            _exit(127);
+        }
+        char bytes[512];
+        for (ssize_t got = 0; (got = read(terminal, bytes, sizeof(bytes))) > 0;) {
+            shown.append(bytes, static_cast<size_t>(got));
+        }
+        close(terminal);
+        int status = -1;
+        wait(&status);
+        ASSERT_EQ(status, 0) << shown;
+    }
+    EXPECT_THAT(shown, testing::MatchesRegex("\r\x1b\\[K *[0-9]+ %  [0-9:]+ of [0-9:]+  [0-9]+ x "
+                                             "real time.*\r\x1b\\[K"));
 }

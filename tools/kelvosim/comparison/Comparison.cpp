@@ -12,6 +12,9 @@
 
 namespace {
 
+// A notification this much earlier or later is another one.
+constexpr int64_t kFarthestMs = 600'000;
+
 /** Walks along two figures at once: all stretches of time, also those where they agree. */
 class Alongside {
   public:
@@ -100,7 +103,10 @@ ShellDifference compareShell(const Series& own, const Series& other, int64_t end
 using Notifications = std::vector<const Notification*>;
 using Key = std::function<std::string(const Notification&)>;
 
-/** Takes out of both what has the same key, one of each at a time, in order. */
+/**
+ * Takes out of both what has the same key and is not too far apart, one of each at a time, in
+ * order.
+ */
 std::vector<std::pair<const Notification*, const Notification*>> pairUp(Notifications& own,
                                                                         Notifications& other,
                                                                         const Key& key) {
@@ -111,11 +117,19 @@ std::vector<std::pair<const Notification*, const Notification*>> pairUp(Notifica
     std::vector<std::pair<const Notification*, const Notification*>> pairs;
     std::erase_if(own, [&](const Notification* notification) {
         const auto found = waiting.find(key(*notification));
-        if (found == waiting.end() || found->second.empty()) {
+        if (found == waiting.end()) {
             return false;
         }
-        pairs.emplace_back(notification, found->second.front());
-        found->second.pop_front();
+        auto& candidates = found->second;
+        while (!candidates.empty() &&
+               candidates.front()->timeMs < notification->timeMs - kFarthestMs) {
+            candidates.pop_front();
+        }
+        if (candidates.empty() || candidates.front()->timeMs > notification->timeMs + kFarthestMs) {
+            return false;
+        }
+        pairs.emplace_back(notification, candidates.front());
+        candidates.pop_front();
         return true;
     });
     std::set<const Notification*> taken;
@@ -143,6 +157,16 @@ std::string values(const Notification& notification) {
     return Json::writeString(compact, json);
 }
 
+/** What it is about, without the temperature at which it happened to be sent. */
+std::string subject(const Notification& notification) {
+    for (const auto& [name, value] : notification.values) {
+        if (name == "level") {
+            return value.asString();
+        }
+    }
+    return values(notification);
+}
+
 class NotificationMatch {
   public:
     explicit NotificationMatch(Comparison& result) : mResult(result) {}
@@ -158,7 +182,7 @@ class NotificationMatch {
         addPairs(Fate::OTHER_VALUES,
                  pairUp(here, there, [&](const Notification& n) { return who(n) + time(n); }));
         addPairs(Fate::OTHER_TIME,
-                 pairUp(here, there, [&](const Notification& n) { return who(n) + values(n); }));
+                 pairUp(here, there, [&](const Notification& n) { return who(n) + subject(n); }));
         for (const Notification* notification : here) {
             add({Fate::ONLY_OWN, *notification, std::nullopt});
         }

@@ -30,7 +30,10 @@ struct ShellDifference {
     int64_t differentMs = 0;         // time for which they differ
 };
 
-/** What became of the notifications of a kind in the other run. */
+/**
+ * What became of a notification in the other run. One at another time is of the same level, status
+ * or temperature and at most ten minutes away.
+ */
 enum class Fate { SAME, OTHER_VALUES, OTHER_TIME, ONLY_OWN, ONLY_OTHER };
 constexpr size_t kFates = 5;
 

@@ -95,7 +95,7 @@ std::string describe(const NotificationDifference& difference) {
             return valuesOf(*difference.own) + ", other" + valuesOf(*difference.other);
         case Fate::OTHER_TIME:
             return valuesOf(*difference.own) + ", other at " + seconds(difference.other->timeMs) +
-                   " s";
+                   " s" + valuesOf(*difference.other);
         default:
             return valuesOf(difference.notification()) + ", " +
                    kFateNames[static_cast<size_t>(difference.fate)];
