@@ -1,9 +1,10 @@
 #include "sim/FrameworkClient.h"
 
+#include <android-base/unique_fd.h>
 #include <binder/IServiceManager.h>
 #include <binder/LocalCall.h>
 #include <binder/Parcel.h>
-#include <fcntl.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <array>
@@ -48,7 +49,7 @@ void startRequest(Parcel& data) {
     data.writeInterfaceToken(String16(kServiceDescriptor));
 }
 
-/** Takes all that comes until the writing end is closed. */
+/** All from here to the end. */
 std::string readAll(int fd) {
     std::string text;
     std::array<char, 4096> bytes;
@@ -132,9 +133,10 @@ void FrameworkClient::perform(const Transact& transact) {
 }
 
 void FrameworkClient::perform(const Dump& dump) {
-    std::array<int, 2> pipe{};
+    // Not a pipe: in one process nobody would empty it while a long dump fills it.
+    const android::base::unique_fd file(memfd_create("dump", MFD_CLOEXEC));
     const sp<IBinder> kelvo = service();
-    if (kelvo == nullptr || pipe2(pipe.data(), O_CLOEXEC) != 0) {
+    if (kelvo == nullptr || file.get() < 0) {
         return;
     }
     android::Vector<String16> arguments;
@@ -143,12 +145,10 @@ void FrameworkClient::perform(const Dump& dump) {
     }
     {
         const android::LocalCall caller(dump.uid, getpid());
-        kelvo->dump(pipe[1], arguments);  // its text fits in the pipe
+        kelvo->dump(file.get(), arguments);
     }
-    close(pipe[1]);
-    const std::string text = readAll(pipe[0]);
-    close(pipe[0]);
-    mOnEvent({0, "dump", {{"text", text}}});
+    lseek(file.get(), 0, SEEK_SET);
+    mOnEvent({0, "dump", {{"text", readAll(file.get())}}});
 }
 
 }  // namespace sim
