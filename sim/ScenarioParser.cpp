@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "sim/FolderCheck.h"
 #include "sim/JsonPlace.h"
 #include "sim/NodeParser.h"
 #include "sim/PlantParser.h"
@@ -74,23 +75,6 @@ std::vector<ZoneSpec> parseZoneSpecs(const JsonPlace& zones) {
     return result;
 }
 
-/** A node cannot be a folder of another one. */
-void checkFolders(const JsonPlace& place, const std::vector<NodeChange>& nodes) {
-    std::set<std::string> present;
-    for (const NodeChange& node : nodes) {
-        if (node.text) {
-            present.insert(node.path);
-        }
-    }
-    for (const std::string& path : present) {
-        for (size_t end = path.rfind('/'); end != 0; end = path.rfind('/', end - 1)) {
-            if (present.contains(path.substr(0, end))) {
-                place.need(path).fail("\"" + path.substr(0, end) + "\" is a node, not a folder");
-            }
-        }
-    }
-}
-
 std::set<std::string> parseServices(const JsonPlace& services) {
     std::set<std::string> result;
     for (const JsonPlace& name : services.elements()) {
@@ -106,9 +90,10 @@ HealthHal parseHealthHal(const JsonPlace& kind) {
     return kind.text() == "aidl" ? HealthHal::Aidl : HealthHal::Hidl;
 }
 
-/** Opens the trace for its header; what stands in its rows is seen when they are read. */
-std::string parseTrace(const JsonPlace& trace, const Scenario& scenario,
-                       const std::string& folder) {
+/** Opens the trace for its header, of which `columns` gets the nodes; what stands in its rows is
+ * seen when they are read. */
+std::string parseTrace(const JsonPlace& trace, const Scenario& scenario, const std::string& folder,
+                       std::vector<std::string>& columns) {
     std::string path = hostPath(folder, trace);
     const TraceReader reader(path, scenario.zones);
     if (scenario.plant) {
@@ -118,6 +103,7 @@ std::string parseTrace(const JsonPlace& trace, const Scenario& scenario,
             }
         }
     }
+    columns = reader.nodes();
     return path;
 }
 
@@ -143,7 +129,6 @@ void parseDevice(const JsonPlace& root, const std::string& folder, Scenario& sce
     scenario.properties.try_emplace("persist.sys.kelvo.enable", "1");
     if (const auto nodes = root.find("nodes")) {
         scenario.nodes = parseNodes(*nodes);
-        checkFolders(*nodes, scenario.nodes);
     }
     if (const auto zones = root.find("zones")) {
         scenario.zones = parseZoneSpecs(*zones);
@@ -166,12 +151,14 @@ void parseCourse(const JsonPlace& root, const std::string& folder, Scenario& sce
     if (const auto plant = root.find("plant")) {
         scenario.plant = parsePlant(*plant, scenario.zones);
     }
+    std::vector<std::string> columns;
     if (const auto trace = root.find("trace")) {
-        scenario.trace = parseTrace(*trace, scenario, folder);
+        scenario.trace = parseTrace(*trace, scenario, folder, columns);
     }
     if (const auto timeline = root.find("timeline")) {
         scenario.timeline = parseTimeline(*timeline, scenario.zones);
     }
+    checkFolders(root, scenario, columns);
 }
 
 }  // namespace

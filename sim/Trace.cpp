@@ -62,6 +62,16 @@ bool TraceReader::sets(int32_t zone) const {
     return std::ranges::find(mColumns, zone, &Column::zone) != mColumns.end();
 }
 
+std::vector<std::string> TraceReader::nodes() const {
+    std::vector<std::string> paths;
+    for (const Column& column : mColumns) {
+        if (column.zone < 0) {
+            paths.push_back(column.path);
+        }
+    }
+    return paths;
+}
+
 void TraceReader::fail(const std::string& problem) const {
     throw ScenarioError(problem, mFile, "line " + std::to_string(mLineNumber));
 }

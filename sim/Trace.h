@@ -34,6 +34,8 @@ class TraceReader {
 
     /** Whether a column sets thermal_zone`zone`. */
     bool sets(int32_t zone) const;
+    /** Paths of the nodes that columns set. */
+    std::vector<std::string> nodes() const;
 
   private:
     struct Column {
