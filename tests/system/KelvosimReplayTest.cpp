@@ -121,8 +121,10 @@ TEST(KelvosimReplayTest, writesOnlyTheEndWhenTheDaemonIsDisabled) {
 TEST(KelvosimReplayTest, comparesWithAnotherConfiguration) {
     const sim::TemporaryFolder folder("kelvo-test-");
     const std::string other = folder.path() + "/other.json";
+    const std::string page = folder.path() + "/page.html";
     const auto against = [&](const std::string& file) {
-        return Program::run("kelvosim", {"replay", example("hello"), "--against", file});
+        return Program::run("kelvosim",
+                            {"replay", example("hello"), "--against", file, "--report", page});
     };
     const std::string own = std::string(EXAMPLES) + "/hello/kelvo.json";
     EXPECT_THAT(against(own).out, HasSubstr("\nidentical: shell temperature, level, "));
@@ -135,6 +137,7 @@ TEST(KelvosimReplayTest, comparesWithAnotherConfiguration) {
     EXPECT_EQ(warmer.status, 0) << warmer.err;
     EXPECT_THAT(warmer.out, AllOf(HasSubstr("  mean           2.000 absolute, +2.000 signed\n"),
                                   HasSubstr("(+2.000)\n")));
+    EXPECT_THAT(read(page), HasSubstr("\"other\":{\"config\":\"" + other + "\""));
     std::ofstream(other) << "{\n\"a\": }";
     EXPECT_EQ(against(other).status, 1);
     EXPECT_THAT(against(other).err, HasSubstr(other + ": line 2\n"));

@@ -23,8 +23,10 @@ void ReplayRecording::watch(sim::VirtualPhone& phone) {
 }
 
 void ReplayRecording::write() {
+    const std::optional<ComparedRun> other = comparedRun();
     if (mReport) {
-        writeHtmlReport(mReport->stream(), mRecorder.recording(), configWarnings(mScenario));
+        writeHtmlReport(mReport->stream(), mRecorder.recording(), configWarnings(mScenario),
+                        other ? &*other : nullptr);
         mReport->finish();
     }
     if (mPerfetto) {
@@ -36,12 +38,20 @@ void ReplayRecording::write() {
         writeOutcome(outcome.stream(), outcomeOf(mRecorder.recording()));
         outcome.finish();
     }
-    if (!mOptions.other.empty()) {
-        const RunInfo& info = mRecorder.recording().info;
-        const Comparison comparison = compare(outcomeOf(mRecorder.recording()),
-                                              readOutcome(mOptions.other), info.durationMs);
+    if (other) {
         OutputFile text("-");
-        writeComparison(text.stream(), comparison, info.scenario, mOptions.otherConfig);
+        writeComparison(text.stream(), other->comparison, mRecorder.recording().info.scenario,
+                        other->config);
         text.finish();
     }
+}
+
+std::optional<ComparedRun> ReplayRecording::comparedRun() const {
+    if (mOptions.other.empty()) {
+        return std::nullopt;
+    }
+    const Recording& own = mRecorder.recording();
+    RunOutcome outcome = readOutcome(mOptions.other);
+    Comparison comparison = compare(outcomeOf(own), outcome, own.info.durationMs);
+    return ComparedRun{mOptions.otherConfig, std::move(outcome), std::move(comparison)};
 }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "OutputFile.h"
+#include "comparison/Comparison.h"
 #include "recording/Recorder.h"
 #include "sim/VirtualPhone.h"
 
@@ -36,6 +37,8 @@ class ReplayRecording {
     void write();
 
   private:
+    std::optional<ComparedRun> comparedRun() const;
+
     const sim::Scenario& mScenario;
     Recorder mRecorder;
     std::optional<OutputFile> mReport;

@@ -157,14 +157,19 @@ std::string values(const Notification& notification) {
     return Json::writeString(compact, json);
 }
 
-/** What it is about, without the temperature at which it happened to be sent. */
+/** Values to find it again by: of the temperature at which it happened to be sent whole degrees. */
 std::string subject(const Notification& notification) {
+    std::string text;
     for (const auto& [name, value] : notification.values) {
-        if (name == "level") {
-            return value.asString();
+        const bool isMilli = name == "temp" && notification.values.size() > 1;
+        if (value.isInt()) {
+            text += name +
+                    std::to_string(isMilli ? std::lround(value.asInt() / 1000.0)
+                                           : static_cast<long>(value.asInt())) +
+                    '\n';
         }
     }
-    return values(notification);
+    return text;
 }
 
 class NotificationMatch {

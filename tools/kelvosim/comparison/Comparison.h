@@ -32,7 +32,7 @@ struct ShellDifference {
 
 /**
  * What became of a notification in the other run. One at another time is of the same level, status
- * or temperature and at most ten minutes away.
+ * and whole degrees and at most ten minutes away.
  */
 enum class Fate { SAME, OTHER_VALUES, OTHER_TIME, ONLY_OWN, ONLY_OTHER };
 constexpr size_t kFates = 5;
@@ -56,6 +56,13 @@ struct Comparison {
     std::vector<NotificationDifference> notifications;          // ascending by time
 
     bool identical() const;
+};
+
+/** The other run, for who shows it beside the scenario's own. */
+struct ComparedRun {
+    std::string config;  // the file of its configuration, as the user named it
+    RunOutcome outcome;
+    Comparison comparison;
 };
 
 /** Compares up to `endMs` and with it; the last stretch of a figure ends 1 ms behind it. */

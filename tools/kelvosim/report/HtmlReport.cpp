@@ -73,12 +73,12 @@ std::string inHtml(const std::string& text) {
 
 /** What a place of the page's frame, named between "{{" and "}}", is filled with. */
 std::string filling(std::string_view place, const Recording& recording,
-                    const std::vector<ReportWarning>& warnings) {
+                    const std::vector<ReportWarning>& warnings, const ComparedRun* other) {
     if (place == "title") {
         return inHtml(recording.info.name.empty() ? recording.info.scenario : recording.info.name);
     }
     if (place == "data") {
-        Json::Value data = reportData(recording);
+        Json::Value data = reportData(recording, other);
         data["warnings"] = warningsData(warnings);
         return inScript(data);
     }
@@ -91,12 +91,12 @@ std::string filling(std::string_view place, const Recording& recording,
 }  // namespace
 
 void writeHtmlReport(std::ostream& stream, const Recording& recording,
-                     const std::vector<ReportWarning>& warnings) {
+                     const std::vector<ReportWarning>& warnings, const ComparedRun* other) {
     std::string_view frame = pageAsset("page.html");
     for (size_t open = frame.find("{{"); open != std::string_view::npos; open = frame.find("{{")) {
         const size_t close = frame.find("}}", open);
         stream << frame.substr(0, open)
-               << filling(frame.substr(open + 2, close - open - 2), recording, warnings);
+               << filling(frame.substr(open + 2, close - open - 2), recording, warnings, other);
         frame.remove_prefix(close + 2);
     }
     stream << frame;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <optional>
 
 namespace {
 
@@ -65,6 +66,20 @@ std::vector<std::pair<const char*, std::vector<const Series*>>> plottedSeries(
             {"heatSamples", pointers(recording.heatSamples)},
             {"level", {&recording.level}},
             {"status", {&recording.status}}};
+}
+
+/** The other run with no more points than the page takes. */
+std::optional<ComparedRun> shownRun(const ComparedRun* other) {
+    if (other == nullptr) {
+        return std::nullopt;
+    }
+    ComparedRun shown = *other;
+    for (Series* series : {&shown.outcome.shell, &shown.outcome.level, &shown.outcome.status}) {
+        if (series->points().size() > kMostPoints) {
+            *series = series->thinned(kMostPoints);
+        }
+    }
+    return shown;
 }
 
 Json::Value infoData(const RunInfo& info) {
@@ -140,7 +155,7 @@ Json::Value timesData(const RowTimes& times) {
     return data;
 }
 
-Json::Value reportData(const Recording& recording) {
+Json::Value reportData(const Recording& recording, const ComparedRun* other) {
     auto plotted = plottedSeries(recording);
     std::deque<Series> thinned;
     TimeUnion allTimes;
@@ -149,6 +164,13 @@ Json::Value reportData(const Recording& recording) {
             if (series->points().size() > kMostPoints) {
                 series = &thinned.emplace_back(series->thinned(kMostPoints));
             }
+            allTimes.add(*series);
+        }
+    }
+    const std::optional<ComparedRun> shown = shownRun(other);
+    if (shown) {
+        for (const Series* series :
+             {&shown->outcome.shell, &shown->outcome.level, &shown->outcome.status}) {
             allTimes.add(*series);
         }
     }
@@ -168,6 +190,7 @@ Json::Value reportData(const Recording& recording) {
     data["monitoring"] = bandData(recording.monitoring);
     data["marks"] = marksData(recording.marks);
     data["notifications"] = notificationsData(recording.notifications);
+    data["other"] = shown ? comparisonData(*shown, times) : Json::Value();
     addReasons(data, recording);
     return data;
 }

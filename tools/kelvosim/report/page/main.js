@@ -87,6 +87,7 @@ addExtremes();
 addPlots();
 addNotes();
 addWarnings();
+addComparison();
 addNotifications();
 addControls();
 watchMouse();

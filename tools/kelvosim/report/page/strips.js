@@ -123,6 +123,7 @@ function addStrips() {
   const strips = [
     numberStrip('level', run.level),
     numberStrip('status', run.status),
+    ...(run.other ? [numberStrip('level′', run.other.level), numberStrip('status′', run.other.status)] : []),
     textStrip('scene', run.scene),
     textStrip('monitor', run.monitoring.map(([time, text]) => [time, text === 'on' ? 'heat monitoring' : ''])),
     tickStrip('actions', actions, 6),
