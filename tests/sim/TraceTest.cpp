@@ -48,6 +48,8 @@ TEST_F(Trace, readsCellsByColumn) {
     EXPECT_EQ(read("t,b,/x/y,a\r\n0,20000,\"1,\"\"2\"\"\",\r\n\n0.25,,null,null\n1.2346,,,-5"),
               "0 1=20000 /x/y=1,\"2\"\n250 0=null /x/y=null\n1235 0=-5\n");
     EXPECT_EQ(read("t,a\n1,2\n1,2\n"), "1000 0=2\n1000 0=2\n");
+    EXPECT_EQ(read("t,a,b\n1,2147483647,-999999999\n2,-2147483648,\"7\"\n"),
+              "1000 0=2147483647 1=-999999999\n2000 0=-2147483648 1=7\n");
     const auto trace = reader("t,a\n");
     EXPECT_TRUE(trace.sets(0));
     EXPECT_FALSE(trace.sets(1));
