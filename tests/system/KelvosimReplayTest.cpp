@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <json/json.h>
 #include <pty.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -26,6 +27,53 @@ std::string example(const std::string& name) {
 std::string read(const std::string& file) {
     std::ifstream stream(file);
     return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/** A replay's lines of JSON. */
+std::vector<Json::Value> linesOf(const std::string& name, const std::vector<std::string>& options) {
+    std::vector<std::string> arguments{"replay", example(name)};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    std::istringstream lines(Program::run("kelvosim", arguments).out);
+    std::vector<Json::Value> values;
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream(line) >> values.emplace_back();
+    }
+    return values;
+}
+
+void expectSumsAreRight(const Json::Value& pass) {
+    for (const Json::Value& model : pass["models"]) {
+        double sum = 0;
+        for (const Json::Value& term : model["terms"]) {
+            EXPECT_EQ(term["contribution"].asDouble(),
+                      term["coefficient"].asDouble() * term["temp"].asInt());
+            sum += term["contribution"].asDouble();
+        }
+        sum += model["constant"].isNull() ? 0 : model["constant"].asDouble();
+        EXPECT_EQ(model["computed"].asInt(), static_cast<int32_t>(sum)) << pass;
+    }
+}
+
+/** The component of the most heat, with what its samples come to. */
+void expectRanked(const Json::Value& ranking) {
+    int32_t most = -1;
+    std::string main;
+    for (const Json::Value& one : ranking["contributions"]) {
+        if (one["heat"].asInt() > most) {
+            most = one["heat"].asInt();
+            main = one["component"].asString();
+        }
+        double sum = 0;
+        for (const Json::Value& sample : one["samples"]) {
+            sum += sample[1].asInt();
+        }
+        if (one["method"] == "mean") {
+            EXPECT_NEAR(one["heat"].asInt(),
+                        sum / one["samples"].size() / one["coefficient"].asDouble(), 1.001)
+                    << one;
+        }
+    }
+    EXPECT_EQ(ranking["main"].asString(), main) << ranking;
 }
 
 /** What the model "front" of an example gave: s → m°C. */
@@ -170,4 +218,44 @@ TEST(KelvosimReplayTest, tellsATerminalHowFarItHasCome) {
     }
     EXPECT_THAT(shown, testing::MatchesRegex("\r\x1b\\[K *[0-9]+ %  [0-9:]+ of [0-9:]+  [0-9]+ x "
                                              "real time.*\r\x1b\\[K"));
+}
+
+TEST(KelvosimReplayTest, explainsEachValueByWhatItWasMadeOf) {
+    // What the daemon wrote, pass by pass, must be what the reasons say was written.
+    for (const char* name : {"game", "scenes", "failing-zone"}) {
+        std::multimap<double, std::string> written;
+        for (const Json::Value& event : linesOf(name, {"--events", "-"})) {
+            if (event["event"] == "write" && event["path"] == "/proc/shell-temp") {
+                written.emplace(event["t"].asDouble(), event["text"].asString());
+            }
+        }
+        std::multimap<double, std::string> explained;
+        int32_t level = -1;
+        std::map<std::string, size_t> counts;
+        for (const Json::Value& line : linesOf(name, {"--explain", "-"})) {
+            const std::string event = line["event"].asString();
+            ++counts[event];
+            if (event == "fitting_pass") {
+                expectSumsAreRight(line);
+                EXPECT_EQ(line["failed"].isNull(), !line["outputs"].empty()) << line;
+                for (const Json::Value& output : line["outputs"]) {
+                    if (output["written"].asBool()) {
+                        explained.emplace(line["t"].asDouble(), output["index"].asString() + " " +
+                                                                        output["value"].asString());
+                    }
+                }
+            } else if (event == "level_decision") {
+                EXPECT_EQ(line["old_level"].asInt(), level) << line;
+                level = line["level"].asInt();
+                EXPECT_EQ(level == line["old_level"].asInt(),
+                          line["rule"].asString().starts_with("kept"))
+                        << line;
+            } else if (event == "heat_ranking") {
+                expectRanked(line);
+            }
+        }
+        EXPECT_EQ(explained, written) << name;
+        EXPECT_GT(counts["level_decision"], 0u) << name;
+        EXPECT_EQ(counts["heat_ranking"] > 0, name == std::string("game"));
+    }
 }

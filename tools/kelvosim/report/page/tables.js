@@ -77,7 +77,7 @@ function addExtremes() {
   const models = truths().map(({output, series}) => ({output, error: meanError(output.value, series)}))
       .filter(one => !Number.isNaN(one.error));
   if (models.length > 0) {
-    card('models off by', models.map(one => `${one.output.name} ${one.error.toFixed(1)}`).join(', ') + ' °C',
+    card('models off by', models.map(one => `${one.output.name} ${one.error.toFixed(2)}`).join(', ') + ' °C',
         'r.m.s. against the shell');
   }
   const error = meanError(run.ambient, run.trueAmbient);
