@@ -77,8 +77,9 @@ function addExtremes() {
   const models = truths().map(({output, series}) => ({output, error: meanError(output.value, series)}))
       .filter(one => !Number.isNaN(one.error));
   if (models.length > 0) {
-    card('models off by', models.map(one => `${one.output.name} ${one.error.toFixed(2)}`).join(', ') + ' °C',
-        'r.m.s. against the shell');
+    const worst = Math.max(...models.map(one => one.error));
+    card('models off by, r.m.s.', `${worst.toFixed(2)} °C`,
+        models.map(one => `${one.output.name} ${one.error.toFixed(2)}`).join(', '));
   }
   const error = meanError(run.ambient, run.trueAmbient);
   if (!Number.isNaN(error)) {
