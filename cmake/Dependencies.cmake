@@ -2,6 +2,7 @@
 find_package(Threads REQUIRED)
 find_package(OpenSSL REQUIRED COMPONENTS Crypto)
 find_package(PkgConfig REQUIRED)
+find_package(CLI11 REQUIRED)
 pkg_check_modules(jsoncpp REQUIRED IMPORTED_TARGET jsoncpp)
 
 find_path(ANDROID_INCLUDE_DIR utils/Looper.h PATH_SUFFIXES android REQUIRED)

@@ -15,3 +15,11 @@ function(kelvo_precompile target)
     endif()
     target_precompile_headers(${target} PRIVATE ${ARGN})
 endfunction()
+
+# kelvo_command_line(TARGET SOURCES...): these files read the command line. CLI11 is inline functions
+# throughout, which take most of a program's build to optimise and run once.
+function(kelvo_command_line target)
+    target_link_libraries(${target} PRIVATE CLI11::CLI11)
+    set_source_files_properties(${ARGN} TARGET_DIRECTORY ${target} PROPERTIES
+        COMPILE_OPTIONS "$<$<NOT:$<CONFIG:Release>>:-O0>")
+endfunction()
