@@ -16,10 +16,15 @@ function(kelvo_precompile target)
     target_precompile_headers(${target} PRIVATE ${ARGN})
 endfunction()
 
-# kelvo_command_line(TARGET SOURCES...): these files read the command line. CLI11 is inline functions
-# throughout, which take most of a program's build to optimise and run once.
+# kelvo_command_line(TARGET [SOURCES...]): these files, or all of the target's, read the command line.
+# CLI11 is inline functions throughout, which take most of a program's build to optimise and run once.
 function(kelvo_command_line target)
+    set(fast_build "$<$<NOT:$<CONFIG:Release>>:-O0>")
     target_link_libraries(${target} PRIVATE CLI11::CLI11)
-    set_source_files_properties(${ARGN} TARGET_DIRECTORY ${target} PROPERTIES
-        COMPILE_OPTIONS "$<$<NOT:$<CONFIG:Release>>:-O0>")
+    if(ARGN)
+        set_source_files_properties(${ARGN} TARGET_DIRECTORY ${target} PROPERTIES
+            COMPILE_OPTIONS ${fast_build})
+    else()
+        target_compile_options(${target} PRIVATE ${fast_build})
+    endif()
 endfunction()
