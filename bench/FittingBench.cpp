@@ -14,7 +14,7 @@
 #include <binder/Parcel.h>
 
 #include "BenchPhone.h"
-#include "config/DeviceRoot.h"
+#include "base/DeviceRoot.h"
 #include "service/BinderManager.h"
 #include "shelltemp/ShellTempFitting.h"
 #include "sim/RootedRun.h"

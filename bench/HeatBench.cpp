@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "BenchPhone.h"
-#include "config/DeviceRoot.h"
+#include "base/DeviceRoot.h"
 #include "heat/AmbientCompHeat.h"
 #include "heat/CellularCompHeat.h"
 #include "heat/CpuCompHeat.h"

@@ -21,8 +21,9 @@
 #include <binder/Binder.h>
 
 #include "RoundTrips.h"
+#include "base/WorkThread.h"
+#include "core/Connections.h"
 #include "core/MessageManager.h"
-#include "core/WorkThread.h"
 #include "sim/RootedRun.h"
 
 namespace {
@@ -149,5 +150,6 @@ int main(int, char** argv) {
             tree.setProperty("persist.sys.kelvo.loglevel", "-1");
         });
     }
+    kelvo::connectEngines();
     return measure();
 }

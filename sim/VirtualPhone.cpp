@@ -8,7 +8,8 @@
 #include <algorithm>
 #include <array>
 
-#include "config/DeviceRoot.h"
+#include "base/DeviceRoot.h"
+#include "core/Connections.h"
 #include "core/KelvoMain.h"
 #include "sim/Overloaded.h"
 #include "sim/VirtualScheduler.h"
@@ -30,6 +31,7 @@ VirtualPhone::VirtualPhone(const Scenario& scenario)
         mClient([this](Event event) { emitNow(std::move(event)); }),
         mServices(scenario, PhoneServices::launchHere,
                   [this](Event event) { emitNow(std::move(event)); }) {
+    kelvo::connectEngines();
     const auto manager = android::installLocalServiceManager();
     for (const std::string& instance : mServices.declaredInstances()) {
         if (!isHidlInstance(instance)) {  // nobody else could bring what this thread waits for

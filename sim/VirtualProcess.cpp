@@ -1,6 +1,6 @@
 // The process id of a simulated phone, the same on every run.
 
-#include "core/ProcessId.h"
+#include "base/ProcessId.h"
 
 namespace kelvo {
 

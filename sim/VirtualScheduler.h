@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "core/PeriodicLoop.h"
+#include "base/PeriodicLoop.h"
 
 namespace sim {
 

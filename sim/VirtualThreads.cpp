@@ -1,7 +1,7 @@
 // The daemon's threads in virtual time: everything runs on the scheduler's thread instead.
 
-#include "core/PeriodicLoop.h"
-#include "core/WorkThread.h"
+#include "base/PeriodicLoop.h"
+#include "base/WorkThread.h"
 #include "sim/VirtualScheduler.h"
 
 namespace kelvo {

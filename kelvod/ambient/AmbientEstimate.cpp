@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/Numeric.h"
+#include "base/Numeric.h"
 
 namespace kelvo {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "core/Log.h"
+#include "base/Log.h"
 
 namespace kelvo {
 

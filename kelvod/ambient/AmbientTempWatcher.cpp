@@ -1,10 +1,10 @@
 #include "ambient/AmbientTempWatcher.h"
 
+#include "base/Log.h"
+#include "base/Numeric.h"
+#include "base/Time.h"
 #include "config/KelvoConfig.h"
-#include "core/Log.h"
 #include "core/MessageManager.h"
-#include "core/Numeric.h"
-#include "core/Time.h"
 #include "links/ChargerProxyService.h"
 #include "links/HealthInfoNotifier.h"
 #include "shelltemp/ShellTempFitting.h"

@@ -10,8 +10,8 @@
 #include <iterator>
 #include <memory>
 
+#include "base/Log.h"
 #include "config/ConfigKey.h"
-#include "core/Log.h"
 
 namespace kelvo {
 

@@ -11,9 +11,9 @@
 #include <memory>
 #include <utility>
 
+#include "base/DeviceRoot.h"
+#include "base/Log.h"
 #include "config/ConfigCipher.h"
-#include "config/DeviceRoot.h"
-#include "core/Log.h"
 
 namespace kelvo {
 

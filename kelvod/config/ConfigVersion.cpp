@@ -1,7 +1,7 @@
 #include "config/ConfigVersion.h"
 
+#include "base/Log.h"
 #include "config/KelvoConfig.h"
-#include "core/Log.h"
 
 namespace kelvo {
 

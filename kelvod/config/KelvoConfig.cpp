@@ -6,13 +6,13 @@
 
 #include <utility>
 
+#include "base/DeviceRoot.h"
+#include "base/Log.h"
 #include "config/ConfigFiles.h"
 #include "config/ConfigMerge.h"
 #include "config/ConfigPath.h"
 #include "config/ConfigText.h"
-#include "config/DeviceRoot.h"
 #include "config/PlatformAdaptor.h"
-#include "core/Log.h"
 
 ANDROID_SINGLETON_STATIC_INSTANCE(kelvo::KelvoConfig)
 

@@ -8,12 +8,13 @@
 #include <fstream>
 #include <utility>
 
+#include "base/DeviceRoot.h"
+#include "base/FileUtils.h"
+#include "base/Log.h"
+#include "base/UpCall.h"
+#include "config/CpuPowerRecords.h"
 #include "config/CpuPowerTable.h"
-#include "config/DeviceRoot.h"
-#include "config/FileUtils.h"
 #include "config/PlatformTable.h"
-#include "core/DataCollector.h"
-#include "core/Log.h"
 
 ANDROID_SINGLETON_STATIC_INSTANCE(kelvo::PlatformAdaptor)
 
@@ -111,7 +112,7 @@ void PlatformAdaptor::collectBCPower() {
     Json::Value table;
     if (parseCpuPowerInfo("/proc/cpufreq/MT_CPU_DVFS_B/cpufreq_oppidx", table) == 0) {
         KLOGI("DC:\n MT_CPU_DVFS_B : %s", table.toStyledString().c_str());
-        DataCollector::getInstance().setData(DC_THERMAL, "MT_CPU_DVFS_B", table);
+        UpCall<CpuPowerRecords>::get().onOperatingPoints("MT_CPU_DVFS_B", table);
     }
 }
 
@@ -119,7 +120,7 @@ void PlatformAdaptor::collectLCPower() {
     Json::Value table;
     if (parseCpuPowerInfo("/proc/cpufreq/MT_CPU_DVFS_L/cpufreq_oppidx", table) == 0) {
         KLOGI("DC:\n MT_CPU_DVFS_L : %s", table.toStyledString().c_str());
-        DataCollector::getInstance().setData(DC_THERMAL, "MT_CPU_DVFS_L", table);
+        UpCall<CpuPowerRecords>::get().onOperatingPoints("MT_CPU_DVFS_L", table);
     }
 }
 
@@ -127,7 +128,7 @@ void PlatformAdaptor::collectLLCPower() {
     Json::Value table;
     if (parseCpuPowerInfo("/proc/cpufreq/MT_CPU_DVFS_LL/cpufreq_oppidx", table) == 0) {
         KLOGI("DC:\n MT_CPU_DVFS_LL: %s", table.toStyledString().c_str());
-        DataCollector::getInstance().setData(DC_THERMAL, "MT_CPU_DVFS_LL", table);
+        UpCall<CpuPowerRecords>::get().onOperatingPoints("MT_CPU_DVFS_LL", table);
     }
 }
 
@@ -135,7 +136,7 @@ void PlatformAdaptor::collectStaticPower() {
     const std::string text = getFile("/d/static_power");
     if (!text.empty()) {
         KLOGI("DC: d_static_power: %s", text.c_str());
-        DataCollector::getInstance().setData(DC_THERMAL, "d_static_power", "static_power", text);
+        UpCall<CpuPowerRecords>::get().onStaticPower(text);
     }
 }
 

@@ -1,7 +1,7 @@
 #include "core/DataCollector.h"
 
-#include "core/Log.h"
-#include "core/Time.h"
+#include "base/Log.h"
+#include "base/Time.h"
 
 ANDROID_SINGLETON_STATIC_INSTANCE(kelvo::DataCollector)
 

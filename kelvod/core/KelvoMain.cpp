@@ -10,11 +10,12 @@
 #include <binder/IServiceManager.h>
 #include <binder/ProcessState.h>
 
+#include "base/Log.h"
+#include "base/Version.h"
+#include "base/WorkThread.h"
 #include "config/PlatformAdaptor.h"
-#include "core/Log.h"
+#include "core/Connections.h"
 #include "core/MessageManager.h"
-#include "core/Version.h"
-#include "core/WorkThread.h"
 #include "service/KelvoService.h"
 #include "shelltemp/ShellTempFitting.h"
 #include "thermalstatus/KelvoThermalStatus.h"
@@ -89,6 +90,7 @@ int start(void* resp, sp<KelvoService>& service) {
         KLOGE("kelvo has been disabled!");
         return -1;
     }
+    connectEngines();
     identifyPlatform();
     service = new KelvoService();
     if (!registerService(service) || !startMessageLoop()) {

@@ -3,15 +3,15 @@
 #include <stdlib.h>
 #include <zstatslog.h>
 
+#include "base/JoinValues.h"
+#include "base/Log.h"
+#include "base/Numeric.h"
+#include "base/Time.h"
+#include "base/TimeUtils.h"
+#include "base/UpCall.h"
 #include "config/KelvoConfig.h"
-#include "config/TimeUtils.h"
-#include "core/Log.h"
 #include "core/MessageManager.h"
-#include "core/Numeric.h"
-#include "core/Time.h"
-#include "links/ChargerProxyService.h"
-#include "shelltemp/ShellTempFitting.h"
-#include "thermalstatus/KelvoThermalStatus.h"
+#include "core/StateCalls.h"
 
 ANDROID_SINGLETON_STATIC_INSTANCE(KelvoState)
 
@@ -27,6 +27,10 @@ constexpr int64_t kMostAboveBoard = 20000;  // m°C
 constexpr int64_t kLoggedStep = 500;        // m°C
 constexpr int32_t kNoCurrent = -1;          // of a charger HAL that cannot be reached
 constexpr int32_t kNoTemp = std::numeric_limits<int32_t>::min();
+
+kelvo::StateCalls& stateCalls() {
+    return kelvo::UpCall<kelvo::StateCalls>::get();
+}
 
 /** What the outputs of a cycle amount to. */
 struct Outputs {
@@ -123,7 +127,7 @@ void KelvoState::logDetails(int32_t maximum, const std::vector<int32_t>& zoneTem
         return;
     }
     mLastLoggedTemp = shell;
-    const int32_t status = KelvoThermalStatus::getInstance().getThermalStatus();
+    const int32_t status = stateCalls().thermalStatus();
     const int32_t board = mBoardTemp;
     const int32_t above = wrappingSub(board, shell);
     const std::string zones = kelvo::joinValues(zoneTemps);
@@ -147,7 +151,7 @@ void KelvoState::notifyTempChanged() const {
 void KelvoState::notifyThermalState() const {
     kelvo::KelvoMessage message;
     message.what = kelvo::MSG_THERMAL_STATE;
-    message.iValue = KelvoThermalStatus::getInstance().getThermalStatus();
+    message.iValue = stateCalls().thermalStatus();
     kelvo::MessageManager::getInstance().sendMessage(message);
 }
 
@@ -158,7 +162,7 @@ void KelvoState::updateDisplayState(int status) {
     }
     // A full stop for the package, a colon for the scene: configurations know both spellings.
     updateState(status != 0 ? "SCREEN.ON" : "SCREEN.OFF");
-    ShellTempFitting::getInstance().updateScene(status != 0 ? "SCREEN:ON" : "SCREEN:OFF", false, 0);
+    stateCalls().enterScene(status != 0 ? "SCREEN:ON" : "SCREEN:OFF");
 }
 
 void KelvoState::updateState(const std::string& package) {
@@ -169,7 +173,7 @@ void KelvoState::updateState(const std::string& package) {
         }
     }
     // Without the mutex: the HAL may take its time, or never answer.
-    const int32_t current = ChargerProxyService::getInstance().getBatteryCurrentNow();
+    const int32_t current = stateCalls().batteryCurrentNow();
     Mutex::Autolock lock(mMutex);
     if (!mPackages.isSwitch(package)) {
         return;  // another thread was faster

@@ -2,16 +2,16 @@
 
 #include <stdlib.h>
 
+#include "base/Log.h"
+#include "base/Numeric.h"
+#include "base/ProcessId.h"
+#include "base/Time.h"
+#include "base/TimeUtils.h"
 #include "config/ConfigVersion.h"
 #include "config/KelvoConfig.h"
-#include "config/TimeUtils.h"
 #include "core/DataCollector.h"
 #include "core/KelvoState.h"
-#include "core/Log.h"
 #include "core/MessageManager.h"
-#include "core/Numeric.h"
-#include "core/ProcessId.h"
-#include "core/Time.h"
 
 using android::Mutex;
 using kelvo::DataCollector;

@@ -1,7 +1,7 @@
 #include "core/PackageTimes.h"
 
-#include "core/Numeric.h"
-#include "core/Time.h"
+#include "base/Numeric.h"
+#include "base/Time.h"
 
 namespace kelvo {
 

@@ -1,6 +1,6 @@
 #include "core/SceneMachine.h"
 
-#include "core/Log.h"
+#include "base/Log.h"
 #include "core/Scene.h"
 
 namespace kelvo {

@@ -1,8 +1,8 @@
 #include <android/log.h>
 
+#include "base/Log.h"
+#include "base/Version.h"
 #include "core/KelvoMain.h"
-#include "core/Log.h"
-#include "core/Version.h"
 
 int main() {
     // liblog would drop debug lines that the daemon's own level lets through.

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "ambient/AmbientTempWatcher.h"
-#include "core/Log.h"
-#include "core/Numeric.h"
-#include "core/Time.h"
+#include "base/Log.h"
+#include "base/Numeric.h"
+#include "base/Time.h"
 #include "heat/ComponentType.h"
 #include "links/HealthInfoNotifier.h"
 

@@ -2,12 +2,12 @@
 
 #include <map>
 
+#include "base/Log.h"
+#include "base/Numeric.h"
+#include "base/Time.h"
 #include "config/ConfigPath.h"
 #include "config/KelvoConfig.h"
 #include "core/KelvoState.h"
-#include "core/Log.h"
-#include "core/Numeric.h"
-#include "core/Time.h"
 #include "heat/ComponentType.h"
 #include "heat/ConfigNumber.h"
 #include "heat/HeatProcessCenter.h"

@@ -1,5 +1,7 @@
 #include "heat/ComponentHeat.h"
 
+#include "base/DecisionObserver.h"
+
 void ComponentHeat::pushSample(const EnergySample& sample, const char* source,
                                std::initializer_list<Figure> figures) {
     if (kelvo::DecisionObserver* const observer = kelvo::decisionObserver()) {

@@ -10,11 +10,11 @@
 #include <string>
 #include <utility>
 
-#include "config/TimeUtils.h"
+#include "base/Log.h"
+#include "base/Numeric.h"
+#include "base/Time.h"
+#include "base/TimeUtils.h"
 #include "core/DataCollector.h"
-#include "core/Log.h"
-#include "core/Numeric.h"
-#include "core/Time.h"
 #include "heat/ComponentType.h"
 #include "heat/HeatProcessCenter.h"
 

@@ -3,9 +3,9 @@
 #include <map>
 #include <string>
 
-#include "core/Log.h"
-#include "core/Numeric.h"
-#include "core/Time.h"
+#include "base/Log.h"
+#include "base/Numeric.h"
+#include "base/Time.h"
 #include "heat/ComponentType.h"
 #include "heat/DisplayModel.h"
 #include "heat/HeatProcessCenter.h"

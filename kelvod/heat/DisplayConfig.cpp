@@ -1,9 +1,9 @@
 #include "heat/DisplayConfig.h"
 
+#include "base/Log.h"
+#include "base/Numeric.h"
 #include "config/ConfigPath.h"
 #include "config/KelvoConfig.h"
-#include "core/Log.h"
-#include "core/Numeric.h"
 #include "heat/ConfigNumber.h"
 
 using android::Mutex;

@@ -4,10 +4,11 @@
 
 #include <string>
 
-#include "config/FileUtils.h"
+#include "base/FileUtils.h"
+#include "base/Log.h"
+#include "base/Numeric.h"
 #include "config/PlatformAdaptor.h"
-#include "core/Log.h"
-#include "core/Numeric.h"
+#include "links/GlobalFrames.h"
 
 ANDROID_SINGLETON_STATIC_INSTANCE(DisplayModel)
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "core/Numeric.h"
+#include "base/Numeric.h"
 
 /** One reading of a component: a power (mW or mA) or, for the ambient component, m°C. */
 class EnergySample {

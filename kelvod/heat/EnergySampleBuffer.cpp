@@ -2,9 +2,10 @@
 
 #include <utility>
 
-#include "core/Log.h"
-#include "core/Numeric.h"
-#include "core/Time.h"
+#include "base/DecisionObserver.h"
+#include "base/Log.h"
+#include "base/Numeric.h"
+#include "base/Time.h"
 
 using android::Mutex;
 using kelvo::HeatConversion;

@@ -8,8 +8,8 @@
 #include <memory>
 #include <vector>
 
-#include "core/DecisionObserver.h"
 #include "heat/EnergySample.h"
+#include "heat/HeatDecisions.h"
 
 /**
  * The latest samples of a component, in a ring, and what is computed from them. Each operation

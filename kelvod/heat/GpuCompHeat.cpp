@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <limits>
 
-#include "config/FileUtils.h"
+#include "base/FileUtils.h"
+#include "base/Log.h"
+#include "base/Numeric.h"
+#include "base/Time.h"
 #include "config/KelvoConfig.h"
 #include "config/PlatformAdaptor.h"
-#include "core/Log.h"
-#include "core/Numeric.h"
-#include "core/Time.h"
 #include "heat/ComponentType.h"
 #include "heat/ConfigNumber.h"
 #include "heat/HeatProcessCenter.h"

@@ -1,7 +1,7 @@
 #include "heat/HeatProcessCenter.h"
 
+#include "base/Log.h"
 #include "config/KelvoConfig.h"
-#include "core/Log.h"
 #include "heat/AmbientCompHeat.h"
 #include "heat/CellularCompHeat.h"
 #include "heat/ConfigNumber.h"

@@ -10,7 +10,7 @@
 #include <memory>
 #include <string>
 
-#include "core/PeriodicLoop.h"
+#include "base/PeriodicLoop.h"
 #include "heat/ComponentHeat.h"
 #include "heat/ComponentType.h"
 #include "heat/HeatRecords.h"

@@ -1,12 +1,13 @@
 // Statistics of packages and thermal levels.
 
+#include "base/Log.h"
+#include "base/Numeric.h"
+#include "base/Time.h"
+#include "base/UpCall.h"
 #include "core/DataCollector.h"
 #include "core/KelvoState.h"
-#include "core/Log.h"
-#include "core/Numeric.h"
-#include "core/Time.h"
+#include "core/StateCalls.h"
 #include "heat/HeatProcessCenter.h"
-#include "thermalstatus/KelvoThermalStatus.h"
 
 using android::Mutex;
 using kelvo::DataCollector;
@@ -25,7 +26,7 @@ bool isScreenState(const std::string& package) {
 
 void HeatProcessCenter::updateHeatBigRawData(const Heats& heats) {
     const std::string package = KelvoState::getInstance().getCurrentPkgName();
-    const int32_t level = KelvoThermalStatus::getInstance().getThermalStatus();
+    const int32_t level = kelvo::UpCall<kelvo::StateCalls>::get().thermalStatus();
     Mutex::Autolock lock(mBigDataLock);
     updateCompRawData(package, mPkgHeatsourceData, heats, level, kMostPackages);
     updateCompRawData(std::to_string(level), mHeatLevelSourceData, heats, level, kMostLevels);

@@ -3,7 +3,7 @@
 #include <string.h>
 #include <unistd.h>
 
-#include "core/Log.h"
+#include "base/Log.h"
 #include "heat/HeatProcessCenter.h"
 
 using kelvo::PeriodicLoop;

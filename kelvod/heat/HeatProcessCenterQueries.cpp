@@ -1,8 +1,9 @@
 // The ranking, the summary and the report.
 
 #include "ambient/AmbientTempWatcher.h"
+#include "base/DecisionObserver.h"
+#include "base/Log.h"
 #include "core/KelvoState.h"
-#include "core/Log.h"
 #include "heat/HeatProcessCenter.h"
 
 using android::Mutex;

@@ -1,7 +1,7 @@
 #include "heat/HeatRecords.h"
 
-#include "core/Log.h"
-#include "core/Numeric.h"
+#include "base/Log.h"
+#include "base/Numeric.h"
 
 namespace kelvo {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "core/Log.h"
-#include "core/Numeric.h"
+#include "base/Log.h"
+#include "base/Numeric.h"
 
 namespace kelvo {
 

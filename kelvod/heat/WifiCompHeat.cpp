@@ -2,10 +2,10 @@
 
 #include <map>
 
+#include "base/Log.h"
+#include "base/Numeric.h"
+#include "base/Time.h"
 #include "core/KelvoState.h"
-#include "core/Log.h"
-#include "core/Numeric.h"
-#include "core/Time.h"
 #include "heat/ComponentType.h"
 #include "heat/HeatProcessCenter.h"
 #include "links/QuorixManager.h"

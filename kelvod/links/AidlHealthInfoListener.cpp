@@ -2,8 +2,8 @@
 
 #include <android/binder_manager.h>
 
-#include "core/Log.h"
-#include "core/Time.h"
+#include "base/Log.h"
+#include "base/Time.h"
 
 using aidl::android::hardware::health::HealthInfo;
 using aidl::android::hardware::health::IHealth;

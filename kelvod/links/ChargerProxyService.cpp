@@ -1,6 +1,6 @@
 #include "links/ChargerProxyService.h"
 
-#include "core/Log.h"
+#include "base/Log.h"
 
 using android::Mutex;
 using android::sp;

@@ -2,7 +2,7 @@
 
 #include <android/binder_manager.h>
 
-#include "core/Log.h"
+#include "base/Log.h"
 #include "core/MessageManager.h"
 #include "core/Scene.h"
 #include "links/AidlHealthInfoListener.h"

@@ -3,7 +3,7 @@
 #include <healthhalutils/HealthHalUtils.h>
 #include <hidl/HidlTransportSupport.h>
 
-#include "core/Log.h"
+#include "base/Log.h"
 
 using android::Mutex;
 using android::sp;

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "core/Log.h"
+#include "base/Log.h"
 #include "links/QuorixModuleUsageCb.h"
 
 ANDROID_SINGLETON_STATIC_INSTANCE(kelvo::QuorixManager)

@@ -1,8 +1,8 @@
 #include "service/BinderClient.h"
 
-#include "core/Log.h"
+#include "base/Log.h"
+#include "base/Time.h"
 #include "core/MessageManager.h"
-#include "core/Time.h"
 
 namespace kelvo {
 

@@ -1,7 +1,7 @@
 #include "service/BinderManager.h"
 
+#include "base/Log.h"
 #include "core/KelvoState.h"
-#include "core/Log.h"
 #include "heat/HeatProcessCenter.h"
 #include "thermalstatus/KelvoThermalStatus.h"
 

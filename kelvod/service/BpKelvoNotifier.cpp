@@ -2,7 +2,7 @@
 
 #include <binder/Parcel.h>
 
-#include "core/Log.h"
+#include "base/Log.h"
 
 namespace kelvo {
 

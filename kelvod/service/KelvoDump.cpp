@@ -8,15 +8,15 @@
 #include <algorithm>
 #include <optional>
 
+#include "base/Log.h"
+#include "base/TimeUtils.h"
+#include "base/Version.h"
 #include "config/ConfigVersion.h"
 #include "config/KelvoConfig.h"
 #include "config/PlatformAdaptor.h"
-#include "config/TimeUtils.h"
 #include "core/DataCollector.h"
 #include "core/KelvoState.h"
-#include "core/Log.h"
 #include "core/MessageManager.h"
-#include "core/Version.h"
 #include "service/IKelvoService.h"
 #include "service/PrivilegedCaller.h"
 

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "base/Log.h"
 #include "core/KelvoState.h"
-#include "core/Log.h"
 #include "service/PrivilegedCaller.h"
 #include "service/ServiceCodes.h"
 

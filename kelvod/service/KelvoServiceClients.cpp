@@ -5,7 +5,7 @@
 // Needs the headers that the one above includes first.
 #include <binder/IPCThreadState.h>
 
-#include "core/Log.h"
+#include "base/Log.h"
 #include "core/MessageManager.h"
 #include "thermalstatus/KelvoThermalStatus.h"
 

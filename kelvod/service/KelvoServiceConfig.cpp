@@ -4,11 +4,11 @@
 
 #include <vector>
 
+#include "base/Log.h"
+#include "base/Version.h"
 #include "config/KelvoConfig.h"
 #include "core/DataCollector.h"
-#include "core/Log.h"
 #include "core/MessageManager.h"
-#include "core/Version.h"
 #include "service/KelvoService.h"
 #include "service/ServiceCodes.h"
 #include "thermalstatus/KelvoThermalStatus.h"

@@ -2,7 +2,7 @@
 
 #include <iterator>
 
-#include "core/Log.h"
+#include "base/Log.h"
 #include "heat/CellularCompHeat.h"
 #include "heat/HeatProcessCenter.h"
 #include "heat/WifiCompHeat.h"

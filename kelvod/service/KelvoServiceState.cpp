@@ -1,7 +1,7 @@
 // What the framework tells of the device.
 
+#include "base/Log.h"
 #include "core/KelvoState.h"
-#include "core/Log.h"
 #include "core/MessageManager.h"
 #include "core/Scene.h"
 #include "links/ChargerProxyService.h"

@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "ambient/AmbientTempWatcher.h"
+#include "base/Log.h"
 #include "core/KelvoState.h"
-#include "core/Log.h"
 #include "service/KelvoService.h"
 #include "shelltemp/ShellTempFitting.h"
 

@@ -1,7 +1,7 @@
 #include "shelltemp/AbnormalZones.h"
 
-#include "config/TimeUtils.h"
-#include "core/Log.h"
+#include "base/Log.h"
+#include "base/TimeUtils.h"
 
 namespace kelvo {
 

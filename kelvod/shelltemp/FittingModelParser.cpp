@@ -3,7 +3,7 @@
 #include <limits>
 #include <utility>
 
-#include "core/Log.h"
+#include "base/Log.h"
 
 namespace kelvo {
 

@@ -5,10 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "core/DecisionObserver.h"
+#include "base/DecisionObserver.h"
 #include "shelltemp/FittingEvaluation.h"
 #include "shelltemp/FittingLimits.h"
 #include "shelltemp/FittingModel.h"
+#include "shelltemp/FittingPass.h"
 #include "shelltemp/TemperatureRecords.h"
 
 namespace kelvo {

@@ -3,10 +3,10 @@
 #include <cutils/properties.h>
 #include <string.h>
 
+#include "base/Log.h"
+#include "base/Time.h"
+#include "base/TimeUtils.h"
 #include "config/PlatformAdaptor.h"
-#include "config/TimeUtils.h"
-#include "core/Log.h"
-#include "core/Time.h"
 #include "shelltemp/ZoneReader.h"
 
 using android::Mutex;

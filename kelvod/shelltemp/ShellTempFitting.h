@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "core/PeriodicLoop.h"
+#include "base/PeriodicLoop.h"
 #include "shelltemp/AbnormalZones.h"
 #include "shelltemp/FittingLimits.h"
 #include "shelltemp/FittingModel.h"
@@ -24,7 +24,7 @@
 #include "shelltemp/ZoneTemps.h"
 
 namespace kelvo {
-class AmbientTempWatcher;
+class AmbientRounds;
 }
 
 /**
@@ -143,8 +143,8 @@ class ShellTempFitting : public android::Singleton<ShellTempFitting>,
      * Null without an ambient set. Asked for without the main mutex: the estimator's construction
      * asks for this engine in its turn.
      */
-    kelvo::AmbientTempWatcher* ambientWatcher();
-    void fittingAmbientTemp(const kelvo::ZoneTemps& zoneTemps, kelvo::AmbientTempWatcher* watcher)
+    kelvo::AmbientRounds* ambientRounds();
+    void fittingAmbientTemp(const kelvo::ZoneTemps& zoneTemps, kelvo::AmbientRounds* rounds)
             REQUIRES(mMutex);
     int fitAmbientModel(const kelvo::FittingModel& model, const kelvo::ZoneTemps& zoneTemps,
                         std::optional<int32_t>& value) REQUIRES(mMutex);

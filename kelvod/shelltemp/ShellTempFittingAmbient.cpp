@@ -2,13 +2,14 @@
 
 #include <algorithm>
 
-#include "ambient/AmbientTempWatcher.h"
-#include "core/Log.h"
+#include "base/Log.h"
+#include "base/UpCall.h"
+#include "shelltemp/AmbientRounds.h"
 #include "shelltemp/FittingEvaluation.h"
 #include "shelltemp/ShellTempFitting.h"
 
 using android::Mutex;
-using kelvo::AmbientTempWatcher;
+using kelvo::AmbientRounds;
 using kelvo::FittingModel;
 using kelvo::ThermalZone;
 using kelvo::ZoneTemps;
@@ -22,20 +23,26 @@ bool isShellModel(const FittingModel& model) {
     return model.name == "front" || model.name == "frame" || model.name == "back";
 }
 
+AmbientRounds& preparedRounds() {
+    AmbientRounds& rounds = kelvo::UpCall<AmbientRounds>::get();
+    rounds.prepare();
+    return rounds;
+}
+
 }  // namespace
 
-AmbientTempWatcher* ShellTempFitting::ambientWatcher() {
+AmbientRounds* ShellTempFitting::ambientRounds() {
     {
         Mutex::Autolock lock(mMutex);
         if (mAmbientFittingModel == nullptr) {
             return nullptr;
         }
     }
-    return &AmbientTempWatcher::getInstance();
+    return &preparedRounds();
 }
 
-void ShellTempFitting::fittingAmbientTemp(const ZoneTemps& zoneTemps, AmbientTempWatcher* watcher) {
-    if (mAmbientFittingModel == nullptr || watcher == nullptr || !watcher->checkAvailableStats()) {
+void ShellTempFitting::fittingAmbientTemp(const ZoneTemps& zoneTemps, AmbientRounds* rounds) {
+    if (mAmbientFittingModel == nullptr || rounds == nullptr || !rounds->checkAvailableStats()) {
         return;
     }
     const bool hasShellModel = std::ranges::any_of(mAmbientFittingModel->models, isShellModel);
@@ -56,7 +63,7 @@ void ShellTempFitting::fittingAmbientTemp(const ZoneTemps& zoneTemps, AmbientTem
         }
     }
     if (temp && power) {
-        watcher->updateAmbientTemp(*temp, *power);
+        rounds->updateAmbientTemp(*temp, *power);
     }
 }
 
@@ -114,7 +121,7 @@ void ShellTempFitting::switchAmbientFittingScene() {
     if (isOldAmbientProject()) {
         return;
     }
-    AmbientTempWatcher& watcher = AmbientTempWatcher::getInstance();  // as in ambientWatcher()
+    AmbientRounds& rounds = preparedRounds();  // as in ambientRounds()
     Mutex::Autolock lock(mMutex);
     const size_t wanted = (mCharging ? 1u : 0u) + (mFolded ? 2u : 0u);
     const std::string& name = mAmbientModelNames[wanted];
@@ -123,7 +130,7 @@ void ShellTempFitting::switchAmbientFittingScene() {
         return;
     }
     mAmbientFittingModel = &found->second;
-    watcher.switchFittingParameter(name);
+    rounds.switchFittingParameter(name);
     KLOGD("switch ambient fitting model to %s scene", name.c_str());
 }
 

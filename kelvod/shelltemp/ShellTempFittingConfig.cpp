@@ -2,8 +2,8 @@
 
 #include <cutils/properties.h>
 
+#include "base/Log.h"
 #include "config/KelvoConfig.h"
-#include "core/Log.h"
 #include "links/HealthInfoNotifier.h"
 #include "shelltemp/FittingModelParser.h"
 #include "shelltemp/ShellTempFitting.h"

@@ -7,13 +7,13 @@
 #include <set>
 #include <utility>
 
-#include "config/FileUtils.h"
-#include "config/TimeUtils.h"
+#include "base/FileUtils.h"
+#include "base/Log.h"
+#include "base/Numeric.h"
+#include "base/Time.h"
+#include "base/TimeUtils.h"
 #include "core/DataCollector.h"
 #include "core/KelvoState.h"
-#include "core/Log.h"
-#include "core/Numeric.h"
-#include "core/Time.h"
 #include "shelltemp/FittingEvaluation.h"
 #include "shelltemp/ShellTempFitting.h"
 
@@ -74,7 +74,7 @@ int ShellTempFitting::recordAbnTZone(const ThermalZone& zone, const int& temp, c
 }
 
 int ShellTempFitting::getAndfitTemp() {
-    kelvo::AmbientTempWatcher* const watcher = ambientWatcher();
+    kelvo::AmbientRounds* const rounds = ambientRounds();
     Mutex::Autolock lock(mMutex);
     mLastFittingTemps.swap(mFittingTemps);
     mLastFittingTime = mFittingTime;
@@ -91,7 +91,7 @@ int ShellTempFitting::getAndfitTemp() {
         mLastFittingTime = mFittingTime;
     }
     recordTempData(mZoneTemps);
-    fittingAmbientTemp(mZoneTemps, watcher);
+    fittingAmbientTemp(mZoneTemps, rounds);
     return 0;
 }
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "base/Log.h"
+#include "base/Time.h"
+#include "base/TimeUtils.h"
 #include "config/KelvoConfig.h"
-#include "config/TimeUtils.h"
-#include "core/Log.h"
-#include "core/Time.h"
 #include "links/HealthInfoNotifier.h"
 #include "shelltemp/ShellTempFitting.h"
 

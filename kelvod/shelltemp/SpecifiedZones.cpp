@@ -1,8 +1,8 @@
 #include "shelltemp/SpecifiedZones.h"
 
-#include "core/Log.h"
-#include "core/Numeric.h"
-#include "core/Time.h"
+#include "base/Log.h"
+#include "base/Numeric.h"
+#include "base/Time.h"
 #include "shelltemp/ZoneReader.h"
 
 namespace kelvo {

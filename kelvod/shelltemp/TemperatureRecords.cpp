@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
-#include "config/TimeUtils.h"
-#include "core/Numeric.h"
+#include "base/Numeric.h"
+#include "base/TimeUtils.h"
 
 namespace kelvo {
 

@@ -4,9 +4,9 @@
 
 #include <optional>
 
-#include "config/TimeUtils.h"
+#include "base/Log.h"
+#include "base/TimeUtils.h"
 #include "core/DataCollector.h"
-#include "core/Log.h"
 #include "shelltemp/ZoneReader.h"
 
 namespace kelvo {

@@ -2,9 +2,9 @@
 
 #include <stdlib.h>
 
-#include "config/FileUtils.h"
+#include "base/FileUtils.h"
+#include "base/Log.h"
 #include "config/PlatformAdaptor.h"
-#include "core/Log.h"
 
 namespace kelvo {
 

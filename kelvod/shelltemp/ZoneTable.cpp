@@ -2,7 +2,7 @@
 
 #include <stdio.h>
 
-#include "config/FileUtils.h"
+#include "base/FileUtils.h"
 
 namespace kelvo {
 

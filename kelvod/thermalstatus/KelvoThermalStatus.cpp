@@ -1,9 +1,10 @@
 #include "thermalstatus/KelvoThermalStatus.h"
 
-#include "core/Log.h"
+#include "base/DecisionObserver.h"
+#include "base/Log.h"
+#include "base/Numeric.h"
+#include "base/Time.h"
 #include "core/MessageManager.h"
-#include "core/Numeric.h"
-#include "core/Time.h"
 #include "heat/HeatProcessCenter.h"
 
 ANDROID_SINGLETON_STATIC_INSTANCE(KelvoThermalStatus)

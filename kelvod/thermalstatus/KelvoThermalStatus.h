@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "core/DecisionObserver.h"
+#include "thermalstatus/LevelDecision.h"
 #include "thermalstatus/ThermalLevels.h"
 
 /**

@@ -1,7 +1,8 @@
 // Reading "shell_temp_broadcast" and "thermal_status_model".
 
+#include "base/JoinValues.h"
+#include "base/Log.h"
 #include "config/KelvoConfig.h"
-#include "core/Log.h"
 #include "thermalstatus/KelvoThermalStatus.h"
 #include "thermalstatus/ThermalList.h"
 

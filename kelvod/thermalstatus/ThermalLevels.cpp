@@ -37,14 +37,6 @@ std::optional<size_t> firstFallingEntry(const std::vector<int32_t>& list) {
     return std::nullopt;
 }
 
-std::string joinValues(const std::vector<int32_t>& values) {
-    std::string text;
-    for (const int32_t value : values) {
-        text += (text.empty() ? "" : " ") + std::to_string(value);
-    }
-    return text;
-}
-
 bool isHeatSourceDue(const HeatSourceReport& last, int32_t temp, int64_t nowNs) {
     if (std::llabs(int64_t{temp} - last.temp) > kReportedStep) {
         return true;

@@ -38,9 +38,6 @@ int32_t findThermalLevel(const std::vector<int32_t>& thresholds, float celsius);
  */
 std::optional<size_t> firstFallingEntry(const std::vector<int32_t>& list);
 
-/** Values with a blank between them, as the log has them. */
-std::string joinValues(const std::vector<int32_t>& values);
-
 /** When the last heat source was reported, and at which temperature (m°C). */
 struct HeatSourceReport {
     int32_t temp = 0;

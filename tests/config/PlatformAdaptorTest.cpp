@@ -7,6 +7,7 @@
 
 #include "StoredConfig.h"
 #include "config/PlatformTable.h"
+#include "core/Connections.h"
 #include "core/DataCollector.h"
 #include "support/LogCapture.h"
 
@@ -54,6 +55,7 @@ TEST(PlatformAdaptor, refusesChipZeroOfDeviceTree) {
 }
 
 TEST(PlatformAdaptor, collectsPowerTablesOfDeviceTreeChip) {
+    kelvo::connectEngines();
     LogCapture log;
     phone().setNode(kPowerNode + "LL/cpufreq_oppidx",
                     "heading (9, 9)\nheading (8, 8)\n[0] (2000000, 900) (e, 5)\n"

@@ -1,21 +1,15 @@
 #pragma once
 
-#include <stdlib.h>
 #include <utime.h>
 
 #include <string>
 
 #include "sim/ConfigStore.h"
-#include "sim/DeviceTree.h"
+#include "support/Phone.h"
 
 inline constexpr char kOriginConfig[] = "/system_ext/etc/kelvo/kelvo.conf";
 inline constexpr char kDataConfig[] = "/data/zenta_lib/kelvo.conf";
 inline constexpr char kSubConfig[] = "/system_ext/etc/kelvo/kelvo_SM8450.conf";
-
-/** The device tree of the test's own phone. */
-inline sim::DeviceTree phone() {
-    return sim::DeviceTree(getenv("KELVO_ROOT"));
-}
 
 /** Writes a file of the phone with its modification time in seconds since the epoch. */
 inline void setFile(const std::string& path, const std::string& bytes, time_t mtime) {

@@ -10,7 +10,7 @@
 #include <unistd.h>
 
 #include "LinesOf.h"
-#include "core/Version.h"
+#include "base/Version.h"
 #include "support/EngineTest.h"
 
 using android::sp;

@@ -10,6 +10,7 @@
 #include <latch>
 #include <thread>
 
+#include "core/Connections.h"
 #include "heat/CellularCompHeat.h"
 #include "heat/CpuCompHeat.h"
 #include "heat/HeatProcessCenter.h"
@@ -57,6 +58,7 @@ sim::Scenario phone() {
 }  // namespace
 
 TEST(HeatConcurrencyTest, samplesWhileItIsAskedStartedAndStopped) {
+    kelvo::connectEngines();
     const LogCapture log;
     const sim::Scenario scenario = phone();
     sim::DeviceTree tree(getenv("KELVO_ROOT"));

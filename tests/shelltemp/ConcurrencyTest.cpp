@@ -11,6 +11,7 @@
 
 #include <thread>
 
+#include "core/Connections.h"
 #include "shelltemp/ShellTempFitting.h"
 #include "sim/PhoneTree.h"
 #include "sim/ShellTempNode.h"
@@ -36,6 +37,7 @@ sim::Scenario phone() {
 }  // namespace
 
 TEST(ConcurrencyTest, servesCallersWhileItFitsAndReloads) {
+    kelvo::connectEngines();
     android::installLocalServiceManager();
     const sim::Scenario scenario = phone();
     sim::DeviceTree tree(getenv("KELVO_ROOT"));

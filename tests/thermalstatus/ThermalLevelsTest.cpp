@@ -17,7 +17,8 @@ TEST(ThermalLevelsTest, findsWhereAListFalls) {
             {{-1, -2}, 1},
     };
     for (const auto& test : cases) {
-        EXPECT_EQ(kelvo::firstFallingEntry(test.list), test.falls) << kelvo::joinValues(test.list);
+        EXPECT_EQ(kelvo::firstFallingEntry(test.list), test.falls)
+                << testing::PrintToString(test.list);
     }
 }
 

@@ -5,8 +5,11 @@
 #include <utility>
 #include <vector>
 
-#include "core/DecisionObserver.h"
+#include "base/DecisionObserver.h"
+#include "heat/HeatDecisions.h"
+#include "shelltemp/FittingPass.h"
 #include "sim/Event.h"
+#include "thermalstatus/LevelDecision.h"
 
 /**
  * Turns the daemon's decisions into events, which have the time of the moment they are made in:

@@ -8,8 +8,11 @@
 #include <tuple>
 #include <vector>
 
-#include "core/DecisionObserver.h"
+#include "base/DecisionObserver.h"
+#include "heat/HeatDecisions.h"
 #include "recording/Series.h"
+#include "shelltemp/FittingPass.h"
+#include "thermalstatus/LevelDecision.h"
 
 /**
  * The reasons of every fitting pass. A model is written down once, and of a pass only what differs

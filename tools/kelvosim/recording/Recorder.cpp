@@ -6,8 +6,8 @@
 #include <cmath>
 
 #include "ambient/AmbientTempWatcher.h"
+#include "base/Numeric.h"
 #include "core/KelvoState.h"
-#include "core/Numeric.h"
 #include "recording/ActionText.h"
 #include "recording/RunInfo.h"
 #include "sim/PhoneTree.h"

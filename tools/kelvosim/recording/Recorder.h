@@ -5,11 +5,14 @@
 #include <optional>
 #include <string>
 
-#include "core/DecisionObserver.h"
+#include "base/DecisionObserver.h"
+#include "heat/HeatDecisions.h"
 #include "recording/Recording.h"
+#include "shelltemp/FittingPass.h"
 #include "sim/Event.h"
 #include "sim/Plant.h"
 #include "sim/Scenario.h"
+#include "thermalstatus/LevelDecision.h"
 
 /**
  * Fills a recording while a scenario is replayed: it is told of events, zones and the daemon's

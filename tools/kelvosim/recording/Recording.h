@@ -9,11 +9,14 @@
 #include <utility>
 #include <vector>
 
-#include "core/DecisionObserver.h"
+#include "base/DecisionObserver.h"
 #include "heat/ComponentType.h"
+#include "heat/HeatDecisions.h"
 #include "recording/PassLog.h"
 #include "recording/RunInfo.h"
 #include "recording/Series.h"
+#include "shelltemp/FittingPass.h"
+#include "thermalstatus/LevelDecision.h"
 
 /** Something that happened at one time and is no figure. */
 struct Mark {

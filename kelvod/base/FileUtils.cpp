@@ -1,27 +1,22 @@
-#include "config/FileUtils.h"
-
-#include <limits>
-#include <memory>
+#include "base/FileUtils.h"
 
 #include <android-base/unique_fd.h>
-#include <binder/IServiceManager.h>
-#include <binder/Parcel.h>
 #include <errno.h>
 #include <fcntl.h>
 #include <stdio.h>
 #include <string.h>
 #include <unistd.h>
-#include <utils/String16.h>
 
-#include "config/DeviceRoot.h"
-#include "core/Log.h"
+#include <memory>
+
+#include "base/DeviceRoot.h"
+#include "base/Log.h"
 
 namespace kelvo {
 
 namespace {
 
 constexpr size_t kMaxNodeText = 127;  // bytes
-constexpr uint32_t kGlobalFramesCode = 1013;
 
 /**
  * The path below the device root; lives until this thread's next call. Nodes are read many times a
@@ -75,28 +70,6 @@ int getMtkChipVersion(const std::string& path, tag_chipid& record) {
     }
     KLOGE("hw_code 1 0x%x  0x%x V1 node\n", record.hw_code, record.hw_subcode);
     return items == 1 ? 0 : -1;
-}
-
-int32_t getGlobalFrames() {
-    const android::sp<android::IServiceManager> services = android::defaultServiceManager();
-    if (services == nullptr) {
-        KLOGE("Unable to get default service manager!");
-        return -1;
-    }
-    // Not getService(), which would wait seconds for a compositor that is not there.
-    const android::sp<android::IBinder> compositor =
-            services->checkService(android::String16("SurfaceFlinger"));
-    if (compositor == nullptr) {
-        KLOGE("unable to get surfaceflinger");
-        return -1;
-    }
-    android::Parcel data;
-    android::Parcel reply;
-    data.writeInterfaceToken(android::String16("android.ui.ISurfaceComposer"));
-    if (compositor->transact(kGlobalFramesCode, data, &reply) != android::OK) {
-        return -1;
-    }
-    return reply.readInt32();
 }
 
 }  // namespace kelvo

@@ -1,4 +1,4 @@
-#include "core/DecisionObserver.h"
+#include "base/DecisionObserver.h"
 
 #include <atomic>
 

@@ -27,7 +27,4 @@ int writeFile(const std::string& path, const std::string& content);
 /** Reads the chip-id record; a node that cannot be opened leaves `record` untouched. */
 int getMtkChipVersion(const std::string& path, tag_chipid& record);
 
-/** The display compositor's frame counter, or -1 when it does not answer. */
-int32_t getGlobalFrames();
-
 }  // namespace kelvo

@@ -2,7 +2,7 @@
 
 #include <stdio.h>
 
-#include "core/Log.h"
+#include "base/Log.h"
 
 int main() {
     __android_log_set_minimum_priority(ANDROID_LOG_VERBOSE);

@@ -1,10 +1,10 @@
-#include "config/TimeUtils.h"
+#include "base/TimeUtils.h"
 
 #include <android-base/stringprintf.h>
 #include <time.h>
 
-#include "core/Log.h"
-#include "core/Time.h"
+#include "base/Log.h"
+#include "base/Time.h"
 
 namespace kelvo {
 

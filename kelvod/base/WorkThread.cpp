@@ -1,8 +1,8 @@
-#include "core/WorkThread.h"
+#include "base/WorkThread.h"
 
 #include <pthread.h>
 
-#include "core/Log.h"
+#include "base/Log.h"
 
 namespace kelvo {
 

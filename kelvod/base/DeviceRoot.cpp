@@ -1,4 +1,4 @@
-#include "config/DeviceRoot.h"
+#include "base/DeviceRoot.h"
 
 #include <stdlib.h>
 

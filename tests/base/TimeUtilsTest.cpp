@@ -1,4 +1,4 @@
-#include "config/TimeUtils.h"
+#include "base/TimeUtils.h"
 
 #include <gtest/gtest.h>
 #include <stdlib.h>

@@ -1,4 +1,4 @@
-#include "config/FileUtils.h"
+#include "links/GlobalFrames.h"
 
 #include <limits>
 #include <memory>
@@ -8,12 +8,9 @@
 #include <binder/Parcel.h>
 #include <gtest/gtest.h>
 
-#include "StoredConfig.h"
 #include "support/LogCapture.h"
 
 namespace {
-
-constexpr char kNode[] = "/sys/node";
 
 /** A display compositor that has drawn 77 frames. */
 class Compositor : public android::BBinder {
@@ -30,32 +27,7 @@ class Compositor : public android::BBinder {
 
 }  // namespace
 
-TEST(FileUtils, getFileReadsUpTo127BytesOrAZero) {
-    const std::pair<std::string, std::string> cases[] = {
-            {std::string(127, 'a'), std::string(127, 'a')},
-            {std::string(128, 'a'), std::string(127, 'a')},
-            {std::string("a\0b", 3), "a"},
-    };
-    for (const auto& [content, text] : cases) {
-        phone().setNode(kNode, content);
-        EXPECT_EQ(kelvo::getFile(kNode), text);
-    }
-    phone().addFolder("/sys/folder");
-    LogCapture log;
-    EXPECT_EQ(kelvo::getFile("/sys/folder"), "");
-    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "read file /sys/folder failed.(Is a directory)"), 1U);
-}
-
-TEST(FileUtils, writeFileNeitherCreatesNorTruncates) {
-    EXPECT_EQ(kelvo::writeFile(kNode, "1"), -1);
-    EXPECT_EQ(phone().node(kNode), std::nullopt);
-    phone().setNode(kNode, "12345");
-    EXPECT_EQ(kelvo::writeFile(kNode, "ab"), 0);
-    EXPECT_EQ(phone().node(kNode), "ab345");
-    EXPECT_EQ(kelvo::writeFile(kNode, ""), -1);
-}
-
-TEST(FileUtils, frameCounterIsAskedOfTheCompositor) {
+TEST(GlobalFrames, areAskedOfTheCompositor) {
     const android::sp<android::IServiceManager> services = android::installLocalServiceManager();
     LogCapture log;
     EXPECT_EQ(kelvo::getGlobalFrames(), -1);

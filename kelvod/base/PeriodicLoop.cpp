@@ -1,4 +1,4 @@
-#include "core/PeriodicLoop.h"
+#include "base/PeriodicLoop.h"
 
 #include <errno.h>
 #include <pthread.h>

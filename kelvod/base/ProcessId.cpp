@@ -1,4 +1,4 @@
-#include "core/ProcessId.h"
+#include "base/ProcessId.h"
 
 #include <unistd.h>
 

@@ -1,0 +1,37 @@
+#include "base/FileUtils.h"
+
+#include <gtest/gtest.h>
+
+#include "support/LogCapture.h"
+#include "support/Phone.h"
+
+namespace {
+
+constexpr char kNode[] = "/sys/node";
+
+}  // namespace
+
+TEST(FileUtils, getFileReadsUpTo127BytesOrAZero) {
+    const std::pair<std::string, std::string> cases[] = {
+            {std::string(127, 'a'), std::string(127, 'a')},
+            {std::string(128, 'a'), std::string(127, 'a')},
+            {std::string("a\0b", 3), "a"},
+    };
+    for (const auto& [content, text] : cases) {
+        phone().setNode(kNode, content);
+        EXPECT_EQ(kelvo::getFile(kNode), text);
+    }
+    phone().addFolder("/sys/folder");
+    LogCapture log;
+    EXPECT_EQ(kelvo::getFile("/sys/folder"), "");
+    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "read file /sys/folder failed.(Is a directory)"), 1U);
+}
+
+TEST(FileUtils, writeFileNeitherCreatesNorTruncates) {
+    EXPECT_EQ(kelvo::writeFile(kNode, "1"), -1);
+    EXPECT_EQ(phone().node(kNode), std::nullopt);
+    phone().setNode(kNode, "12345");
+    EXPECT_EQ(kelvo::writeFile(kNode, "ab"), 0);
+    EXPECT_EQ(phone().node(kNode), "ab345");
+    EXPECT_EQ(kelvo::writeFile(kNode, ""), -1);
+}
