@@ -1,7 +1,6 @@
 #include "config/PlatformAdaptor.h"
 
 #include <errno.h>
-#include <stdlib.h>
 #include <string.h>
 #include <sys/stat.h>
 
@@ -12,6 +11,7 @@
 #include "base/FileUtils.h"
 #include "base/Log.h"
 #include "base/UpCall.h"
+#include "config/ChipNodes.h"
 #include "config/CpuPowerRecords.h"
 #include "config/CpuPowerTable.h"
 #include "config/PlatformTable.h"
@@ -22,31 +22,24 @@ namespace kelvo {
 
 namespace {
 
-constexpr char kMtkChipNode[] = "/proc/device-tree/chosen/atag,chipid";
-constexpr char kMtkChipFolder[] = "/proc/chip";
-
 bool exists(const char* path) {
     struct stat info = {};
-    return stat((deviceRoot() + path).c_str(), &info) == 0;
-}
-
-bool readNumber(const char* path, int base, int32_t* number) {
-    const std::string text = getFile(path);
-    if (text.empty()) {
-        return false;
+    if (stat((deviceRoot() + path).c_str(), &info) == 0) {
+        return true;
     }
-    *number = static_cast<int32_t>(strtol(text.c_str(), nullptr, base));
-    return true;
+    const bool isLast = strcmp(path, kChipFolder) == 0;
+    KLOGD("stat %s failed(%s)%s", path, strerror(errno), isLast ? ". maybe qc platform" : "");
+    return false;
 }
 
 }  // namespace
 
-PlatformAdaptor::PlatformAdaptor() {
-    findPlatformKind();
+PlatformAdaptor::PlatformAdaptor() : mSource(findChipSource(exists)) {
     readProjectName();
     int32_t chipId = 0;
     int32_t subId = 0;
-    if (!(mIsMtk ? readMtkChip(&chipId, &subId) : readNodeChip(&chipId, &subId))) {
+    if (!(mSource == ChipSource::MTK_RECORD ? readMtkChip(&chipId, &subId)
+                                            : readNodeChip(&chipId, &subId))) {
         return;
     }
     KLOGI("platform:%d %d, project name: %s\n", chipId, subId, mProjectName.c_str());
@@ -56,18 +49,6 @@ PlatformAdaptor::PlatformAdaptor() {
 
 std::string PlatformAdaptor::getPlatformName() const {
     return platformNameAt(mPlatform);
-}
-
-void PlatformAdaptor::findPlatformKind() {
-    if (exists(kMtkChipNode)) {
-        return;
-    }
-    KLOGD("stat %s failed(%s)", kMtkChipNode, strerror(errno));
-    mIsMtk = false;
-    if (!exists(kMtkChipFolder)) {
-        KLOGD("stat %s failed(%s). maybe qc platform", kMtkChipFolder, strerror(errno));
-        mIsQcom = true;
-    }
 }
 
 void PlatformAdaptor::readProjectName() {
@@ -84,7 +65,7 @@ void PlatformAdaptor::readProjectName() {
 bool PlatformAdaptor::readMtkChip(int32_t* chipId, int32_t* subId) {
     KLOGE("mtk platform");
     tag_chipid record = {};
-    getMtkChipVersion(kMtkChipNode, record);
+    getMtkChipVersion(kChipRecordNode, record);
     // A record cut short counts as far as it goes, so the return value does not matter.
     if (record.hw_code == 0) {
         KLOGE("get mtk socid error!");
@@ -100,12 +81,13 @@ bool PlatformAdaptor::readMtkChip(int32_t* chipId, int32_t* subId) {
 }
 
 bool PlatformAdaptor::readNodeChip(int32_t* chipId, int32_t* subId) const {
-    if (mIsQcom) {
-        return readNumber("/sys/devices/soc0/soc_id", 10, chipId) &&
-               readNumber("/sys/devices/soc0/raw_version", 10, subId);
+    const auto chip = readChipNumbers(mSource, getFile);
+    if (!chip) {
+        return false;
     }
-    return readNumber("/proc/chip/hw_code", 16, chipId) &&
-           readNumber("/proc/chip/hw_subcode", 16, subId);
+    *chipId = chip->id;
+    *subId = chip->version;
+    return true;
 }
 
 void PlatformAdaptor::collectBCPower() {

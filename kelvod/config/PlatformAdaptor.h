@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "config/ChipNodes.h"
+
 namespace kelvo {
 
 /**
@@ -21,13 +23,12 @@ class PlatformAdaptor : public android::Singleton<PlatformAdaptor> {
     /** Project name exactly as the node holds it, a trailing newline included. */
     const std::string& getProjectName() const { return mProjectName; }
     /** True when neither MediaTek node exists. */
-    bool isQcom() const { return mIsQcom; }
+    bool isQcom() const { return mSource == ChipSource::QCOM; }
 
   private:
     friend class android::Singleton<PlatformAdaptor>;
     PlatformAdaptor();
 
-    void findPlatformKind();
     void readProjectName();
     bool readMtkChip(int32_t* chipId, int32_t* subId);
     bool readNodeChip(int32_t* chipId, int32_t* subId) const;
@@ -37,10 +38,9 @@ class PlatformAdaptor : public android::Singleton<PlatformAdaptor> {
     void collectStaticPower();
     int parseCpuPowerInfo(std::string path, Json::Value& out);
 
+    const ChipSource mSource;
     int32_t mPlatform = -1;
     std::string mProjectName;
-    bool mIsQcom = false;
-    bool mIsMtk = true;
 };
 
 }  // namespace kelvo
