@@ -5,7 +5,8 @@
 
 #include <array>
 
-#include "sim/DeviceTree.h"
+#include "sim/scenario/PhonePaths.h"
+#include "sim/tree/DeviceTree.h"
 
 namespace bench {
 
@@ -88,7 +89,7 @@ int64_t readNodes(const std::vector<std::string>& hostPaths) {
 std::vector<std::string> zonePaths(const std::string& root) {
     std::vector<std::string> paths;
     for (int32_t i = 0; i < kZones; ++i) {
-        paths.push_back(root + sim::DeviceTree::zonePath(i, "temp"));
+        paths.push_back(root + sim::zonePath(i, "temp"));
     }
     return paths;
 }

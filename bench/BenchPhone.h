@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "sim/Scenario.h"
+#include "sim/scenario/Scenario.h"
 
 namespace bench {
 

@@ -20,7 +20,7 @@
 #include "ForkedProcess.h"
 #include "RelayFloor.h"
 #include "RoundTrips.h"
-#include "sim/DeviceTree.h"
+#include "sim/tree/TemporaryFolder.h"
 
 namespace {
 

@@ -17,9 +17,9 @@
 #include "base/DeviceRoot.h"
 #include "service/BinderManager.h"
 #include "shelltemp/ShellTempFitting.h"
-#include "sim/RootedRun.h"
-#include "sim/VirtualPhone.h"
-#include "sim/VirtualScheduler.h"
+#include "sim/process/RootedRun.h"
+#include "sim/virtual/VirtualPhone.h"
+#include "sim/virtual/VirtualScheduler.h"
 
 namespace {
 

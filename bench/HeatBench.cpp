@@ -18,8 +18,8 @@
 #include "heat/GpuCompHeat.h"
 #include "heat/HeatProcessCenter.h"
 #include "heat/WifiCompHeat.h"
-#include "sim/RootedRun.h"
-#include "sim/VirtualPhone.h"
+#include "sim/process/RootedRun.h"
+#include "sim/virtual/VirtualPhone.h"
 
 namespace {
 

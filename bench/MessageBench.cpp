@@ -24,7 +24,7 @@
 #include "base/WorkThread.h"
 #include "core/Connections.h"
 #include "core/MessageManager.h"
-#include "sim/RootedRun.h"
+#include "sim/process/RootedRun.h"
 
 namespace {
 

@@ -16,10 +16,11 @@
 
 #include "BenchPhone.h"
 #include "ProcessCpu.h"
-#include "sim/BinderPlatform.h"
-#include "sim/DeviceTree.h"
-#include "sim/PhoneProcess.h"
-#include "sim/PhoneTree.h"
+#include "sim/process/BinderPlatform.h"
+#include "sim/process/PhoneProcess.h"
+#include "sim/tree/DeviceTree.h"
+#include "sim/tree/PhoneTree.h"
+#include "sim/tree/TemporaryFolder.h"
 
 namespace {
 

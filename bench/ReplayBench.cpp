@@ -16,7 +16,8 @@
 #include <vector>
 
 #include "BenchPhone.h"
-#include "sim/DeviceTree.h"
+#include "sim/tree/DeviceTree.h"
+#include "sim/tree/TemporaryFolder.h"
 
 namespace {
 

@@ -27,11 +27,12 @@
 #include "ForkedProcess.h"
 #include "RelayFloor.h"
 #include "RoundTrips.h"
-#include "sim/BinderPlatform.h"
-#include "sim/DeviceTree.h"
-#include "sim/PhoneProcess.h"
-#include "sim/PhoneTree.h"
-#include "sim/ShellTempNode.h"
+#include "sim/process/BinderPlatform.h"
+#include "sim/process/PhoneProcess.h"
+#include "sim/tree/DeviceTree.h"
+#include "sim/tree/PhoneTree.h"
+#include "sim/tree/ShellTempNode.h"
+#include "sim/tree/TemporaryFolder.h"
 
 namespace {
 

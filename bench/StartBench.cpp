@@ -11,12 +11,13 @@
 #include <string>
 #include <vector>
 
-#include "sim/BinderPlatform.h"
-#include "sim/DeviceTree.h"
-#include "sim/PhoneProcess.h"
-#include "sim/PhoneTree.h"
-#include "sim/ScenarioParser.h"
-#include "sim/ShellTempNode.h"
+#include "sim/process/BinderPlatform.h"
+#include "sim/process/PhoneProcess.h"
+#include "sim/scenario/ScenarioParser.h"
+#include "sim/tree/DeviceTree.h"
+#include "sim/tree/PhoneTree.h"
+#include "sim/tree/ShellTempNode.h"
+#include "sim/tree/TemporaryFolder.h"
 
 namespace {
 

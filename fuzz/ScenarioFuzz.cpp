@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "sim/Plant.h"
-#include "sim/Scenario.h"
-#include "sim/ScenarioParser.h"
+#include "sim/plant/Plant.h"
+#include "sim/scenario/Scenario.h"
+#include "sim/scenario/ScenarioParser.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 

@@ -2,7 +2,7 @@
 
 #include <json/writer.h>
 
-#include "sim/TimelineParser.h"
+#include "sim/scenario/TimelineParser.h"
 #include "sim/services/ServiceValues.h"
 
 namespace sim {

@@ -3,9 +3,9 @@
 #include <fstream>
 #include <string>
 
-#include "sim/DeviceTree.h"
 #include "sim/services/PhoneServices.h"
 #include "sim/services/ServiceProcess.h"
+#include "sim/tree/DeviceTree.h"
 
 namespace sim {
 

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "sim/Event.h"
+#include "sim/scenario/Event.h"
 #include "sim/services/ServiceValues.h"
 
 namespace sim {

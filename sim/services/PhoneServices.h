@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "sim/Scenario.h"
+#include "sim/scenario/Scenario.h"
 #include "sim/services/PhoneService.h"
 #include "sim/services/ServiceTable.h"
 

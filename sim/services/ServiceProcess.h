@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "sim/PhoneProcess.h"
+#include "sim/process/PhoneProcess.h"
 #include "sim/services/PhoneService.h"
 #include "sim/services/ServiceTable.h"
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "sim/Scenario.h"
+#include "sim/scenario/Scenario.h"
 #include "sim/services/PhoneService.h"
 
 namespace sim {

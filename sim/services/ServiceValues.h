@@ -7,7 +7,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "sim/Scenario.h"
+#include "sim/scenario/Scenario.h"
 
 namespace sim {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "sim/Scenario.h"
+#include "sim/scenario/Scenario.h"
 
 namespace sim {
 

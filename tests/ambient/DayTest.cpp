@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "ambient/AmbientTempWatcher.h"
-#include "sim/ScenarioParser.h"
+#include "sim/scenario/ScenarioParser.h"
 #include "support/EngineTest.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "sim/ConfigStore.h"
+#include "common/ConfigStore.h"
 #include "support/LogCapture.h"
 
 using kelvo::decryptConfig;
@@ -23,7 +23,7 @@ TEST(ConfigCipher, believesLengthThatLeavesAtMostABlockOfFiller) {
     };
     for (const auto& test : cases) {
         const std::string json = "{" + std::string(test.length - 1, 'x');
-        std::string file = kelvo::encryptConfig(json);
+        std::string file = common::encryptConfig(json);
         file.resize(test.size);
         std::string text = "before";
         EXPECT_EQ(decryptConfig(file, text), test.isValid ? 0 : -1) << test.why;
@@ -36,7 +36,7 @@ TEST(ConfigCipher, refusesWhatIsNoConfiguration) {
             // Lengths of 2^32 - 4 and 2^32 - 1, for which the filler wraps to 16 and 13 bytes.
             "\xd4\xca\xf7\x4c\xbd\xcf\x47\x4a\x7f\xef\xef\x47\x33\x6b\xab\xfe",
             "\x79\x56\x94\x73\x59\x94\x86\x61\x22\xe8\xb3\xab\x51\xaa\xb7\x5c",
-            kelvo::encryptConfig("[{}]"),
+            common::encryptConfig("[{}]"),
             "",
     };
     LogCapture log;

@@ -54,7 +54,7 @@ TEST_F(ConfigFilesTest, olderFileStandsInForEmptyButNotForBadNewer) {
     storeConfig(kOriginConfig, "{}", 500);
     setFile(kDataConfig, "", 900);
     EXPECT_EQ(getFileContents(kPaths, 2, raw, json), 0);
-    EXPECT_EQ(raw, kelvo::encryptConfig("{}"));
+    EXPECT_EQ(raw, common::encryptConfig("{}"));
     setFile(kDataConfig, R"({"plain":1})", 501);
     EXPECT_EQ(getFileContents(kPaths, 2, raw, json), -1);
     EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "Read config file failed!"), 1U);

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "sim/ConfigStore.h"
+#include "common/ConfigStore.h"
 #include "support/Phone.h"
 
 inline constexpr char kOriginConfig[] = "/system_ext/etc/kelvo/kelvo.conf";
@@ -20,5 +20,5 @@ inline void setFile(const std::string& path, const std::string& bytes, time_t mt
 
 /** The same for a JSON text, which is stored encrypted. */
 inline void storeConfig(const std::string& path, const std::string& json, time_t mtime) {
-    setFile(path, kelvo::encryptConfig(json), mtime);
+    setFile(path, common::encryptConfig(json), mtime);
 }

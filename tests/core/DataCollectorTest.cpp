@@ -4,7 +4,7 @@
 
 #include <tuple>
 
-#include "sim/VirtualTime.h"
+#include "sim/virtual/VirtualTime.h"
 #include "support/LogCapture.h"
 
 using kelvo::DataCollector;

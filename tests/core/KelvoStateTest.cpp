@@ -1,7 +1,7 @@
 #include "core/KelvoState.h"
 
 #include "core/DataCollector.h"
-#include "sim/VirtualScheduler.h"
+#include "sim/virtual/VirtualScheduler.h"
 #include "support/EngineTest.h"
 
 namespace {

@@ -13,10 +13,10 @@
 #include <functional>
 #include <thread>
 
+#include "common/ConfigStore.h"
 #include "core/KelvoMain.h"
 #include "core/MessageManager.h"
-#include "sim/ConfigStore.h"
-#include "sim/DeviceTree.h"
+#include "sim/tree/DeviceTree.h"
 #include "support/Json.h"
 #include "support/LogCapture.h"
 #include "support/Program.h"
@@ -49,8 +49,8 @@ TEST_F(LiveStart, fitsAndHandlesMessages) {
     tree.addZone(0, "cpu", 40000);
     tree.setNode(
             "/system_ext/etc/kelvo/kelvo.conf",
-            kelvo::encryptConfig(json("{'temp_threshold_down':[],'shell_temp_fitting_model':{" +
-                                      scene("default", 0, "cpu") + "}}")));
+            common::encryptConfig(json("{'temp_threshold_down':[],'shell_temp_fitting_model':{" +
+                                       scene("default", 0, "cpu") + "}}")));
     tree.setNode("/proc/shell-temp", "");
     ASSERT_EQ(kelvo::kelvo_start(nullptr), 0);
     const kelvo::KelvoMessage message{kelvo::MSG_NOTIFY_THERMAL_STATUS, -1, -1, 3, "", {}, {}};

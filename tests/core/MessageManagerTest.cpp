@@ -3,9 +3,10 @@
 #include <gmock/gmock.h>
 
 #include "LinesOf.h"
-#include "sim/ConfigStore.h"
-#include "sim/VirtualScheduler.h"
-#include "sim/VirtualTime.h"
+#include "common/ConfigStore.h"
+#include "sim/scenario/PhonePaths.h"
+#include "sim/virtual/VirtualScheduler.h"
+#include "sim/virtual/VirtualTime.h"
 #include "support/EngineTest.h"
 
 using kelvo::KelvoMessage;
@@ -134,7 +135,7 @@ TEST_F(MessageManagerTest, changesScenes) {
     });
     // The document must be reloaded before the models.
     setScenes(scene(fold, 0, "skin") + "," + scene(flash, 0, "skin"));
-    phone().tree().setNode(sim::kMainConfigPath, kelvo::encryptConfig(*scenario.config.main));
+    phone().tree().setNode(sim::kMainConfigPath, common::encryptConfig(*scenario.config.main));
     linesAfter(message(3));
     take({
             {message(FLASH), {kLit + charge, switches(flash)}},

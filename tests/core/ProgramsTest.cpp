@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "sim/DeviceTree.h"
+#include "sim/tree/DeviceTree.h"
 #include "support/Program.h"
 
 namespace {

@@ -1,11 +1,12 @@
 #include <optional>
 
 #include "HeatSourceTest.h"
+#include "common/ConfigStore.h"
 #include "config/KelvoConfig.h"
 #include "heat/DisplayConfig.h"
 #include "heat/DisplayModel.h"
-#include "sim/ConfigStore.h"
-#include "sim/PhoneTree.h"
+#include "sim/scenario/PhonePaths.h"
+#include "sim/tree/PhoneTree.h"
 
 namespace {
 
@@ -128,9 +129,9 @@ TEST_F(DisplayHeatTest, showsConfiguredFiguresWithoutUsingThem) {
     for (const auto& row : rows) {
         phone().perform(sim::SetNodes{
                 {{std::string(sim::kMainConfigPath),
-                  kelvo::encryptConfig(json("{'shell_temp_fitting_model':{'heatsource_detection':"
-                                            "{'brightness_model':" +
-                                            std::string(row.model) + "}}}"))}}});
+                  common::encryptConfig(json("{'shell_temp_fitting_model':{'heatsource_detection':"
+                                             "{'brightness_model':" +
+                                             std::string(row.model) + "}}}"))}}});
         ASSERT_EQ(kelvo::KelvoConfig::getInstance().reload(), 0);
         DisplayConfig config;
         EXPECT_EQ(config.init(), 0) << row.model;

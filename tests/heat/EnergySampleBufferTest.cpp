@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "sim/VirtualTime.h"
+#include "sim/virtual/VirtualTime.h"
 #include "support/LogCapture.h"
 
 namespace {

@@ -15,8 +15,8 @@
 #include "heat/CpuCompHeat.h"
 #include "heat/HeatProcessCenter.h"
 #include "heat/WifiCompHeat.h"
-#include "sim/PhoneTree.h"
 #include "sim/services/PhoneServices.h"
+#include "sim/tree/PhoneTree.h"
 #include "support/Json.h"
 #include "support/LogCapture.h"
 

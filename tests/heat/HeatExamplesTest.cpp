@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-#include "sim/Plant.h"
-#include "sim/ScenarioParser.h"
+#include "sim/plant/Plant.h"
+#include "sim/scenario/ScenarioParser.h"
 #include "support/EngineTest.h"
 
 namespace {

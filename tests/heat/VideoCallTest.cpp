@@ -1,8 +1,8 @@
 // The example: what the daemon says of a phone is what heats it in truth.
 
 #include "HeatSourceTest.h"
-#include "sim/Plant.h"
-#include "sim/ScenarioParser.h"
+#include "sim/plant/Plant.h"
+#include "sim/scenario/ScenarioParser.h"
 
 class VideoCallTest : public HeatSourceTest {};
 

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "sim/DeviceTree.h"
+#include "sim/tree/DeviceTree.h"
 
 namespace {
 

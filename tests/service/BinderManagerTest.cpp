@@ -1,7 +1,7 @@
 #include "service/BinderManager.h"
 
 #include "core/MessageManager.h"
-#include "sim/VirtualScheduler.h"
+#include "sim/virtual/VirtualScheduler.h"
 #include "support/EngineTest.h"
 
 namespace {

@@ -13,8 +13,8 @@
 
 #include "core/Connections.h"
 #include "shelltemp/ShellTempFitting.h"
-#include "sim/PhoneTree.h"
-#include "sim/ShellTempNode.h"
+#include "sim/tree/PhoneTree.h"
+#include "sim/tree/ShellTempNode.h"
 #include "support/Json.h"
 
 namespace {

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "shelltemp/ShellTempFitting.h"
+#include "sim/scenario/PhonePaths.h"
 #include "support/EngineTest.h"
 
 namespace {
@@ -94,7 +95,7 @@ TEST_F(FittingLoopTest, slowsDownToFiveSecondsWhileTheScreenIsOff) {
 TEST_F(FittingLoopTest, readsAZoneOnceACycleForAllModels) {
     startPhone();
     runUntil(0);
-    OpenCount opens(phone().tree().hostPath(sim::DeviceTree::zonePath(0, "temp")));
+    OpenCount opens(phone().tree().hostPath(sim::zonePath(0, "temp")));
     runUntil(5);
     EXPECT_EQ(opens.take(), 1);
 }
@@ -111,7 +112,7 @@ TEST_F(FittingLoopTest, readsTheZonesOnceBeforeTheFirstCycle) {
 TEST_F(FittingLoopTest, ticksEverySecondAndFitsOnEveryFifthTickWithTsensors) {
     setConfig(std::string(kTwoModels) + ",'tsensor_tempzone_info':{'thermal_zone_type':['cpu']}}");
     startPhone();
-    OpenCount opens(phone().tree().hostPath(sim::DeviceTree::zonePath(1, "temp")));
+    OpenCount opens(phone().tree().hostPath(sim::zonePath(1, "temp")));
     EXPECT_EQ(cyclesUntil(0), 1);
     opens.take();
     for (const double second : {1, 2, 3, 4}) {

@@ -4,7 +4,7 @@
 #include <json/reader.h>
 #include <stdlib.h>
 
-#include "sim/DeviceTree.h"
+#include "sim/tree/DeviceTree.h"
 #include "support/EngineTest.h"
 
 using kelvo::FittingModel;

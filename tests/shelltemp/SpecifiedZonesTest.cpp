@@ -1,6 +1,6 @@
 #include "shelltemp/SpecifiedZones.h"
 
-#include "sim/VirtualTime.h"
+#include "sim/virtual/VirtualTime.h"
 #include "support/EngineTest.h"
 
 using kelvo::SpecifiedZones;

@@ -3,7 +3,8 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
-#include "sim/DeviceTree.h"
+#include "sim/scenario/PhonePaths.h"
+#include "sim/tree/DeviceTree.h"
 #include "support/LogCapture.h"
 
 using kelvo::ThermalZone;
@@ -20,7 +21,7 @@ TEST(ZoneReaderTest, readsMediaTekThermistorsFromTheirOwnNode) {
 TEST(ZoneReaderTest, judgesWhatTheNodeHolds) {
     sim::DeviceTree tree(getenv("KELVO_ROOT"));
     LogCapture log;
-    const std::string path = sim::DeviceTree::zonePath(3, "temp");
+    const std::string path = sim::zonePath(3, "temp");
     const std::string longText = "45000" + std::string(500, 'x');
     constexpr int32_t kBefore = 12345;
     const struct {

@@ -3,7 +3,8 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
-#include "sim/DeviceTree.h"
+#include "sim/scenario/PhonePaths.h"
+#include "sim/tree/DeviceTree.h"
 
 using kelvo::ZoneTable;
 
@@ -30,10 +31,10 @@ TEST_F(ZoneTableTest, stopsAtTheFirstGap) {
 }
 
 TEST_F(ZoneTableTest, trimsTypesAndFindsTheLastZoneOfAShared) {
-    tree.setNode(sim::DeviceTree::zonePath(0, "type"), " cpu-0-0\n  ");
+    tree.setNode(sim::zonePath(0, "type"), " cpu-0-0\n  ");
     tree.addZone(1, "battery", 30000);
     tree.addZone(2, "battery", 31000);
-    tree.setNode(sim::DeviceTree::zonePath(3, "type"), " \t\v\f\r\n");
+    tree.setNode(sim::zonePath(3, "type"), " \t\v\f\r\n");
     EXPECT_EQ(table.discover(), 3) << "a blank type ends the search";
     EXPECT_EQ(table.indexOf(" cpu-0-0"), 0);
     EXPECT_EQ(table.indexOf("battery"), 2);

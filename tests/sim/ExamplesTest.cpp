@@ -5,10 +5,10 @@
 #include <cmath>
 #include <filesystem>
 
-#include "sim/JsonPlace.h"
-#include "sim/Plant.h"
-#include "sim/ScenarioParser.h"
-#include "sim/Trace.h"
+#include "sim/plant/Plant.h"
+#include "sim/scenario/JsonPlace.h"
+#include "sim/scenario/ScenarioParser.h"
+#include "sim/scenario/Trace.h"
 
 namespace {
 

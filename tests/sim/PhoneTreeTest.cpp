@@ -1,11 +1,12 @@
-#include "sim/PhoneTree.h"
+#include "sim/tree/PhoneTree.h"
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/stat.h>
 
-#include "sim/ConfigStore.h"
-#include "sim/ScenarioParser.h"
+#include "common/ConfigStore.h"
+#include "sim/scenario/PhonePaths.h"
+#include "sim/scenario/ScenarioParser.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ class PhoneTree : public testing::Test {
         return stat(mTree.hostPath(path).c_str(), &info) == 0 ? info.st_mtime : -1;
     }
     std::optional<std::string> temp(int32_t zone) const {
-        return mTree.node(sim::DeviceTree::zonePath(zone, "temp"));
+        return mTree.node(sim::zonePath(zone, "temp"));
     }
 
     sim::DeviceTree mTree;
@@ -46,7 +47,7 @@ TEST_F(PhoneTree, buildsWhatTheScenarioSays) {
          {std::pair{"/system_ext/etc/kelvo/kelvo.conf", "{main}"},
           std::pair{"/data/zenta_lib/kelvo.conf", "{data}"},
           std::pair{"/system_ext/etc/kelvo/kelvo_SM8450.conf", "{sub}"}}) {
-        EXPECT_EQ(mTree.node(path), kelvo::encryptConfig(json)) << path;
+        EXPECT_EQ(mTree.node(path), common::encryptConfig(json)) << path;
         EXPECT_EQ(changed(path), start) << path;
     }
 }
@@ -76,7 +77,7 @@ TEST_F(PhoneTree, tellsOfZonesHoweverTheyAreSet) {
     std::vector<std::pair<int32_t, std::optional<int32_t>>> told;
     mTree.setZoneListener(
             [&](int32_t zone, std::optional<int32_t> temp) { told.emplace_back(zone, temp); });
-    const std::string path = sim::DeviceTree::zonePath(1, "temp");
+    const std::string path = sim::zonePath(1, "temp");
     phone.apply(sim::SetZones{{{0, 30000}, {1, 25000}}});
     phone.apply(sim::SetNodes{{{path, "26500"}, {"/raw", "1"}}}, 0);
     phone.apply(sim::ZoneChange{1, 26500});  // the same figure, but not the same text
@@ -111,8 +112,8 @@ TEST_F(PhoneTree, leavesOutWhatTheScenarioDoesNotHave) {
 }
 
 TEST(ConfigStore, addsTheLeastFiller) {
-    EXPECT_EQ(kelvo::encryptConfig(std::string(12, 'x')).size(), 16U);
-    EXPECT_EQ(kelvo::encryptConfig(std::string(13, 'x')).size(), 32U);
+    EXPECT_EQ(common::encryptConfig(std::string(12, 'x')).size(), 16U);
+    EXPECT_EQ(common::encryptConfig(std::string(13, 'x')).size(), 32U);
 }
 
 TEST_F(PhoneTree, lettingThePlantDriveKeepsUnreadableZonesSo) {

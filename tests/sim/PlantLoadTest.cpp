@@ -1,4 +1,4 @@
-#include "sim/PlantLoad.h"
+#include "sim/tree/PlantLoad.h"
 
 #include <gtest/gtest.h>
 

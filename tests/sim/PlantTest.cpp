@@ -1,11 +1,11 @@
-#include "sim/Plant.h"
+#include "sim/plant/Plant.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <set>
 
-#include "sim/PlantLoad.h"
+#include "sim/tree/PlantLoad.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "sim/ScenarioParser.h"
+#include "sim/scenario/ScenarioParser.h"
 
 #include <gtest/gtest.h>
 

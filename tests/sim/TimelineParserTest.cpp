@@ -1,11 +1,11 @@
-#include "sim/TimelineParser.h"
+#include "sim/scenario/TimelineParser.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <utility>
 
-#include "sim/ScenarioParser.h"
+#include "sim/scenario/ScenarioParser.h"
 
 namespace {
 

@@ -1,11 +1,12 @@
-#include "sim/Trace.h"
+#include "sim/scenario/Trace.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <utility>
 
-#include "sim/DeviceTree.h"
+#include "sim/tree/DeviceTree.h"
+#include "sim/tree/TemporaryFolder.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "sim/VirtualPhone.h"
+#include "sim/virtual/VirtualPhone.h"
 #include "support/Json.h"
 #include "support/LogCapture.h"
 

@@ -2,7 +2,7 @@
 
 #include <stdlib.h>
 
-#include "sim/DeviceTree.h"
+#include "sim/tree/DeviceTree.h"
 
 /** The device tree of the test's own phone. */
 inline sim::DeviceTree phone() {

@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "sim/RootedRun.h"
+#include "sim/process/RootedRun.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 
 #include "Hal.h"
 #include "service/ServiceCodes.h"
-#include "sim/FrameworkClient.h"
-#include "sim/PhoneTree.h"
+#include "sim/framework/FrameworkClient.h"
+#include "sim/tree/PhoneTree.h"
 #include "support/BinderWorld.h"
 #include "support/Json.h"
 

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <regex>
 
-#include "sim/DeviceTree.h"
+#include "sim/tree/TemporaryFolder.h"
 #include "support/Program.h"
 
 namespace {

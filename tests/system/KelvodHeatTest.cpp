@@ -110,7 +110,7 @@ TEST_F(KelvodHeatTest, isAskedByEightSwitchedAndSampledWhileHalsAreKilled) {
     startKelvod();
     std::atomic<bool> stop = false;
     std::vector<std::thread> callers;
-    const auto keepCalling = [&](std::vector<std::pair<uint32_t, sim::Argument>> calls) {
+    const auto keepCalling = [&](std::vector<std::pair<uint32_t, client::Argument>> calls) {
         callers.emplace_back([&stop, calls] {
             while (!stop) {
                 for (const auto& [code, argument] : calls) {

@@ -7,8 +7,8 @@
 #include <functional>
 
 #include "KelvodTest.h"
-#include "sim/FrameworkListener.h"
-#include "sim/ShellTempNode.h"
+#include "client/StatusListener.h"
+#include "sim/tree/ShellTempNode.h"
 
 namespace {
 
@@ -46,7 +46,7 @@ const Fill kCutText = [](Parcel& request) {
 int offerListener(RoleLink& link) {
     android::ProcessState::self()->startThreadPool();
     android::defaultServiceManager()->addService(
-            String16("listener"), new sim::FrameworkListener([](const auto&, const auto&) {}));
+            String16("listener"), new client::StatusListener([](const auto&, const auto&) {}));
     link.send("offered");
     link.receive();
     return 0;
@@ -163,7 +163,7 @@ TEST_F(KelvodInputTest, mayBeAListenerThatNeverReturns) {
     int32_t answer = 0;
     EXPECT_EQ(callKelvod(SET_LIGHT_LAMP_STATUS, {1}), OK);
     EXPECT_EQ(
-            registerListener(new sim::FrameworkListener([](const auto&, const auto&) {}), &answer),
+            registerListener(new client::StatusListener([](const auto&, const auto&) {}), &answer),
             OK);
     EXPECT_EQ(answer, 1);
     EXPECT_EQ(countInLog("Register notifier successfully."), 1u);

@@ -13,8 +13,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "sim/CallValues.h"
-#include "sim/ConfigStore.h"
+#include "client/CallValues.h"
+#include "common/ConfigStore.h"
 #include "support/Json.h"
 
 using android::IBinder;
@@ -66,18 +66,18 @@ std::string listFrom(int32_t first) {
 }  // namespace
 
 KelvodRequest::KelvodRequest() {
-    writeInterfaceToken(String16(sim::kServiceDescriptor));
+    writeInterfaceToken(String16(client::kServiceDescriptor));
 }
 
 sp<IBinder> kelvodService() {
     return android::defaultServiceManager()->waitForService(String16("kelvo"));
 }
 
-android::status_t callKelvod(uint32_t code, const std::vector<sim::Argument>& arguments) {
+android::status_t callKelvod(uint32_t code, const std::vector<client::Argument>& arguments) {
     KelvodRequest request;
     Parcel reply;
-    for (const sim::Argument& argument : arguments) {
-        sim::writeArgument(argument, request);
+    for (const client::Argument& argument : arguments) {
+        client::writeArgument(argument, request);
     }
     return kelvodService()->transact(code, request, &reply);
 }
@@ -96,7 +96,7 @@ KelvodTest::KelvodTest()
 void KelvodTest::setConfig(int32_t hold, const std::string& members) {
     const std::string statuses = "[0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20]";
     mTree.setNode("/system_ext/etc/kelvo/kelvo.conf",
-                  kelvo::encryptConfig(json(
+                  common::encryptConfig(json(
                           "{'shell_temp_fitting_model':{" + scene("default", 0, "skin") + members +
                           "},'thermal_status_model':{'temp_threshold':" + listFrom(hold) +
                           ",'temp_threshold_down':" + listFrom(hold - 1) + ",'thermal_status':" +

@@ -12,10 +12,10 @@
 #include <string>
 #include <vector>
 
+#include "client/CallTypes.h"
 #include "service/ServiceCodes.h"
-#include "sim/DeviceTree.h"
-#include "sim/PhoneProcess.h"
-#include "sim/Scenario.h"
+#include "sim/process/PhoneProcess.h"
+#include "sim/tree/DeviceTree.h"
 #include "support/BinderWorld.h"
 
 /** A request to the daemon that holds its token already. */
@@ -25,7 +25,7 @@ struct KelvodRequest : android::Parcel {
 /** The daemon's service; it must be there. */
 android::sp<android::IBinder> kelvodService();
 /** Calls the daemon with these arguments; its status. */
-android::status_t callKelvod(uint32_t code, const std::vector<sim::Argument>& arguments = {});
+android::status_t callKelvod(uint32_t code, const std::vector<client::Argument>& arguments = {});
 
 /**
  * A role, its argument being a number: registers that many listeners with the daemon and sends

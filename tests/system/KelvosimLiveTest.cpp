@@ -11,7 +11,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "sim/DeviceTree.h"
+#include "sim/tree/DeviceTree.h"
+#include "sim/tree/TemporaryFolder.h"
 #include "support/Program.h"
 
 namespace {

@@ -12,7 +12,7 @@
 #include <map>
 #include <sstream>
 
-#include "sim/DeviceTree.h"
+#include "sim/tree/TemporaryFolder.h"
 #include "support/Program.h"
 
 namespace {

@@ -8,12 +8,12 @@
 #include <thread>
 
 #include "KelvodTest.h"
-#include "sim/FrameworkListener.h"
+#include "client/StatusListener.h"
 
 namespace {
 
 using android::sp;
-using sim::FrameworkListener;
+using client::StatusListener;
 
 /** What the listeners of this process are told. Thread-safe. */
 class Ears {
@@ -21,7 +21,7 @@ class Ears {
     Ears(size_t count, RoleLink& link) : mHeard(count), mLink(link) {}
 
     void hear(size_t listener, const std::string& event,
-              const FrameworkListener::Members& members) {
+              const client::ListenerCall::Members& members) {
         std::string call = event.substr(event.rfind('_') + 1);
         for (const auto& [name, value] : members) {
             call += " " + (value.isObject() ? "{}" : value.asString());
@@ -72,8 +72,9 @@ class Ears {
 bool registerListener(Ears& ears, size_t number) {
     KelvodRequest request;
     android::Parcel reply;
-    const sp<android::IBinder> listener = new FrameworkListener(
-            [&ears, number](const std::string& event, const FrameworkListener::Members& members) {
+    const sp<android::IBinder> listener =
+            new StatusListener([&ears, number](const std::string& event,
+                                               const client::ListenerCall::Members& members) {
                 ears.hear(number, event, members);
             });
     request.writeStrongBinder(listener);

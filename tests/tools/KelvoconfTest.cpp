@@ -3,8 +3,8 @@
 
 #include <filesystem>
 
-#include "sim/ConfigStore.h"
-#include "sim/DeviceTree.h"
+#include "common/ConfigStore.h"
+#include "sim/tree/DeviceTree.h"
 #include "support/Program.h"
 
 namespace fs = std::filesystem;
@@ -31,7 +31,7 @@ TEST_F(KelvoconfTest, decryptGivesBackWhatEncryptStored) {
     files.setNode("/out.conf", "an older file");
     fs::permissions("out.conf", fs::perms::owner_all);
     EXPECT_EQ(run("encrypt in.json out.conf").out, "");
-    EXPECT_EQ(files.node("/out.conf"), kelvo::encryptConfig(json));
+    EXPECT_EQ(files.node("/out.conf"), common::encryptConfig(json));
     EXPECT_EQ(fs::status("out.conf").permissions(), fs::perms{0644});
     EXPECT_EQ(run("encrypt - - < in.json | " KELVOCONF " decrypt - back.json").status, 0);
     EXPECT_EQ(files.node("/back.json"), json);
@@ -45,13 +45,13 @@ TEST_F(KelvoconfTest, encryptOnlyWarnsOfTextThatTheDaemonWouldReject) {
     EXPECT_TRUE(result.out.starts_with(
             "kelvoconf: warning: dropped 17 bytes before the first \"{\": in.json\n"));
     EXPECT_TRUE(result.out.ends_with(": in.json:3:7\n")) << result.out;
-    EXPECT_EQ(files.node("/out.conf"), kelvo::encryptConfig("{\"a\": x}"));
+    EXPECT_EQ(files.node("/out.conf"), common::encryptConfig("{\"a\": x}"));
 }
 
 TEST_F(KelvoconfTest, failuresSayWhatAndWhere) {
     files.setNode("/list.json", "[{}]");
     files.setNode("/bad.json", "// first line\n{\"a\": 1,\n \"b\": x}");
-    files.setNode("/bad.conf", kelvo::encryptConfig("{\n]"));
+    files.setNode("/bad.conf", common::encryptConfig("{\n]"));
     files.setNode("/out", "untouched");
     const struct {
         const char* arguments;
@@ -86,7 +86,7 @@ TEST_F(KelvoconfTest, mergePrintsDocumentOrWhoSetWhatLast) {
 {"a": 0.1, "o": {"x": 1}, "p": {"x": 1}, "SM8450": {"a": 2, "o": {"x": 3}, "p": {"x": 0.2}},
  "Q,R": {"l": [4], "o": {"y": 5}, "p": {"z": {"v": true}}}, "MT6983": 6})");
     files.setNode("/sub.conf",
-                  kelvo::encryptConfig(
+                  common::encryptConfig(
                           R"({"a": 7, "p": {"z": null}, "R": {"o": "ü"}, "Q,R": {"b.c": 8}})"));
     const std::string options = "merge --platform SM8450 main.json ";
     // The sub-file's sections become members of the document, and so are touched keys themselves.
@@ -117,7 +117,7 @@ TEST_F(KelvoconfTest, lintEndsWithTheWorstOfItsFindings) {
     const std::string good = R"({"shell_temp_fitting_model": {"default": {"temp_model": {
 "front": {"index": 0, "thermal_zone": ["skin"], "coefficient": [1]}}}}, "x": "temp_threshold_down")";
     files.setNode("/warned.json", "// a comment\n" + good + "}");
-    files.setNode("/wrong.conf", kelvo::encryptConfig(good + ",\n\"big_data\": 5}"));
+    files.setNode("/wrong.conf", common::encryptConfig(good + ",\n\"big_data\": 5}"));
     files.setNode("/zones", "# the phone's\ncpu\nskim\n");
     files.setNode("/sub.json", R"({"config_versions": "x"})");
     const struct {

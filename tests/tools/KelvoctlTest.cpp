@@ -8,7 +8,7 @@
 #include <set>
 #include <sstream>
 
-#include "sim/DeviceTree.h"
+#include "sim/tree/DeviceTree.h"
 #include "support/Program.h"
 
 namespace {

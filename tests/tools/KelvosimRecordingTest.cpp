@@ -9,8 +9,8 @@
 #include <map>
 #include <sstream>
 
-#include "sim/DeviceTree.h"
-#include "sim/JsonPlace.h"
+#include "sim/scenario/JsonPlace.h"
+#include "sim/tree/TemporaryFolder.h"
 #include "support/Program.h"
 
 namespace {

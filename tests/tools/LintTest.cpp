@@ -7,8 +7,8 @@
 
 #include "kelvoconf/lint/FindingText.h"
 #include "kelvoconf/lint/KeyCatalogue.h"
-#include "sim/Scenario.h"
-#include "sim/ScenarioParser.h"
+#include "sim/scenario/Scenario.h"
+#include "sim/scenario/ScenarioParser.h"
 #include "support/Json.h"
 #include "support/LogCapture.h"
 

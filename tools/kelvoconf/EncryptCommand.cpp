@@ -5,7 +5,7 @@
 #include "Commands.h"
 #include "ConfigInput.h"
 #include "Files.h"
-#include "sim/ConfigStore.h"
+#include "common/ConfigStore.h"
 
 namespace kelvoconf {
 
@@ -42,7 +42,7 @@ void encryptCommand(const std::string& in, const std::string& out) {
         warn("dropped " + std::to_string(prefix) + " bytes before the first \"{\"", name);
     }
     warnOfSyntax(in, text, prefix);
-    writeOutput(out, kelvo::encryptConfig(std::string_view(text).substr(prefix)));
+    writeOutput(out, common::encryptConfig(std::string_view(text).substr(prefix)));
 }
 
 }  // namespace kelvoconf

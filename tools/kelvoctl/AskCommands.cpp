@@ -11,7 +11,7 @@ namespace kelvoctl {
 namespace {
 
 using namespace kelvo;
-using enum sim::ReplyType;
+using enum client::ReplyType;
 
 std::string joined(const Json::Value& list, const char* between) {
     std::string text;

@@ -1,10 +1,9 @@
 #include <charconv>
-#include <map>
 #include <optional>
 
 #include "Commands.h"
 #include "Services.h"
-#include "sim/CallValues.h"
+#include "client/CallValues.h"
 
 namespace kelvoctl {
 
@@ -39,7 +38,7 @@ std::optional<std::vector<int32_t>> parseInts(std::string_view text) {
 }
 
 /** An argument as it is typed: "int32:V", "string:V" or "vector:a,b,…". */
-sim::Argument parseArgument(const std::string& text) {
+client::Argument parseArgument(const std::string& text) {
     const size_t colon = text.find(':');
     const std::string type = text.substr(0, colon);
     const std::string value = colon == std::string::npos ? "" : text.substr(colon + 1);
@@ -59,18 +58,12 @@ sim::Argument parseArgument(const std::string& text) {
     throw WrongUsage("expected int32:NUMBER, string:TEXT or vector:NUMBER,…", text);
 }
 
-sim::ReplyType parseReplyType(const std::string& name) {
-    static const std::map<std::string, sim::ReplyType> kTypes{
-            {"int32", sim::ReplyType::Int32},
-            {"float", sim::ReplyType::Float},
-            {"string", sim::ReplyType::String},
-            {"vector", sim::ReplyType::Vector},
-            {"exception", sim::ReplyType::Exception}};
-    const auto found = kTypes.find(name);
-    if (found == kTypes.end()) {
+client::ReplyType parseReplyType(const std::string& name) {
+    const auto type = client::replyTypeNamed(name);
+    if (!type) {
         throw WrongUsage("expected int32, float, string, vector or exception", name);
     }
-    return found->second;
+    return *type;
 }
 
 void printReply(android::status_t status, const Json::Value& values, const Output& output) {
@@ -85,11 +78,11 @@ void printReply(android::status_t status, const Json::Value& values, const Outpu
 void perform(const Call& call, const Output& output) {
     android::Parcel request;
     android::Parcel reply;
-    request.writeInterfaceToken(toString16(sim::kServiceDescriptor));
+    request.writeInterfaceToken(toString16(client::kServiceDescriptor));
     for (const std::string& argument : call.arguments) {
-        sim::writeArgument(parseArgument(argument), request);
+        client::writeArgument(parseArgument(argument), request);
     }
-    std::vector<sim::ReplyType> types;
+    std::vector<client::ReplyType> types;
     for (const std::string& name : call.reply) {
         types.push_back(parseReplyType(name));
     }
@@ -97,7 +90,7 @@ void perform(const Call& call, const Output& output) {
             findService(call.service)->transact(call.code, request, &reply);
     Json::Value values(Json::arrayValue);
     for (size_t i = 0; status == android::OK && i < types.size(); ++i) {
-        values.append(sim::readReplyValue(reply, types[i]));
+        values.append(client::readReplyValue(reply, types[i]));
     }
     if (status == android::OK || output.json) {
         printReply(status, values, output);

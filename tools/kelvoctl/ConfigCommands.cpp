@@ -8,7 +8,7 @@ namespace kelvoctl {
 namespace {
 
 using namespace kelvo;
-using enum sim::ReplyType;
+using enum client::ReplyType;
 
 /** Lists that are not given leave the daemon's own in place. */
 struct Lists {
@@ -33,7 +33,7 @@ void show(const Output& output) {
                          row("status        ", values[6]));
 }
 
-void addList(std::vector<sim::Argument>& arguments, const std::vector<int32_t>& list) {
+void addList(std::vector<client::Argument>& arguments, const std::vector<int32_t>& list) {
     if (list.empty()) {
         arguments.emplace_back(0);
     } else {
@@ -43,7 +43,7 @@ void addList(std::vector<sim::Argument>& arguments, const std::vector<int32_t>& 
 }
 
 void set(const Lists& lists, const Output& output) {
-    std::vector<sim::Argument> arguments;
+    std::vector<client::Argument> arguments;
     addList(arguments, lists.hold);
     addList(arguments, lists.holdDown);
     addList(arguments, lists.status);

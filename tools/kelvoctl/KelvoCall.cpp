@@ -3,7 +3,7 @@
 #include <map>
 
 #include "Services.h"
-#include "sim/CallValues.h"
+#include "client/CallValues.h"
 
 namespace kelvoctl {
 
@@ -41,28 +41,29 @@ std::string callName(uint32_t code) {
     return found != kNames.end() ? found->second : std::to_string(code);
 }
 
-void callKelvo(uint32_t code, const std::vector<sim::Argument>& arguments, android::Parcel* reply) {
+void callKelvo(uint32_t code, const std::vector<client::Argument>& arguments,
+               android::Parcel* reply) {
     android::Parcel request;
-    request.writeInterfaceToken(toString16(sim::kServiceDescriptor));
-    for (const sim::Argument& argument : arguments) {
-        sim::writeArgument(argument, request);
+    request.writeInterfaceToken(toString16(client::kServiceDescriptor));
+    for (const client::Argument& argument : arguments) {
+        client::writeArgument(argument, request);
     }
     checkStatus(findService(kKelvo)->transact(code, request, reply), callName(code));
 }
 
-void callKelvo(uint32_t code, const std::vector<sim::Argument>& arguments) {
+void callKelvo(uint32_t code, const std::vector<client::Argument>& arguments) {
     android::Parcel reply;
     callKelvo(code, arguments, &reply);
 }
 
-std::vector<Json::Value> askKelvo(uint32_t code, const std::vector<sim::ReplyType>& types,
-                                  const std::vector<sim::Argument>& arguments) {
+std::vector<Json::Value> askKelvo(uint32_t code, const std::vector<client::ReplyType>& types,
+                                  const std::vector<client::Argument>& arguments) {
     android::Parcel reply;
     callKelvo(code, arguments, &reply);
     std::vector<Json::Value> values;
     values.reserve(types.size());
-    for (const sim::ReplyType type : types) {
-        values.push_back(sim::readReplyValue(reply, type));
+    for (const client::ReplyType type : types) {
+        values.push_back(client::readReplyValue(reply, type));
     }
     return values;
 }

@@ -8,8 +8,8 @@
 #include <binder/Parcel.h>
 #include <json/value.h>
 
+#include "client/CallTypes.h"
 #include "service/ServiceCodes.h"
-#include "sim/Scenario.h"
 
 namespace kelvoctl {
 
@@ -17,11 +17,12 @@ namespace kelvoctl {
 std::string callName(uint32_t code);
 
 /** Calls the daemon. Throws Failure when it is absent or refuses. */
-void callKelvo(uint32_t code, const std::vector<sim::Argument>& arguments, android::Parcel* reply);
-void callKelvo(uint32_t code, const std::vector<sim::Argument>& arguments);
+void callKelvo(uint32_t code, const std::vector<client::Argument>& arguments,
+               android::Parcel* reply);
+void callKelvo(uint32_t code, const std::vector<client::Argument>& arguments);
 
 /** The same, and the values of the reply; null for each that the reply lacks. */
-std::vector<Json::Value> askKelvo(uint32_t code, const std::vector<sim::ReplyType>& types,
-                                  const std::vector<sim::Argument>& arguments = {});
+std::vector<Json::Value> askKelvo(uint32_t code, const std::vector<client::ReplyType>& types,
+                                  const std::vector<client::Argument>& arguments = {});
 
 }  // namespace kelvoctl

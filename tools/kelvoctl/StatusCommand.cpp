@@ -8,7 +8,7 @@ namespace kelvoctl {
 namespace {
 
 using namespace kelvo;
-using enum sim::ReplyType;
+using enum client::ReplyType;
 
 constexpr int32_t kBatteryModel = 3;
 constexpr int32_t kNoTemp = -1;

@@ -9,7 +9,7 @@ namespace {
 
 using namespace kelvo;
 
-void tell(uint32_t code, const std::vector<sim::Argument>& arguments, const Output& output) {
+void tell(uint32_t code, const std::vector<client::Argument>& arguments, const Output& output) {
     callKelvo(code, arguments);
     output.print({{"ok", true}}, "ok");
 }

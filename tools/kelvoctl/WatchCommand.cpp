@@ -8,7 +8,7 @@
 #include "Commands.h"
 #include "KelvoCall.h"
 #include "Services.h"
-#include "sim/FrameworkListener.h"
+#include "client/StatusListener.h"
 
 namespace kelvoctl {
 
@@ -23,7 +23,7 @@ class Watch {
   public:
     Watch(const Output& output, uint64_t count) : mOutput(output), mLeft(count) {}
 
-    void print(const std::string& event, const sim::FrameworkListener::Members& members) {
+    void print(const std::string& event, const client::ListenerCall::Members& members) {
         Output::Members object{{"event", event}};
         object.insert(object.end(), members.begin(), members.end());
         std::string text = event;
@@ -88,8 +88,8 @@ void watch(uint64_t count, const Output& output) {
     Watch state(output, count);
     sp<IBinder> service = findService(kKelvo);
     android::ProcessState::self()->startThreadPool();
-    const sp<IBinder> listener = new sim::FrameworkListener(
-            [&state](const std::string& event, const sim::FrameworkListener::Members& members) {
+    const sp<IBinder> listener = new client::StatusListener(
+            [&state](const std::string& event, const client::ListenerCall::Members& members) {
                 state.print(event, members);
             });
     const sp<Loss> loss = new Loss(state);

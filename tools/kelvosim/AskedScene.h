@@ -7,7 +7,7 @@
 #include <string>
 
 #include "core/SceneMachine.h"
-#include "sim/Scenario.h"
+#include "sim/scenario/Scenario.h"
 
 /**
  * The scene that the daemon should be in by what the scenario has told it of lamp, fold and

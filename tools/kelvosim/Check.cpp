@@ -2,9 +2,9 @@
 
 #include <iostream>
 
-#include "sim/PhoneTree.h"
-#include "sim/ScenarioParser.h"
-#include "sim/Trace.h"
+#include "sim/scenario/ScenarioParser.h"
+#include "sim/scenario/Trace.h"
+#include "sim/tree/PhoneTree.h"
 
 void checkScenario(const std::string& file) {
     const sim::Scenario scenario = sim::loadScenario(file);

@@ -2,7 +2,7 @@
 
 #include "kelvoconf/lint/Lint.h"
 #include "recording/RunInfo.h"
-#include "sim/PhoneTree.h"
+#include "sim/tree/PhoneTree.h"
 
 namespace {
 

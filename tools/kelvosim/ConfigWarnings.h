@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "report/HtmlReport.h"
-#include "sim/Scenario.h"
+#include "sim/scenario/Scenario.h"
 
 /**
  * What is wrong with the configuration files of a scenario, each judged as the phone's daemon would

@@ -1,7 +1,7 @@
 #include "DecisionEvents.h"
 
 #include "heat/ComponentType.h"
-#include "sim/VirtualTime.h"
+#include "sim/virtual/VirtualTime.h"
 
 using kelvo::HeatConversion;
 using kelvo::HeatRanking;

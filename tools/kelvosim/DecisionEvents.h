@@ -8,7 +8,7 @@
 #include "base/DecisionObserver.h"
 #include "heat/HeatDecisions.h"
 #include "shelltemp/FittingPass.h"
-#include "sim/Event.h"
+#include "sim/scenario/Event.h"
 #include "thermalstatus/LevelDecision.h"
 
 /**

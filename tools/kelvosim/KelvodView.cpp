@@ -4,9 +4,9 @@
 #include <binder/Parcel.h>
 #include <binder/ProcessState.h>
 
+#include "client/CallValues.h"
+#include "client/StatusListener.h"
 #include "service/ServiceCodes.h"
-#include "sim/CallValues.h"
-#include "sim/FrameworkListener.h"
 
 using android::IBinder;
 using android::OK;
@@ -16,7 +16,7 @@ using android::String16;
 
 namespace {
 
-using enum sim::ReplyType;
+using enum client::ReplyType;
 
 constexpr double kReportedAbove = 35.999;  // °C; at and below it no heat source is watched
 constexpr int kThresholdsLast = 10;        // looks
@@ -24,16 +24,16 @@ constexpr int32_t kNoAmbient = std::numeric_limits<int32_t>::min();
 
 /** The values of a reply; none when the call failed or the reply lacks one. */
 std::optional<std::vector<Json::Value>> callKelvod(const sp<IBinder>& kelvod, uint32_t code,
-                                                   const std::vector<sim::ReplyType>& types) {
+                                                   const std::vector<client::ReplyType>& types) {
     Parcel request;
     Parcel reply;
-    request.writeInterfaceToken(String16(sim::kServiceDescriptor));
+    request.writeInterfaceToken(String16(client::kServiceDescriptor));
     if (kelvod->transact(code, request, &reply) != OK) {
         return std::nullopt;
     }
     std::vector<Json::Value> values;
-    for (const sim::ReplyType type : types) {
-        values.push_back(sim::readReplyValue(reply, type));
+    for (const client::ReplyType type : types) {
+        values.push_back(client::readReplyValue(reply, type));
         if (values.back().isNull()) {
             return std::nullopt;
         }
@@ -64,7 +64,7 @@ bool hasOutput(const Json::Value& temps) {
 /** Remembers what has been told of the heat source. Called on binder threads. */
 class KelvodView::Listener {
   public:
-    void hear(const sim::FrameworkListener::Members& members) {
+    void hear(const client::ListenerCall::Members& members) {
         for (const auto& [name, value] : members) {
             if (name == "detail") {
                 const std::lock_guard lock(mMutex);
@@ -134,13 +134,13 @@ bool KelvodView::connect() {
     mLevel.reset();
     mThresholds = {};
     mListener = std::make_shared<Listener>();
-    const sp<IBinder> binder = new sim::FrameworkListener(
+    const sp<IBinder> binder = new client::StatusListener(
             [listener = mListener](const std::string&, const auto& members) {
                 listener->hear(members);
             });
     Parcel request;
     Parcel reply;
-    request.writeInterfaceToken(String16(sim::kServiceDescriptor));
+    request.writeInterfaceToken(String16(client::kServiceDescriptor));
     request.writeStrongBinder(binder);
     return mKelvod->transact(kelvo::REGISTER_CLIENT, request, &reply) == OK;
 }

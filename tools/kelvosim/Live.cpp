@@ -20,12 +20,12 @@
 #include "KelvodView.h"
 #include "StatusLine.h"
 #include "Supported.h"
-#include "sim/DeviceTree.h"
-#include "sim/FrameworkProcess.h"
-#include "sim/LiveFramework.h"
-#include "sim/LivePhone.h"
-#include "sim/ScenarioParser.h"
-#include "sim/Trace.h"
+#include "sim/live/FrameworkProcess.h"
+#include "sim/live/LiveFramework.h"
+#include "sim/live/LivePhone.h"
+#include "sim/scenario/ScenarioParser.h"
+#include "sim/scenario/Trace.h"
+#include "sim/tree/TemporaryFolder.h"
 
 namespace {
 

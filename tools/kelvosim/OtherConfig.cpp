@@ -12,8 +12,9 @@
 
 #include "config/ConfigCipher.h"
 #include "config/ConfigText.h"
-#include "sim/RootedRun.h"
-#include "sim/Scenario.h"
+#include "sim/process/RootedRun.h"
+#include "sim/scenario/Scenario.h"
+#include "sim/tree/TemporaryFolder.h"
 
 namespace {
 

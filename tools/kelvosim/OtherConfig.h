@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "sim/DeviceTree.h"
+#include "sim/tree/DeviceTree.h"
 
 /**
  * The text of the configuration that stands in for a scenario's own, from a plain or an encrypted

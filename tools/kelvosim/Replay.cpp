@@ -11,11 +11,11 @@
 #include "OtherConfig.h"
 #include "OutputFile.h"
 #include "ProgressLine.h"
-#include "sim/RootedRun.h"
-#include "sim/ScenarioParser.h"
-#include "sim/Trace.h"
-#include "sim/VirtualPhone.h"
-#include "sim/VirtualTime.h"
+#include "sim/process/RootedRun.h"
+#include "sim/scenario/ScenarioParser.h"
+#include "sim/scenario/Trace.h"
+#include "sim/virtual/VirtualPhone.h"
+#include "sim/virtual/VirtualTime.h"
 
 namespace {
 

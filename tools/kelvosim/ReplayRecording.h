@@ -6,7 +6,7 @@
 #include "OutputFile.h"
 #include "comparison/Comparison.h"
 #include "recording/Recorder.h"
-#include "sim/VirtualPhone.h"
+#include "sim/virtual/VirtualPhone.h"
 
 /** Where a replay's recording goes; empty: nowhere, "-": standard output. */
 struct RecordingOptions {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "KelvodReport.h"
-#include "sim/Scenario.h"
+#include "sim/scenario/Scenario.h"
 
 /** What a line is about. */
 struct PhoneState {

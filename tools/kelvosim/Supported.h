@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "sim/Scenario.h"
+#include "sim/scenario/Scenario.h"
 
 /** Throws sim::ScenarioError when `problem` has something to say about an action. */
 void refuseProblems(const sim::Scenario& scenario, const std::string& file,

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <stdlib.h>
 
-#include "sim/DeviceTree.h"
+#include "sim/tree/DeviceTree.h"
 #include "support/LogCapture.h"
 
 using testing::ElementsAre;

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "ambient/AmbientParams.h"
+#include "common/NearestName.h"
 #include "kelvoconf/lint/KeyCatalogue.h"
 #include "kelvoconf/lint/SceneSet.h"
-#include "sim/JsonPlace.h"
 
 namespace kelvo::lint {
 
@@ -66,7 +66,7 @@ void checkNames(const LintContext& context, const ConfigNode& names) {
             std::ranges::find(known, name.value().asString()) != known.end()) {
             continue;
         }
-        const auto nearest = sim::nearestName(name.value().asString(), known);
+        const auto nearest = common::nearestName(name.value().asString(), known);
         context.warning("unknown-parameter", name,
                         {"the estimator knows no parameter " + shown(name.value()),
                          "ignores it and its coefficient",

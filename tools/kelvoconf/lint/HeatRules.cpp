@@ -4,11 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "common/NearestName.h"
 #include "heat/ConfigNumber.h"
 #include "kelvoconf/lint/Rules.h"
 #include "kelvoconf/lint/SceneSet.h"
 #include "kelvoconf/lint/ZoneNames.h"
-#include "sim/JsonPlace.h"
 
 namespace kelvo::lint {
 
@@ -97,7 +97,7 @@ void checkNames(const LintContext& context, const ConfigNode& names,
     for (size_t i = 0; i < texts.size(); ++i) {
         const ConfigNode name = names[static_cast<Json::ArrayIndex>(i)];
         if (std::ranges::find(known, texts[i]) == known.end() && name.value().isString()) {
-            const auto nearest = sim::nearestName(texts[i], known);
+            const auto nearest = common::nearestName(texts[i], known);
             context.warning("heat-unknown-name", name,
                             {"nobody asks for " + quoted(texts[i]), "ignores it and its value",
                              nearest ? "write " + quoted(*nearest) : "drop both"});

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cctype>
 
+#include "common/NearestName.h"
 #include "kelvoconf/lint/KeyCatalogue.h"
 #include "kelvoconf/lint/Rules.h"
 #include "kelvoconf/lint/SectionNames.h"
-#include "sim/JsonPlace.h"
 
 namespace kelvo::lint {
 
@@ -90,7 +90,7 @@ class KeyCheck {
                 return candidate;
             }
         }
-        return sim::nearestName(name, known).value_or("");
+        return common::nearestName(name, known).value_or("");
     }
 
     void isNull(const ConfigNode& node, bool overrides) const {

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <string>
 
+#include "common/NearestName.h"
 #include "core/Scene.h"
 #include "kelvoconf/lint/KeyCatalogue.h"
 #include "kelvoconf/lint/SceneSet.h"
 #include "kelvoconf/lint/ZoneNames.h"
-#include "sim/JsonPlace.h"
 
 namespace kelvo::lint {
 
@@ -155,7 +155,7 @@ void checkName(const LintContext& context, const ParsedScene& scene) {
     for (const auto& [code, sceneName] : kSceneNames) {
         known.push_back(sceneName);
     }
-    const auto nearest = sim::nearestName(name, known);
+    const auto nearest = common::nearestName(name, known);
     context.warning(
             "unused-scene", scene.node,
             {"nothing switches to a scene of this name",

@@ -4,10 +4,10 @@
 #include <cctype>
 #include <optional>
 
+#include "common/NearestName.h"
 #include "config/PlatformTable.h"
 #include "kelvoconf/lint/Rules.h"
 #include "kelvoconf/lint/SectionNames.h"
-#include "sim/JsonPlace.h"
 
 namespace kelvo::lint {
 
@@ -59,7 +59,7 @@ class SectionCheck {
             never(name, "a sub-file belongs to one platform and has sections for projects only",
                   "move its members to the top level of that platform's sub-file");
         } else if (!isDetectablePlatform(name)) {
-            const auto nearest = sim::nearestName(name, detectablePlatforms());
+            const auto nearest = common::nearestName(name, detectablePlatforms());
             never(name, "no phone reports the platform " + quoted(name),
                   nearest ? "write " + quoted(*nearest) : "drop the section");
         }

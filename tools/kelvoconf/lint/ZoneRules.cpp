@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <string>
 
+#include "common/NearestName.h"
 #include "kelvoconf/lint/ZoneNames.h"
-#include "sim/JsonPlace.h"
 
 namespace kelvo::lint {
 
@@ -42,7 +42,7 @@ ZoneAdvice adviseOnZone(const LintContext& context, const Json::Value& zone) {
     }
     const std::string what = "the phone has no thermal zone " + quoted(zone.asString());
     const auto nearest = context.knowsZones()
-                                 ? sim::nearestName(zone.asString(), *context.input.zones)
+                                 ? common::nearestName(zone.asString(), *context.input.zones)
                                  : std::nullopt;
     return nearest ? ZoneAdvice{what + "; the nearest is " + quoted(*nearest),
                                 "write " + quoted(*nearest)}

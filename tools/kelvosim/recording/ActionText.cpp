@@ -2,8 +2,8 @@
 
 #include <map>
 
+#include "common/Overloaded.h"
 #include "service/ServiceCodes.h"
-#include "sim/Overloaded.h"
 
 namespace {
 
@@ -30,19 +30,19 @@ std::string callName(uint32_t code) {
 }
 
 std::string argumentText(const sim::Argument& argument) {
-    return std::visit(sim::Overloaded{[](int32_t value) { return std::to_string(value); },
-                                      [](const std::string& text) { return text; },
-                                      [](const std::vector<int32_t>& values) {
-                                          std::string text = "[";
-                                          for (const int32_t value : values) {
-                                              text += (text.size() > 1 ? "," : "") +
-                                                      std::to_string(value);
-                                          }
-                                          return text + "]";
-                                      },
-                                      [](const sim::ListenerArgument& listener) {
-                                          return "listener " + listener.id;
-                                      }},
+    return std::visit(common::Overloaded{[](int32_t value) { return std::to_string(value); },
+                                         [](const std::string& text) { return text; },
+                                         [](const std::vector<int32_t>& values) {
+                                             std::string text = "[";
+                                             for (const int32_t value : values) {
+                                                 text += (text.size() > 1 ? "," : "") +
+                                                         std::to_string(value);
+                                             }
+                                             return text + "]";
+                                         },
+                                         [](const sim::ListenerArgument& listener) {
+                                             return "listener " + listener.id;
+                                         }},
                       argument);
 }
 
@@ -87,7 +87,7 @@ std::string textOf(const sim::Health& health) {
 
 std::string fullText(const sim::Deed& deed, const sim::Scenario& scenario) {
     return std::visit(
-            sim::Overloaded{
+            common::Overloaded{
                     [&](const sim::SetZones& zones) { return textOf(zones, scenario); },
                     [](const sim::SetNodes& nodes) { return textOf(nodes); },
                     [](const sim::SetProperties& properties) { return textOf(properties); },

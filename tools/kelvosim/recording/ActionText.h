@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "sim/Scenario.h"
+#include "sim/scenario/Scenario.h"
 
 /** What an action of the timeline does, on one line of at most 100 bytes: "screen 0". */
 std::string actionText(const sim::Deed& deed, const sim::Scenario& scenario);

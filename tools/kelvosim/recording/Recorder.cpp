@@ -10,8 +10,9 @@
 #include "core/KelvoState.h"
 #include "recording/ActionText.h"
 #include "recording/RunInfo.h"
-#include "sim/PhoneTree.h"
-#include "sim/VirtualTime.h"
+#include "sim/scenario/PhonePaths.h"
+#include "sim/tree/PhoneTree.h"
+#include "sim/virtual/VirtualTime.h"
 #include "thermalstatus/KelvoThermalStatus.h"
 
 namespace {

@@ -9,9 +9,9 @@
 #include "heat/HeatDecisions.h"
 #include "recording/Recording.h"
 #include "shelltemp/FittingPass.h"
-#include "sim/Event.h"
-#include "sim/Plant.h"
-#include "sim/Scenario.h"
+#include "sim/plant/Plant.h"
+#include "sim/scenario/Event.h"
+#include "sim/scenario/Scenario.h"
 #include "thermalstatus/LevelDecision.h"
 
 /**

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "sim/PhoneTree.h"
+#include "sim/tree/PhoneTree.h"
 
 namespace {
 

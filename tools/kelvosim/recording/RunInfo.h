@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "sim/Scenario.h"
+#include "sim/scenario/Scenario.h"
 
 /** What was run. Texts are empty where there is nothing to say. */
 struct RunInfo {
