@@ -8,41 +8,27 @@
 #include <unistd.h>
 
 #include <array>
-#include <chrono>
-#include <fstream>
-#include <stdexcept>
 #include <system_error>
 
 #include "HubSocket.h"
+#include "sim/process/ServeWait.h"
 
 namespace sim {
 
 namespace {
 
 using android::base::unique_fd;
-using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds kLimit(20);  // also on a machine that is busy
-constexpr int kLookMs = 1;                  // between two looks at the hub's socket
+constexpr int kLookMs = 1;  // between two looks at the hub's socket
 
 constexpr char kHub[] = "binderhub";
 constexpr char kServiceManager[] = "servicemanager";
 
-std::string lastLine(const std::string& file) {
-    std::ifstream stream(file);
-    std::string last;
-    for (std::string line; std::getline(stream, line);) {
-        last = line.empty() ? last : line;
-    }
-    return last;
-}
-
 /** Whether the writer of this pipe sends something before it ends and within the limit. */
-bool becomesReadable(int fd) {
-    constexpr std::chrono::milliseconds limit(kLimit);
+bool becomesReadable(int fd, const ServeWait& wait) {
     pollfd entry{fd, POLLIN, 0};
     char byte = 0;
-    return poll(&entry, 1, static_cast<int>(limit.count())) == 1 && read(fd, &byte, 1) == 1;
+    return poll(&entry, 1, wait.leftMs()) == 1 && read(fd, &byte, 1) == 1;
 }
 
 }  // namespace
@@ -75,13 +61,13 @@ bool BinderPlatform::usesKernelDriver() {
 
 void BinderPlatform::startHub() {
     mkdir((mRoot + "/dev").c_str(), 0755);
+    const ServeWait wait;
     mHub = std::make_unique<PhoneProcess>(
             std::vector<std::string>{mPrograms + "/" + kHub, "--socket", hubSocket()}, mRoot,
             logPath(kHub));
-    const Clock::time_point end = Clock::now() + kLimit;
     while (binderhub::connectTo(hubSocket()) < 0) {
-        if (mHub->ending() || Clock::now() > end) {
-            refuse(kHub);
+        if (mHub->ending() || wait.isOver()) {
+            wait.refuse(kHub, *mHub, logPath(kHub));
         }
         poll(nullptr, 0, kLookMs);
     }
@@ -94,20 +80,15 @@ void BinderPlatform::startServiceManager() {
     }
     const unique_fd reader(ends[0]);
     unique_fd writer(ends[1]);
+    const ServeWait wait;
     mServiceManager = std::make_unique<PhoneProcess>(
             std::vector<std::string>{mPrograms + "/" + kServiceManager}, mRoot,
             logPath(kServiceManager), writer.get());
     writer.reset();
     // It writes one line, when it serves.
-    if (!becomesReadable(reader)) {
-        refuse(kServiceManager);
+    if (!becomesReadable(reader, wait)) {
+        wait.refuse(kServiceManager, *mServiceManager, logPath(kServiceManager));
     }
-}
-
-void BinderPlatform::refuse(const std::string& program) const {
-    const std::string reason = lastLine(logPath(program));
-    throw std::runtime_error(program + " does not serve: " +
-                             (reason.empty() ? logPath(program) + " says nothing" : reason));
 }
 
 std::string BinderPlatform::logPath(const std::string& program) const {

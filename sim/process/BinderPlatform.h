@@ -46,7 +46,6 @@ class BinderPlatform {
     void startServiceManager();
     std::string logPath(const std::string& program) const;
     std::string hubSocket() const;
-    [[noreturn]] void refuse(const std::string& program) const;
 
     const std::string mPrograms;
     const std::string mRoot;

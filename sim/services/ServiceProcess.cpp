@@ -6,16 +6,14 @@
 #include <unistd.h>
 
 #include <array>
-#include <stdexcept>
 #include <system_error>
 
+#include "sim/process/ServeWait.h"
 #include "sim/services/ActionLine.h"
 
 namespace sim {
 
 namespace {
-
-constexpr int kLimitMs = 10000;  // for a process to start on a busy machine
 
 /** Bytes that have come; false when none will come any more. */
 bool receive(int fd, std::string* text) {
@@ -53,24 +51,26 @@ ServiceProcess::ServiceProcess(const Place& place, const ServiceKind& kind,
     }
     mLink.reset(ends[0]);
     const android::base::unique_fd other(ends[1]);
-    mProcess.emplace(std::vector<std::string>{place.program, kind.name}, place.root,
-                     place.logs + "/service-" + kind.name + ".log", other.get(), other.get());
+    const std::string log = place.logs + "/service-" + kind.name + ".log";
+    mProcess.emplace(std::vector<std::string>{place.program, kind.name}, place.root, log,
+                     other.get(), other.get());
     // What was set before it was there. Nobody calls it yet, so nobody hears of a change.
     for (const Deed& deed : mContext.values.get().asDeeds()) {
         perform(deed);
     }
     send(kServeCommand);
-    waitUntilReady(kind.name);
+    waitUntilReady(kind.name, log);
 }
 
-void ServiceProcess::waitUntilReady(const std::string& name) {
+void ServiceProcess::waitUntilReady(const std::string& name, const std::string& log) {
+    const ServeWait wait;
     std::string line;
     pollfd fd{mLink.get(), POLLIN, 0};
     while (line != kServiceReady) {
         if (takeLine(&line)) {
             handle(line);  // a client may be faster than the word that it is ready
-        } else if (poll(&fd, 1, kLimitMs) <= 0 || !receive(mLink.get(), &mPending)) {
-            throw std::runtime_error("the service " + name + " does not serve");
+        } else if (poll(&fd, 1, wait.leftMs()) <= 0 || !receive(mLink.get(), &mPending)) {
+            wait.refuse("the service " + name, *mProcess, log);
         }
     }
 }

@@ -39,7 +39,7 @@ class ServiceProcess : public PhoneService {
     pid_t pid() const { return mProcess->pid(); }
 
   private:
-    void waitUntilReady(const std::string& name);
+    void waitUntilReady(const std::string& name, const std::string& log);
     void handle(const std::string& line);
     bool takeLine(std::string* line);
     void send(std::string line);
