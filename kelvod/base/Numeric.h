@@ -23,6 +23,10 @@ inline int32_t saturatingInt32(double value) {
     return static_cast<int32_t>(value);
 }
 
+inline int32_t saturatingInt32(float value) {
+    return saturatingInt32(static_cast<double>(value));
+}
+
 /** 32-bit sum, difference and product that wrap in two's complement. */
 inline int32_t wrappingAdd(int32_t a, int32_t b) {
     return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));

@@ -4,11 +4,11 @@
 #include <pthread.h>
 #include <time.h>
 
+#include "base/Time.h"
+
 namespace kelvo {
 
 namespace {
-
-constexpr int64_t kNanosPerSecond = 1'000'000'000;
 
 // The clock that android::Condition waits on. Unlike systemTime() it can report a failure.
 int readMonotonic(int64_t* nanos) {

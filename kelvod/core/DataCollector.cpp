@@ -9,7 +9,7 @@ namespace kelvo {
 
 namespace {
 
-constexpr nsecs_t kNanosPerDay = 86'400'000'000'000;
+constexpr nsecs_t kNanosPerDay = 24 * 3600 * kNanosPerSecond;
 
 const char* typeKey(DcType type) {
     switch (type) {
