@@ -2,10 +2,12 @@
 
 #include <string>
 
+#include "config/ConfigNames.h"
+
 namespace kelvo {
 
 /** A main file without this text anywhere is taken for a wrong one. */
-inline constexpr char kMainFileMark[] = "temp_threshold_down";
+inline constexpr const char* kMainFileMark = key::kTempThresholdDown;
 
 /**
  * Chooses the newest readable file of `count` candidates (of equally new ones the later candidate),

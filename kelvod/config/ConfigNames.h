@@ -66,6 +66,20 @@ inline constexpr char kCurrent5G[] = "current_value_5G";
 
 }  // namespace key
 
+/** What "paramter_name" calls the coefficients of the ambient estimate. */
+namespace parameter {
+
+inline constexpr char kTemp[] = "temp_coeff";
+inline constexpr char kTempSlope[] = "tempSlope_coeff";
+inline constexpr char kPower[] = "power_coeff";
+inline constexpr char kConst[] = "const_coeff";
+// As members beside the list they count, too.
+using key::kPowerDiffThreshold;
+using key::kTempRateThreshold;
+inline constexpr char kBatteryCurrent[] = "battery_current_coeff";
+
+}  // namespace parameter
+
 /** Members of "shell_temp_fitting_model" that the daemon knows by name. */
 namespace scene {
 

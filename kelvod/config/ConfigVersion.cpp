@@ -1,16 +1,17 @@
 #include "config/ConfigVersion.h"
 
 #include "base/Log.h"
+#include "config/ConfigNames.h"
 #include "config/KelvoConfig.h"
 
 namespace kelvo {
 
 std::string configVersion() {
     Json::Value version;
-    if (KelvoConfig::getInstance().getConfig(&version, {"config_version"}) != 0 ||
+    if (KelvoConfig::getInstance().getConfig(&version, {key::kConfigVersion}) != 0 ||
         !version.isConvertibleTo(Json::stringValue)) {
         KLOGD("no config_version");
-        return "noversion";
+        return kNoVersion;
     }
     return version.asString();
 }

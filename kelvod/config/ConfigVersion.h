@@ -4,7 +4,10 @@
 
 namespace kelvo {
 
-/** The text at "config_version" of the configuration; "noversion" when there is none. */
+/** What stands for a version that is missing. */
+inline constexpr char kNoVersion[] = "noversion";
+
+/** The text at "config_version" of the configuration, or kNoVersion. */
 std::string configVersion();
 
 }  // namespace kelvo

@@ -9,7 +9,9 @@
 #include "base/Time.h"
 #include "base/TimeUtils.h"
 #include "base/UpCall.h"
+#include "config/ConfigNames.h"
 #include "config/KelvoConfig.h"
+#include "core/KelvoMessages.h"
 #include "core/MessageManager.h"
 #include "core/StateCalls.h"
 
@@ -20,7 +22,6 @@ using kelvo::wrappingSub;
 
 namespace {
 
-constexpr char kBoardOutput[] = "board";
 constexpr int32_t kShellTempAtom = 100001;
 constexpr int32_t kTenth = 100;             // m°C
 constexpr int64_t kMostAboveBoard = 20000;  // m°C
@@ -43,7 +44,7 @@ struct Outputs {
 Outputs summarise(const std::map<std::string, int32_t>& outputs) {
     Outputs result;
     for (const auto& [name, temp] : outputs) {
-        if (name == kBoardOutput) {
+        if (name == kelvo::model::kBoard) {
             continue;
         }
         if (!result.any || temp > result.maximum) {
@@ -59,8 +60,7 @@ Outputs summarise(const std::map<std::string, int32_t>& outputs) {
 }  // namespace
 
 KelvoState::KelvoState() {
-    mThrottlingThresholds.fill(std::numeric_limits<int32_t>::max());
-    readThrottlingThresholds();
+    initThrottlingThresholds();
     {
         Mutex::Autolock lock(mBigDataMutex);
         restartRecord(kelvo::getLocalDay());
@@ -69,19 +69,13 @@ KelvoState::KelvoState() {
 }
 
 // One key for two readers: as an object it holds the thermal-status engine's broadcast band.
-void KelvoState::readThrottlingThresholds() {
-    Json::Value values;
-    if (kelvo::KelvoConfig::getInstance().getConfig(&values, {"shell_temp_broadcast"}) != 0 ||
-        !values.isArray()) {
-        return;
-    }
-    size_t slot = 0;
-    for (const Json::Value& value : values) {
-        if (slot < kThrottlingThresholds && value.isInt()) {
-            mThrottlingThresholds[slot] = value.asInt();
-            KLOGD("Broadcast throttling %d: %d", static_cast<int>(slot), value.asInt());
-            ++slot;
-        }
+void KelvoState::initThrottlingThresholds() {
+    Json::Value section;
+    kelvo::KelvoConfig::getInstance().getConfig(&section, {kelvo::key::kShellTempBroadcast});
+    mThrottlingThresholds = kelvo::readThrottlingThresholds(section);
+    for (size_t slot = 0; slot < mThrottlingThresholds.count; ++slot) {
+        KLOGD("Broadcast throttling %d: %d", static_cast<int>(slot),
+              mThrottlingThresholds.values[slot]);
     }
 }
 
@@ -89,7 +83,7 @@ void KelvoState::updateShellTemps(const std::map<std::string, int32_t>& outputs,
                                   const std::map<std::string, std::vector<int32_t>>& zoneTemps) {
     {
         Mutex::Autolock lock(mMutex);
-        const auto board = outputs.find(kBoardOutput);
+        const auto board = outputs.find(kelvo::model::kBoard);
         if (board != outputs.end()) {
             mBoardTemp = board->second;
         }
@@ -141,18 +135,13 @@ void KelvoState::logDetails(int32_t maximum, const std::vector<int32_t>& zoneTem
 }
 
 void KelvoState::notifyTempChanged() const {
-    kelvo::KelvoMessage message;
-    message.what = kelvo::MSG_SHELL_TEMP_CHANGED;
-    message.iValue = mShellTemp;
-    kelvo::MessageManager::getInstance().sendMessage(message);
+    kelvo::MessageManager::getInstance().sendMessage(kelvo::messages::shellTempChanged(mShellTemp));
 }
 
 // The message is dropped by the loop, but its sender is part of the daemon's traffic.
 void KelvoState::notifyThermalState() const {
-    kelvo::KelvoMessage message;
-    message.what = kelvo::MSG_THERMAL_STATE;
-    message.iValue = stateCalls().thermalStatus();
-    kelvo::MessageManager::getInstance().sendMessage(message);
+    const int32_t status = stateCalls().thermalStatus();
+    kelvo::MessageManager::getInstance().sendMessage(kelvo::messages::thermalState(status));
 }
 
 void KelvoState::updateDisplayState(int status) {

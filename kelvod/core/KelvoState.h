@@ -4,7 +4,6 @@
 #include <utils/Mutex.h>
 #include <utils/Singleton.h>
 
-#include <array>
 #include <atomic>
 #include <cstdint>
 #include <limits>
@@ -12,8 +11,10 @@
 #include <string>
 #include <vector>
 
+#include "core/BigDataConfig.h"
 #include "core/DailyTempRecord.h"
 #include "core/PackageTimes.h"
+#include "core/ThrottlingThresholds.h"
 
 /**
  * The daemon's view of the device: shell and board temperature, display, foreground package,
@@ -61,7 +62,7 @@ class KelvoState : public android::Singleton<KelvoState> {
     friend class android::Singleton<KelvoState>;
     KelvoState();
 
-    void readThrottlingThresholds();
+    void initThrottlingThresholds();
     bool isChange(int32_t maximum) const REQUIRES(mMutex);
     void takeShellTemp(bool anyOutput, int32_t maximum) REQUIRES(mMutex);
     void logDetails(int32_t maximum, const std::vector<int32_t>& zoneTemps) REQUIRES(mMutex);
@@ -77,28 +78,26 @@ class KelvoState : public android::Singleton<KelvoState> {
     void updateTempDataCollectionLocked() REQUIRES(mBigDataMutex);
     void updateCollingDeviceDataCollection(const std::string& day) const;
 
-    static constexpr size_t kThrottlingThresholds = 7;
     static constexpr int32_t kDefaultBoardTemp = 40000;  // m°C
-    static constexpr int32_t kDefaultSamplePeriod = 60;  // s
 
-    // Constant after construction.
-    std::array<int32_t, kThrottlingThresholds> mThrottlingThresholds;
+    // Constant after construction; nothing applies them.
+    kelvo::ThrottlingThresholds mThrottlingThresholds;
 
     // Written under the state mutex, read by anyone.
     std::atomic<int32_t> mShellTemp = 0;
     std::atomic<int32_t> mBoardTemp = kDefaultBoardTemp;
     std::atomic<int32_t> mThrottlingLevel = 0;
 
-    mutable android::Mutex mMutex;  // the state mutex
-    int32_t mDisplayState GUARDED_BY(mMutex) = 1;
+    mutable android::Mutex mMutex;                 // the state mutex
+    int32_t mDisplayState GUARDED_BY(mMutex) = 1;  // recorded; nothing reads it
     int32_t mLastLoggedTemp GUARDED_BY(mMutex) = -1;
     std::string mHottestOutput GUARDED_BY(mMutex);
-    int64_t mChargingStart GUARDED_BY(mMutex) = 0;  // monotonic, ns; kept for diagnostics
+    int64_t mChargingStart GUARDED_BY(mMutex) = 0;  // monotonic, ns; recorded, not read
     kelvo::PackageTimes mPackages GUARDED_BY(mMutex);
 
     mutable android::Mutex mBigDataMutex;
     bool mBigDataEnabled GUARDED_BY(mBigDataMutex) = false;
-    int32_t mSamplePeriod GUARDED_BY(mBigDataMutex) = kDefaultSamplePeriod;
+    int32_t mSamplePeriod GUARDED_BY(mBigDataMutex) = kelvo::kDefaultSamplePeriod;  // s
     int32_t mThermalOffThousandth GUARDED_BY(mBigDataMutex) = 0;
     bool mSampling GUARDED_BY(mBigDataMutex) = false;  // drawn once a day
     kelvo::DailyTempRecord mRecord GUARDED_BY(mBigDataMutex);

@@ -7,9 +7,11 @@
 #include "base/ProcessId.h"
 #include "base/Time.h"
 #include "base/TimeUtils.h"
+#include "config/ConfigNames.h"
 #include "config/ConfigVersion.h"
 #include "config/KelvoConfig.h"
 #include "core/DataCollector.h"
+#include "core/KelvoMessages.h"
 #include "core/KelvoState.h"
 #include "core/MessageManager.h"
 
@@ -20,7 +22,6 @@ using kelvo::KelvoConfig;
 namespace {
 
 constexpr int64_t kPidSpread = 246411243;
-constexpr int32_t kShortestPeriod = 10;  // s
 constexpr int32_t kThousand = 1000;
 constexpr int kKeptDays = 7;
 constexpr int64_t kNanosPerHour = 3600 * kelvo::kNanosPerSecond;
@@ -32,11 +33,15 @@ void seedRandom() {
     srandom(static_cast<uint32_t>(wall * monotonic + spread));
 }
 
-/** A whole number of "big_data"; `otherwise` when it is absent, none, or below `least`. */
-int32_t readSetting(const char* name, int32_t least, int32_t otherwise) {
-    Json::Value value;
-    const bool known = KelvoConfig::getInstance().getConfig(&value, {"big_data", name}) == 0;
-    return known && value.isInt() && value.asInt() >= least ? value.asInt() : otherwise;
+kelvo::BigDataConfig readConfig() {
+    Json::Value section;
+    KelvoConfig& config = KelvoConfig::getInstance();
+    // The way to a member, because the store says when it leads through something else.
+    if (config.getConfig(&section, {kelvo::key::kBigData, kelvo::key::kEnable}) != 0) {
+        return {};
+    }
+    config.getConfig(&section, {kelvo::key::kBigData});
+    return kelvo::readBigDataConfig(section);
 }
 
 }  // namespace
@@ -45,15 +50,14 @@ void KelvoState::initBigDataSetting() {
     Mutex::Autolock lock(mBigDataMutex);
     seedRandom();
     // Only the period returns to its default; what was on stays on when "enable" goes away.
-    mSamplePeriod = kDefaultSamplePeriod;
-    Json::Value enable;
-    if (KelvoConfig::getInstance().getConfig(&enable, {"big_data", "enable"}) != 0 ||
-        !enable.isInt() || enable.asInt() != 1) {
+    mSamplePeriod = kelvo::kDefaultSamplePeriod;
+    const kelvo::BigDataConfig config = readConfig();
+    if (!config.enabled) {
         return;
     }
     mBigDataEnabled = true;
-    mThermalOffThousandth = readSetting("thermal_off_thousandth", 1, mThermalOffThousandth);
-    mSamplePeriod = readSetting("sample_period", kShortestPeriod, mSamplePeriod);
+    mThermalOffThousandth = config.thermalOffThousandth.value_or(mThermalOffThousandth);
+    mSamplePeriod = config.samplePeriod;
     KLOGI("Big data collection has been enabled, sample period %d, thermal off thousandth %d",
           mSamplePeriod, mThermalOffThousandth);
 }
@@ -94,17 +98,13 @@ void KelvoState::restartRecord(const std::string& day) {
 }
 
 void KelvoState::updateCollingDeviceDataCollection(const std::string& day) const {
-    kelvo::KelvoMessage message;
-    message.what = kelvo::MSG_COLLECT_BIG_DATA;
-    message.sValue = day;
-    message.iValue = 1;
-    kelvo::MessageManager::getInstance().sendMessage(message);
+    kelvo::MessageManager::getInstance().sendMessage(kelvo::messages::collectBigData(day, true));
 }
 
 void KelvoState::getTempDataCollectionLocked(Json::Value& out) const {
     out["thermal"] = !mSampling;
     mRecord.write(out);
-    out["config_version"] = kelvo::configVersion();
+    out[kelvo::key::kConfigVersion] = kelvo::configVersion();
 }
 
 Json::Value KelvoState::getTempDataCollection() const {

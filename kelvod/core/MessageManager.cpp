@@ -10,6 +10,7 @@
 #include "base/Time.h"
 #include "base/UpCall.h"
 #include "base/WorkThread.h"
+#include "core/KelvoMessages.h"
 #include "core/MessageActions.h"
 
 ANDROID_SINGLETON_STATIC_INSTANCE(kelvo::MessageManager)
@@ -27,12 +28,6 @@ nsecs_t millisecondsToNanos(int milliseconds) {
     return ms2ns(nsecs_t{milliseconds});
 }
 
-KelvoMessage flashSceneMessage() {
-    KelvoMessage message;
-    message.what = MSG_LOAD_FLASH_SCENE;
-    return message;
-}
-
 }  // namespace
 
 void MessageHandle::handleMessage(const Message&) {
@@ -41,7 +36,7 @@ void MessageHandle::handleMessage(const Message&) {
 
 MessageManager::MessageManager()
       : mLooper(new Looper(false)),
-        mThrottlingHandler(new MessageHandle(flashSceneMessage())),
+        mThrottlingHandler(new MessageHandle(messages::loadFlashScene())),
         mScenes(this) {}
 
 void MessageManager::joinLoop() {

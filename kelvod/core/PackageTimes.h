@@ -38,7 +38,7 @@ class PackageTimes {
   private:
     std::string mForeground;
     std::string mTimed;       // the package that time is running for; at start the empty name
-    int64_t mSwitchTime = 0;  // kept for diagnostics
+    int64_t mSwitchTime = 0;  // recorded; nothing reads it
     int64_t mLastRecord = 0;
     std::map<std::string, int64_t> mSeconds;
     std::map<std::string, int32_t> mCharges;

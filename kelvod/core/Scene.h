@@ -4,6 +4,8 @@
 #include <map>
 #include <string>
 
+#include "config/ConfigNames.h"
+
 namespace kelvo {
 
 /** What a client or a listener asks of the scene state machine (message code 9). */
@@ -15,12 +17,12 @@ enum class ShellFittingSceneOpCode : int32_t {
     SCREEN_FOLD = 4,
 };
 
-/** Scene code → name of the model set. "wirless_charge" is what configurations say. */
+/** Scene code → name of the model set. */
 inline const std::map<int32_t, std::string> kSceneNames = {
-        {1, "default"},
-        {2, "flashon"},
-        {3, "wirless_charge"},
-        {4, "screen_fold"},
+        {static_cast<int32_t>(ShellFittingSceneOpCode::DEFAULT), scene::kDefault},
+        {static_cast<int32_t>(ShellFittingSceneOpCode::FLASH_ON), scene::kFlashOn},
+        {static_cast<int32_t>(ShellFittingSceneOpCode::WIRELESS_CHARGE), scene::kWirelessCharge},
+        {static_cast<int32_t>(ShellFittingSceneOpCode::SCREEN_FOLD), scene::kScreenFold},
 };
 
 }  // namespace kelvo

@@ -8,10 +8,6 @@ namespace kelvo {
 namespace {
 
 constexpr int kFlashDelayMs = 5000;
-constexpr char kDefaultScene[] = "default";
-constexpr char kFlashScene[] = "flashon";
-constexpr char kWirelessScene[] = "wirless_charge";
-constexpr char kFoldScene[] = "screen_fold";
 
 }  // namespace
 
@@ -59,7 +55,7 @@ void SceneMachine::load(const std::string& scene) {
 }
 
 void SceneMachine::requestFlash() {
-    if (mCurrentScene == kWirelessScene) {
+    if (mCurrentScene == scene::kWirelessCharge) {
         KLOGE("current scene is wireless charge, ignore flash scene");
         return;
     }
@@ -68,7 +64,7 @@ void SceneMachine::requestFlash() {
 }
 
 void SceneMachine::requestFold(const std::string& scene) {
-    if (mCurrentScene == kFlashScene) {
+    if (mCurrentScene == scene::kFlashOn) {
         KLOGE("current scene is flashon, ignore screen fold scene");
         return;
     }
@@ -77,18 +73,18 @@ void SceneMachine::requestFold(const std::string& scene) {
 
 void SceneMachine::applyFlash() {
     KLOGE("load light lamp fitting model triggered, current scene:%s", mCurrentScene.c_str());
-    if (mActions->switchScene(kFlashScene) && mCurrentScene != kFlashScene) {
+    if (mActions->switchScene(scene::kFlashOn) && mCurrentScene != scene::kFlashOn) {
         mRollbackScene = mCurrentScene;
     }
     // Also after a failed switch: a fold must be held back for as long as the lamp is on.
-    mCurrentScene = kFlashScene;
+    mCurrentScene = scene::kFlashOn;
 }
 
 void SceneMachine::applyFold(int32_t value) {
     KLOGD("switch screen fold fitting model Triggered");
-    const std::string target = value == 0 ? kFoldScene : kDefaultScene;
+    const std::string target = value == 0 ? scene::kScreenFold : scene::kDefault;
     mRollbackScene = target;
-    if (mCurrentScene != kFlashScene) {
+    if (mCurrentScene != scene::kFlashOn) {
         mActions->switchScene(target);
         mCurrentScene = target;  // whether or not the models could be switched
     }

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+#include "config/ConfigNames.h"
+
 namespace kelvo {
 
 /**
@@ -36,7 +38,6 @@ class SceneMachine {
     void applyFold(int32_t value);
 
     const std::string& currentScene() const { return mCurrentScene; }
-    const std::string& rollbackScene() const { return mRollbackScene; }
 
   private:
     void restore();
@@ -45,8 +46,8 @@ class SceneMachine {
     void requestFold(const std::string& scene);
 
     Actions* const mActions;
-    std::string mCurrentScene = "default";
-    std::string mRollbackScene = "default";
+    std::string mCurrentScene = scene::kDefault;
+    std::string mRollbackScene = scene::kDefault;
     int32_t mLastOpCode = 0;  // so a first "restore" counts as a repetition
 };
 

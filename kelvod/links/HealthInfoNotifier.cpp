@@ -3,12 +3,11 @@
 #include <android/binder_manager.h>
 
 #include "base/Log.h"
+#include "config/ConfigNames.h"
+#include "core/KelvoMessages.h"
 #include "core/MessageManager.h"
-#include "core/Scene.h"
 #include "links/AidlHealthInfoListener.h"
 #include "links/HidlHealthInfoListener.h"
-
-using kelvo::KelvoMessage;
 
 ANDROID_SINGLETON_STATIC_INSTANCE(HealthInfoNotifier)
 
@@ -66,18 +65,13 @@ bool HealthInfoNotifier::getChargerWirelessStats() {
 
 void HealthInfoNotifier::notifyChargeStats(bool charging) {
     KLOGD("ChargeStats changed to %d\n", charging ? 1 : 0);
-    KelvoMessage message;
-    message.what = kelvo::MSG_CHARGE_STATE;
-    message.iValue = charging ? 1 : 0;
-    kelvo::MessageManager::getInstance().sendMessage(message);
+    kelvo::MessageManager::getInstance().sendMessage(kelvo::messages::chargeState(charging));
 }
 
 void HealthInfoNotifier::notifyWirelessStats(const std::string& scene) {
     KLOGD("chargerWireless changed to %s\n", scene.c_str());
-    const auto opCode = scene == "wirless_charge" ? kelvo::ShellFittingSceneOpCode::WIRELESS_CHARGE
-                                                  : kelvo::ShellFittingSceneOpCode::RESTORE;
-    KelvoMessage message;
-    message.what = kelvo::MSG_SCENE_OP_CODE;
-    message.iValue = static_cast<int32_t>(opCode);
-    kelvo::MessageManager::getInstance().sendMessage(message);
+    const auto opCode = scene == kelvo::scene::kWirelessCharge
+                                ? kelvo::ShellFittingSceneOpCode::WIRELESS_CHARGE
+                                : kelvo::ShellFittingSceneOpCode::RESTORE;
+    kelvo::MessageManager::getInstance().sendMessage(kelvo::messages::sceneOpCode(opCode));
 }

@@ -1,5 +1,6 @@
 #include "links/HealthState.h"
 
+#include "config/ConfigNames.h"
 #include "core/KelvoState.h"
 
 using android::Mutex;
@@ -17,7 +18,7 @@ void HealthState::update(bool ac, bool usb, bool wireless) {
     }
     if (wireless != mChargerWireless) {
         mChargerWireless = wireless;
-        mObserver.onWireless(wireless ? "wirless_charge" : "default");
+        mObserver.onWireless(wireless ? kelvo::scene::kWirelessCharge : kelvo::scene::kDefault);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "base/Log.h"
 #include "base/Time.h"
+#include "core/KelvoMessages.h"
 #include "core/MessageManager.h"
 
 namespace kelvo {
@@ -108,11 +109,7 @@ void BinderClient::handleBinderDied() {
         mNotifier = nullptr;
         mDeathTime = monotonicNanos();
     }
-    KelvoMessage message;
-    message.what = MSG_UNREGISTER_CLIENT;
-    message.iParam = mUid;
-    message.binder = mBinder;
-    MessageManager::getInstance().sendMessage(message);
+    MessageManager::getInstance().sendMessage(messages::unregisterClient(mUid, mBinder));
 }
 
 }  // namespace kelvo

@@ -45,7 +45,7 @@ class BinderClient : public android::RefBase {
     // Guards what follows; held across the calls to the listener, taken after the manager's.
     android::Mutex mMutex;
     android::sp<IKelvoNotifier> mNotifier GUARDED_BY(mMutex);  // null once it died
-    int64_t mDeathTime GUARDED_BY(mMutex) = 0;                 // monotonic, ns; for diagnostics
+    int64_t mDeathTime GUARDED_BY(mMutex) = 0;                 // monotonic, ns; nothing reads it
     // Latest result of each kind of notification; -1 ends it.
     int32_t mStatusResult GUARDED_BY(mMutex) = 0;
     int32_t mBroadcastResult GUARDED_BY(mMutex) = 0;

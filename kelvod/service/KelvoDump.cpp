@@ -11,10 +11,12 @@
 #include "base/Log.h"
 #include "base/TimeUtils.h"
 #include "base/Version.h"
+#include "config/ConfigNames.h"
 #include "config/ConfigVersion.h"
 #include "config/KelvoConfig.h"
 #include "config/PlatformAdaptor.h"
 #include "core/DataCollector.h"
+#include "core/KelvoMessages.h"
 #include "core/KelvoState.h"
 #include "core/MessageManager.h"
 #include "service/IKelvoService.h"
@@ -36,7 +38,7 @@ void writeText(int fd, const std::string& text) {
 
 std::optional<std::string> modelConfig() {
     Json::Value models;
-    if (KelvoConfig::getInstance().getConfig(&models, {"shell_temp_fitting_model"}) != 0) {
+    if (KelvoConfig::getInstance().getConfig(&models, {key::kFittingModels}) != 0) {
         KLOGE("no shell temp fitting model");
         return std::nullopt;
     }
@@ -68,10 +70,7 @@ android::status_t BnKelvoService::dump(int fd,
     if (!isPrivilegedCaller()) {
         return android::OK;  // an empty text
     }
-    KelvoMessage message;
-    message.what = MSG_COLLECT_BIG_DATA;
-    message.sValue = getLocalDay();
-    message.iValue = 0;
+    KelvoMessage message = messages::collectBigData(getLocalDay(), false);
     for (const android::String16& argument : arguments) {
         // The words may stand inside others: "unclear" clears as well.
         const std::string text = android::String8(argument).string();

@@ -6,6 +6,7 @@
 #include <binder/IPCThreadState.h>
 
 #include "base/Log.h"
+#include "core/KelvoMessages.h"
 #include "core/MessageManager.h"
 #include "thermalstatus/KelvoThermalStatus.h"
 
@@ -13,12 +14,8 @@ namespace kelvo {
 
 namespace {
 
-void post(int32_t what, const android::sp<android::IBinder>& listener) {
-    KelvoMessage message;
-    message.what = what;
-    message.iParam = static_cast<int32_t>(android::IPCThreadState::self()->getCallingUid());
-    message.binder = listener;
-    MessageManager::getInstance().sendMessage(message);
+int32_t callingUid() {
+    return static_cast<int32_t>(android::IPCThreadState::self()->getCallingUid());
 }
 
 }  // namespace
@@ -31,13 +28,14 @@ void KelvoService::registerClient(const Parcel& data, Parcel& reply) {
         reply.writeInt32(-1);
         return;
     }
-    post(MSG_REGISTER_CLIENT, listener);
+    MessageManager::getInstance().sendMessage(messages::registerClient(callingUid(), listener));
     reply.writeInt32(1);
 }
 
 void KelvoService::unregisterClient(const Parcel& data, Parcel& reply) {
     KLOGI("Unregister client");
-    post(MSG_UNREGISTER_CLIENT, data.readStrongBinder());
+    MessageManager::getInstance().sendMessage(
+            messages::unregisterClient(callingUid(), data.readStrongBinder()));
     reply.writeInt32(1);
 }
 
@@ -49,10 +47,7 @@ void KelvoService::getThermalStatus(const Parcel&, Parcel& reply) {
 }
 
 void KelvoService::notifyThermalStatus(const Parcel& data, Parcel&) {
-    KelvoMessage message;
-    message.what = MSG_NOTIFY_THERMAL_STATUS;
-    message.iValue = data.readInt32();
-    MessageManager::getInstance().sendMessage(message);
+    MessageManager::getInstance().sendMessage(messages::notifyThermalStatus(data.readInt32()));
 }
 
 }  // namespace kelvo

@@ -6,8 +6,10 @@
 
 #include "base/Log.h"
 #include "base/Version.h"
+#include "config/ConfigNames.h"
 #include "config/KelvoConfig.h"
 #include "core/DataCollector.h"
+#include "core/KelvoMessages.h"
 #include "core/MessageManager.h"
 #include "service/KelvoService.h"
 #include "service/ServiceCodes.h"
@@ -85,14 +87,13 @@ void KelvoService::peekBigData(const Parcel&, Parcel& reply) {
 }
 
 void KelvoService::reloadConfig(const Parcel&, Parcel&) {
-    KelvoMessage message;
-    message.what = MSG_RELOAD_CONFIG;
-    MessageManager::getInstance().sendMessageDelayed(message, kReloadDelay);
+    MessageManager::getInstance().sendMessageDelayed(messages::reloadConfig(), kReloadDelay);
 }
 
 void KelvoService::getCpuLimitProcesses(const Parcel&, Parcel& reply) {
     Json::Value limits;
-    if (KelvoConfig::getInstance().getConfig(&limits, {"cpulimit_process", "limit_info"}) != 0) {
+    if (KelvoConfig::getInstance().getConfig(&limits, {key::kCpuLimitProcess, key::kLimitInfo}) !=
+        0) {
         reply.writeInt32(0);
         return;
     }

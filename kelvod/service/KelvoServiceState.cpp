@@ -1,9 +1,9 @@
 // What the framework tells of the device.
 
 #include "base/Log.h"
+#include "core/KelvoMessages.h"
 #include "core/KelvoState.h"
 #include "core/MessageManager.h"
-#include "core/Scene.h"
 #include "links/ChargerProxyService.h"
 #include "service/KelvoService.h"
 #include "service/ParcelText.h"
@@ -14,10 +14,7 @@ namespace kelvo {
 namespace {
 
 void postScene(ShellFittingSceneOpCode opCode) {
-    KelvoMessage message;
-    message.what = MSG_SCENE_OP_CODE;
-    message.iValue = static_cast<int32_t>(opCode);
-    MessageManager::getInstance().sendMessage(message);
+    MessageManager::getInstance().sendMessage(messages::sceneOpCode(opCode));
 }
 
 }  // namespace
