@@ -26,7 +26,8 @@ void AmbientSamples::clear() {
 
 int32_t AmbientSamples::chargeMean() const {
     int32_t sum = 0;
-    // Slot 11 is left out although the divisor counts it: thresholds are tuned to that.
+    // Slot 11 is left out although the divisor counts it. It must stay so: a threshold in the
+    // configuration is compared with eleven twelfths of the mean.
     for (size_t slot = 0; slot < kCount - 1; ++slot) {
         sum = wrappingAdd(sum, mSlots[slot].batteryCurrent);
     }
@@ -63,11 +64,10 @@ void SteadySums::add(const AmbientSamples::Pair& pair) {
     ++count;
 }
 
-int32_t ambientOf(const SteadySums& sums, const AmbientCoeffs& coeffs) {
-    const double weighted = coeffs.at("temp_coeff") * sums.temp +
-                            coeffs.at("power_coeff") * sums.power +
-                            coeffs.at("tempSlope_coeff") * sums.slope;
-    return saturatingInt32(weighted / sums.count + coeffs.at("const_coeff"));
+int32_t ambientOf(const SteadySums& sums, const AmbientParams& params) {
+    const double weighted =
+            params.temp * sums.temp + params.power * sums.power + params.tempSlope * sums.slope;
+    return saturatingInt32(weighted / sums.count + params.constant);
 }
 
 std::optional<int32_t> EstimateWindow::add(int32_t estimate) {

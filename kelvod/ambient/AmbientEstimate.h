@@ -59,8 +59,8 @@ struct SteadySums {
     void add(const AmbientSamples::Pair& pair);
 };
 
-/** The ambient temperature (°C) that the coefficients make of these sums; `sums.count` above 0. */
-int32_t ambientOf(const SteadySums& sums, const AmbientCoeffs& coeffs);
+/** The ambient temperature (°C) that the parameters make of these sums; `sums.count` above 0. */
+int32_t ambientOf(const SteadySums& sums, const AmbientParams& params);
 
 /** Gathers twelve estimates into one. Not thread-safe. */
 class EstimateWindow {

@@ -1,87 +1,112 @@
 #include "ambient/AmbientParams.h"
 
-#include <utility>
+#include <map>
+#include <string_view>
 
-#include "base/Log.h"
+#include "config/ConfigPath.h"
 
 namespace kelvo {
 
 namespace {
 
 using Kind = AmbientFault::Kind;
+using Values = std::map<std::string, double>;
 
-constexpr double kDefaultChargeThreshold = 2500.0;  // mA
-
-const Json::Value& member(const Json::Value& root, const char* name) {
-    return root.isObject() ? root[name] : Json::Value::nullSingleton();
+const Json::Value& member(const Json::Value& section, const char* name) {
+    const Json::Value* const found = findMember(section, name);
+    return found != nullptr ? *found : Json::Value::nullSingleton();
 }
 
-/** Adds each pair of name and coefficient. */
-std::optional<AmbientFault> pairUp(const Json::Value& names, const Json::Value& values,
-                                   AmbientCoeffs& coeffs) {
+/** Adds the pairs of name and coefficient up to the first that is none. */
+std::optional<AmbientFault> pairUp(const Json::Value& section, AmbientFitting& fitting) {
+    const Json::Value& names = member(section, key::kParameterName);
+    const Json::Value& values = member(section, key::kCoefficient);
+    if (!names.isArray() || !values.isArray()) {
+        return AmbientFault{Kind::NO_ARRAYS};
+    }
     if (names.size() != values.size()) {
         return AmbientFault{Kind::UNEQUAL};
     }
     for (Json::ArrayIndex i = 0; i < names.size(); ++i) {
-        if (!values[i].isDouble() || !names[i].isString()) {
-            return AmbientFault{Kind::BAD_PAIR, i};
+        if (!names[i].isString()) {
+            return AmbientFault{Kind::BAD_NAME, i};
         }
-        coeffs[names[i].asString()] = values[i].asDouble();
-        KLOGD("paramter_name:%s, coefficient:%f", names[i].asCString(), values[i].asDouble());
+        if (!values[i].isDouble()) {
+            return AmbientFault{Kind::BAD_COEFFICIENT, i};
+        }
+        fitting.pairs.emplace_back(names[i].asString(), values[i].asDouble());
     }
     return std::nullopt;
 }
 
-void addThresholds(const Json::Value& root, AmbientCoeffs& coeffs) {
-    const Json::Value& rate = root["temp_rate_threshold"];
-    const Json::Value& power = root["power_diff_threshold"];
+Values valuesOf(const Json::Value& section, const AmbientFitting& fitting) {
+    Values values;
+    for (const auto& [name, value] : fitting.pairs) {
+        values[name] = value;
+    }
+    const Json::Value& rate = member(section, key::kTempRateThreshold);
+    const Json::Value& power = member(section, key::kPowerDiffThreshold);
     if (rate.isDouble() && power.isDouble()) {  // one alone does not count
-        coeffs["temp_rate_threshold"] = rate.asDouble();
-        coeffs["power_diff_threshold"] = power.asDouble();
+        values[key::kTempRateThreshold] = rate.asDouble();
+        values[key::kPowerDiffThreshold] = power.asDouble();
     }
-    const Json::Value& charge = root["charge_current_threshold"];
-    coeffs["charge_current_threshold"] =
-            charge.isDouble() ? charge.asDouble() : kDefaultChargeThreshold;
+    return values;
 }
 
-std::optional<AmbientFault> missingName(const AmbientCoeffs& coeffs) {
-    for (const char* name : {"temp_coeff", "tempSlope_coeff", "power_coeff", "const_coeff",
-                             "temp_rate_threshold", "power_diff_threshold"}) {
-        if (!coeffs.contains(name)) {
-            return AmbientFault{Kind::MISSING_NAME, 0, name};
+std::optional<AmbientFault> missingName(const Values& values) {
+    for (const std::string_view name : kAmbientParameters) {
+        if (name == parameter::kBatteryCurrent || values.find(std::string(name)) != values.end()) {
+            continue;
         }
+        const bool isThreshold =
+                name == parameter::kTempRateThreshold || name == parameter::kPowerDiffThreshold;
+        return AmbientFault{isThreshold ? Kind::MISSING_THRESHOLD : Kind::MISSING_NAME, 0,
+                            std::string(name)};
     }
     return std::nullopt;
 }
 
-std::optional<AmbientFault> parse(const std::string& scene, const Json::Value& root,
-                                  AmbientCoeffs& coeffs) {
-    const Json::Value& names = member(root, "paramter_name");
-    const Json::Value& values = member(root, "coefficient");
-    if (!names.isArray() || !values.isArray()) {
-        KLOGE("parse ambient fitting parameters failed: %s", scene.c_str());
-        return AmbientFault{Kind::NO_ARRAYS};
+/** Of values none of which is missing. */
+AmbientParams paramsOf(const Values& values) {
+    AmbientParams params;
+    params.temp = values.at(parameter::kTemp);
+    params.tempSlope = values.at(parameter::kTempSlope);
+    params.power = values.at(parameter::kPower);
+    params.constant = values.at(parameter::kConst);
+    params.tempRateThreshold = values.at(parameter::kTempRateThreshold);
+    params.powerDiffThreshold = values.at(parameter::kPowerDiffThreshold);
+    if (const auto found = values.find(parameter::kBatteryCurrent); found != values.end()) {
+        params.batteryCurrent = found->second;
     }
-    if (auto fault = pairUp(names, values, coeffs)) {
-        return fault;
+    return params;
+}
+
+void readChargeThreshold(const Json::Value& section, AmbientFitting& fitting) {
+    const Json::Value& charge = member(section, key::kChargeCurrentThreshold);
+    if (charge.isDouble() && fitting.params) {
+        fitting.params->chargeThreshold = charge.asDouble();
+    } else if (!charge.isDouble() && !charge.isNull()) {
+        fitting.faults.push_back({Kind::WRONG_TYPE, 0, key::kChargeCurrentThreshold});
     }
-    addThresholds(root, coeffs);
-    return missingName(coeffs);
 }
 
 }  // namespace
 
-std::optional<AmbientCoeffs> parseAmbientFitting(const std::string& scene, const Json::Value& root,
-                                                 AmbientFault* fault) {
-    AmbientCoeffs coeffs;
-    auto found = parse(scene, root, coeffs);
-    if (!found) {
-        return coeffs;
+AmbientFitting readAmbientFitting(const Json::Value& section) {
+    AmbientFitting fitting;
+    std::optional<AmbientFault> fault = pairUp(section, fitting);
+    if (!fault) {
+        const Values values = valuesOf(section, fitting);
+        fault = missingName(values);
+        if (!fault) {
+            fitting.params = paramsOf(values);
+        }
     }
-    if (fault != nullptr) {
-        *fault = std::move(*found);
+    if (fault) {
+        fitting.faults.push_back(*fault);
     }
-    return std::nullopt;
+    readChargeThreshold(section, fitting);
+    return fitting;
 }
 
 }  // namespace kelvo

@@ -3,7 +3,9 @@
 #include "base/Log.h"
 #include "base/Numeric.h"
 #include "base/Time.h"
+#include "config/ConfigNames.h"
 #include "config/KelvoConfig.h"
+#include "core/KelvoMessages.h"
 #include "core/MessageManager.h"
 #include "links/ChargerProxyService.h"
 #include "links/HealthInfoNotifier.h"
@@ -17,12 +19,21 @@ namespace kelvo {
 
 namespace {
 
-constexpr char kScene[] = "ambient";
-constexpr char kChargeScene[] = "ambient_charge";
-constexpr char kCurrentCoeff[] = "battery_current_coeff";
 constexpr int64_t kLongestGap = 7500;    // s between two rounds of one window
 constexpr int32_t kAnnouncedChange = 3;  // °C
 constexpr int32_t kFewestSteady = 2;     // steady rounds that an estimate needs
+
+/** Says what was read, as far as it was right. */
+void logFitting(const std::string& name, const AmbientFitting& fitting) {
+    const bool hasArrays =
+            fitting.faults.empty() || fitting.faults.front().kind != AmbientFault::Kind::NO_ARRAYS;
+    if (!hasArrays) {
+        KLOGE("parse ambient fitting parameters failed: %s", name.c_str());
+    }
+    for (const auto& [parameter, value] : fitting.pairs) {
+        KLOGD("paramter_name:%s, coefficient:%f", parameter.c_str(), value);
+    }
+}
 
 }  // namespace
 
@@ -36,11 +47,11 @@ AmbientTempWatcher::AmbientTempWatcher()
 }
 
 bool AmbientTempWatcher::getAmbientFittingParameter() {
-    if (!parseFittingParam(kScene)) {
+    if (!parseFittingParam(scene::kAmbient)) {
         KLOGE("get ambient fitting param failed.");
         return false;
     }
-    useParameters(kScene);
+    useParameters(scene::kAmbient);
     return true;
 }
 
@@ -56,25 +67,25 @@ bool AmbientTempWatcher::getNewFittingParameter(const std::vector<std::string>& 
         }
     }
     const bool charging = HealthInfoNotifier::getInstance().getOnChargeStats();
-    useParameters(charging ? kChargeScene : kScene);
+    useParameters(charging ? scene::kAmbientCharge : scene::kAmbient);
     return true;
 }
 
 bool AmbientTempWatcher::parseFittingParam(const std::string& name) {
-    Json::Value root;
-    KelvoConfig::getInstance().getConfig(&root,
-                                         {"shell_temp_fitting_model", name, "ambient_fitting"});
-    auto coeffs = parseAmbientFitting(name, root);
-    if (!coeffs) {
-        return false;
+    Json::Value section;
+    KelvoConfig::getInstance().getConfig(&section,
+                                         {key::kFittingModels, name, key::kAmbientFitting});
+    const AmbientFitting fitting = readAmbientFitting(section);
+    logFitting(name, fitting);
+    if (fitting.params) {
+        mParams[name] = *fitting.params;
     }
-    mParams[name] = std::move(*coeffs);
-    return true;
+    return fitting.params.has_value();
 }
 
 void AmbientTempWatcher::useParameters(const std::string& name) {
     const auto found = mParams.find(name);
-    mAmbientCoeffs = found != mParams.end() ? found->second : AmbientCoeffs();
+    mAmbientCoeffs = found != mParams.end() ? std::optional(found->second) : std::nullopt;
 }
 
 void AmbientTempWatcher::switchFittingParameter(const std::string& name) {
@@ -111,21 +122,23 @@ void AmbientTempWatcher::clearRecord() {
 void AmbientTempWatcher::updateAmbientTemp(int temp, int power) {
     const auto hasCoeffs = [this] {
         Mutex::Autolock lock(mMutex);
-        return !mAmbientCoeffs.empty();
+        return mAmbientCoeffs.has_value();
     };
     if (!hasCoeffs() || !checkAvailableStats()) {
         KLOGE("AmbientTempWatcher mAmbientCoeffs is empty or checkAvailableStats is false.");
         return;
     }
     Mutex::Autolock lock(mMutex);
-    if (!isTimeContinuous()) {
+    if (!mAmbientCoeffs || !isTimeContinuous()) {
         return;
     }
+    const AmbientParams& params = *mAmbientCoeffs;
     updateSample(temp, power, ChargerProxyService::getInstance().getBatteryCurrentNow());
-    if (!mFull || !isChargeLow() || !isPowerSteady()) {
+    if (!mFull || !isChargeLow(params.chargeThreshold) ||
+        !isPowerSteady(params.powerDiffThreshold)) {
         return;
     }
-    estimate();
+    estimate(params);
     checkAmbientTempStatus();
 }
 
@@ -143,19 +156,17 @@ bool AmbientTempWatcher::isTimeContinuous() {
 }
 
 void AmbientTempWatcher::updateSample(int temp, int power, int batteryCurrent) {
-    const auto coeff = mAmbientCoeffs.find(kCurrentCoeff);
-    const int32_t corrected = coeff != mAmbientCoeffs.end()
-                                      ? saturatingInt32(coeff->second * batteryCurrent + power)
-                                      : power;
+    const auto coeff = mAmbientCoeffs->batteryCurrent;
+    const int32_t corrected = coeff ? saturatingInt32(*coeff * batteryCurrent + power) : power;
     KLOGD("AmbientTempWatcher updateSample temp:%d, power:%d, batteryCurrent:%d", temp, corrected,
           batteryCurrent);
     mSamples.add({temp, corrected, batteryCurrent});
     mFull = mSamples.full();
 }
 
-bool AmbientTempWatcher::isChargeLow() {
+bool AmbientTempWatcher::isChargeLow(double threshold) {
     const int32_t chargeMean = mSamples.chargeMean();
-    if (chargeMean <= mAmbientCoeffs["charge_current_threshold"]) {
+    if (chargeMean <= threshold) {
         return true;
     }
     clearRecord();
@@ -163,9 +174,8 @@ bool AmbientTempWatcher::isChargeLow() {
     return false;
 }
 
-bool AmbientTempWatcher::isPowerSteady() {
+bool AmbientTempWatcher::isPowerSteady(double threshold) {
     const int32_t powerDiff = mSamples.powerDiff();
-    const double threshold = mAmbientCoeffs["power_diff_threshold"];
     if (powerDiff <= threshold && powerDiff >= -threshold) {
         return true;
     }
@@ -174,8 +184,8 @@ bool AmbientTempWatcher::isPowerSteady() {
     return false;
 }
 
-void AmbientTempWatcher::estimate() {
-    const double threshold = mAmbientCoeffs["temp_rate_threshold"];
+void AmbientTempWatcher::estimate(const AmbientParams& params) {
+    const double threshold = params.tempRateThreshold;
     SteadySums sums;
     for (const AmbientSamples::Pair& pair : mSamples.pairs()) {
         if (!(-threshold < pair.slope && pair.slope < threshold)) {
@@ -196,7 +206,7 @@ void AmbientTempWatcher::estimate() {
     if (sums.count < kFewestSteady) {
         return;
     }
-    const int32_t latest = ambientOf(sums, mAmbientCoeffs);
+    const int32_t latest = ambientOf(sums, params);
     if (mEstimates.empty() && mAmbientTemp == kNoEstimate) {
         publish(latest);  // the very first one does not wait for eleven others
     }
@@ -218,10 +228,7 @@ void AmbientTempWatcher::checkAmbientTempStatus() {
     if (!first && change < kAnnouncedChange && change > -kAnnouncedChange) {
         return;
     }
-    KelvoMessage message;
-    message.what = MSG_NOTIFY_AMBIENT;
-    message.iValue = current;
-    MessageManager::getInstance().sendMessage(message);
+    MessageManager::getInstance().sendMessage(messages::notifyAmbient(current));
     mLastTemp = current;
 }
 

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,8 +22,8 @@ namespace kelvo {
  *
  * Rounds and switches come from the fitting thread and the work thread, the getters from anywhere.
  * Lock order: the fitting engine's main mutex, then ours, then the health listener's, the charger
- * proxy's or the looper's. Ours is held while the charger HAL is asked for the battery current: one
- * that hangs stops the rounds, but no getter.
+ * proxy's, the configuration's or the looper's. Ours is held while the charger HAL is asked for the
+ * battery current: one that hangs stops the rounds, but no getter.
  */
 class AmbientTempWatcher : public android::Singleton<AmbientTempWatcher> {
   public:
@@ -53,9 +54,9 @@ class AmbientTempWatcher : public android::Singleton<AmbientTempWatcher> {
     void useParameters(const std::string& name) REQUIRES(mMutex);
     bool isTimeContinuous() REQUIRES(mMutex);
     void updateSample(int temp, int power, int batteryCurrent) REQUIRES(mMutex);
-    bool isChargeLow() REQUIRES(mMutex);
-    bool isPowerSteady() REQUIRES(mMutex);
-    void estimate() REQUIRES(mMutex);
+    bool isChargeLow(double threshold) REQUIRES(mMutex);
+    bool isPowerSteady(double threshold) REQUIRES(mMutex);
+    void estimate(const AmbientParams& params) REQUIRES(mMutex);
     void publish(int32_t temp) REQUIRES(mMutex);
     void checkAmbientTempStatus() REQUIRES(mMutex);
     void clearRecord() REQUIRES(mMutex);
@@ -69,8 +70,8 @@ class AmbientTempWatcher : public android::Singleton<AmbientTempWatcher> {
     std::atomic<bool> mFull = false;
 
     android::Mutex mMutex;                                            // guards what follows
-    std::map<std::string, AmbientCoeffs> mParams GUARDED_BY(mMutex);  // by scene
-    AmbientCoeffs mAmbientCoeffs GUARDED_BY(mMutex);                  // those in force
+    std::map<std::string, AmbientParams> mParams GUARDED_BY(mMutex);  // by scene
+    std::optional<AmbientParams> mAmbientCoeffs GUARDED_BY(mMutex);   // those in force, if any
     AmbientSamples mSamples GUARDED_BY(mMutex);
     EstimateWindow mEstimates GUARDED_BY(mMutex);
     int32_t mLastTemp GUARDED_BY(mMutex) = kNoEstimate;  // as announced

@@ -2,15 +2,14 @@
 
 #include "base/DecisionObserver.h"
 #include "base/Log.h"
-#include "base/Numeric.h"
 #include "base/Time.h"
+#include "core/KelvoMessages.h"
 #include "core/MessageManager.h"
 #include "heat/HeatProcessCenter.h"
 
 ANDROID_SINGLETON_STATIC_INSTANCE(KelvoThermalStatus)
 
 using kelvo::DecisionObserver;
-using kelvo::KelvoMessage;
 using kelvo::kThermalLevels;
 using kelvo::LevelDecision;
 
@@ -19,24 +18,15 @@ namespace {
 constexpr int32_t kMilliPerDegree = 1000;
 constexpr int32_t kMonitorAbove = 38000;  // m°C
 constexpr int32_t kMonitorUpTo = 35999;   // m°C; where it stops
-constexpr int32_t kTopLevel = kThermalLevels - 1;
 
-float toCelsius(int32_t temp) {
-    return static_cast<float>(temp * 0.001);
-}
-
-void post(int32_t what, int32_t status, int32_t value) {
-    KelvoMessage message;
-    message.what = what;
-    message.iParam = status;
-    message.iValue = value;
+void post(const kelvo::KelvoMessage& message) {
     kelvo::MessageManager::getInstance().sendMessage(message);
 }
 
 }  // namespace
 
 KelvoThermalStatus::KelvoThermalStatus() {
-    readBroadcastConfig();
+    initBroadcast();
 }
 
 void KelvoThermalStatus::init() {
@@ -47,7 +37,7 @@ void KelvoThermalStatus::init() {
 int KelvoThermalStatus::reload() {
     {
         android::Mutex::Autolock lock(mMutex);
-        mThermalStatus = -1;
+        mLevel.status = -1;
         mDefaultTS = {};
     }
     return initConfig();
@@ -55,7 +45,7 @@ int KelvoThermalStatus::reload() {
 
 int32_t KelvoThermalStatus::getThermalStatus() const {
     android::Mutex::Autolock lock(mMutex);
-    return mThermalStatus;
+    return mLevel.status;
 }
 
 int KelvoThermalStatus::getConfig(std::vector<int>& tripTemps, std::vector<int>& tripDownTemps,
@@ -104,92 +94,51 @@ void KelvoThermalStatus::callBackThermalStatus(int temp) {
               static_cast<int>(mDefaultTS.tripTemps.size()), mDefaultTS.tripDownTemps.size());
         return;
     }
-    LevelDecision decision;
-    decision.temp = temp;
-    decision.celsius = toCelsius(temp);
-    decision.lastLevelTemp = mLastLevelTemp;
-    decision.oldLevel = mLastThermalLevel;
-    decision.oldStatus = mThermalStatus;
-    updateLevel(decision);
+    const LevelDecision decision = kelvo::decideLevel(mDefaultTS, mLevel, temp);
+    logDecision(decision);
+    apply(decision);
     if (DecisionObserver* const observer = kelvo::decisionObserver()) {
-        decision.newLevel = mLastThermalLevel;
-        decision.newStatus = mThermalStatus;
         observer->onLevelDecision(decision);
     }
 }
 
-void KelvoThermalStatus::updateLevel(LevelDecision& decision) {
-    const float celsius = decision.celsius;
-    KLOGD("kelvoCallback ctemp:%lf, sz:%d, mLastThermalLevel:%d ", static_cast<double>(celsius),
-          static_cast<int>(kThermalLevels), mLastThermalLevel);
-    if (keepsLevel(decision)) {
-        return;
+void KelvoThermalStatus::logDecision(const LevelDecision& decision) const {
+    using Rule = LevelDecision::Rule;
+    const int32_t level = decision.oldLevel;
+    KLOGD("kelvoCallback ctemp:%lf, sz:%d, mLastThermalLevel:%d ",
+          static_cast<double>(decision.celsius), static_cast<int>(kThermalLevels), level);
+    switch (decision.rule) {
+        case Rule::IN_BAND:
+            KLOGD("kelvoCallback mLastThermalLevel: %d, tripTemps:%d, DownThreshold:%d ", level,
+                  decision.above->celsius, decision.below->celsius);
+            return;
+        case Rule::AT_TOP:
+            KLOGD("ctemp >= mDefaultTS.tripDownTemps[%d]", level);
+            return;
+        case Rule::AT_BOTTOM:
+            KLOGD("ctemp <= mDefaultTS.tripDownTemps[0]");
+            return;
+        case Rule::RISING:
+            if (decision.below) {
+                KLOGD("kelvoCallback mDefaultTS.tripTemps[i]:%d ", decision.below->celsius);
+            }
+            break;
+        case Rule::FALLING:
+            if (decision.below) {
+                KLOGD("kelvoCallback mDefaultTS.tripDownTemps[i]:%d ", decision.below->celsius);
+            }
+            break;
     }
-    const int32_t level = decideLevel(decision);
-    mLastLevelTemp = kelvo::saturatingInt32(celsius);
-    KLOGD("kelvoCallback mLastThermalLevel:%d, i:%d, mDefaultTS.tripTemps:%d ", mLastThermalLevel,
-          level, mDefaultTS.tripTemps[static_cast<size_t>(level)]);
-    if (level != mLastThermalLevel) {
-        setLevel(level);
-    }
+    KLOGD("kelvoCallback mLastThermalLevel:%d, i:%d, mDefaultTS.tripTemps:%d ", level,
+          decision.newLevel, mDefaultTS.tripTemps[static_cast<size_t>(decision.newLevel)]);
 }
 
-bool KelvoThermalStatus::keepsLevel(LevelDecision& decision) const {
-    const float celsius = decision.celsius;
-    const int32_t level = mLastThermalLevel;
-    const auto index = static_cast<size_t>(level);
-    if (kelvo::isInHoldBand(mDefaultTS, level, celsius)) {
-        KLOGD("kelvoCallback mLastThermalLevel: %d, tripTemps:%d, DownThreshold:%d ", level,
-              mDefaultTS.tripTemps[index + 1], mDefaultTS.tripDownTemps[index]);
-        decision.rule = LevelDecision::Rule::IN_BAND;
-        decision.below = {false, level, mDefaultTS.tripDownTemps[index]};
-        decision.above = {true, level + 1, mDefaultTS.tripTemps[index + 1]};
-        return true;
+void KelvoThermalStatus::apply(const LevelDecision& decision) {
+    mLevel = decision.outcome();
+    if (decision.changesLevel()) {
+        post(kelvo::messages::notifyThermalStatus(mLevel.status));
+        KLOGI("kelvoCallback Broadcast thermal status %d", mLevel.status);
     }
-    if (level == kTopLevel && celsius >= static_cast<float>(mDefaultTS.tripDownTemps[index])) {
-        KLOGD("ctemp >= mDefaultTS.tripDownTemps[%d]", kTopLevel);
-        decision.rule = LevelDecision::Rule::AT_TOP;
-        decision.below = {false, level, mDefaultTS.tripDownTemps[index]};
-        return true;
-    }
-    if (level == 0 && celsius <= static_cast<float>(mDefaultTS.tripDownTemps[0])) {
-        KLOGD("ctemp <= mDefaultTS.tripDownTemps[0]");
-        decision.rule = LevelDecision::Rule::AT_BOTTOM;
-        decision.above = {false, level, mDefaultTS.tripDownTemps[0]};
-        return true;
-    }
-    return false;
-}
-
-int32_t KelvoThermalStatus::decideLevel(LevelDecision& decision) const {
-    const float celsius = decision.celsius;
-    const bool rising = celsius >= static_cast<float>(mLastLevelTemp);
-    const auto& thresholds = rising ? mDefaultTS.tripTemps : mDefaultTS.tripDownTemps;
-    const int32_t level = kelvo::findThermalLevel(thresholds, celsius);
-    if (level > 0 && rising) {
-        KLOGD("kelvoCallback mDefaultTS.tripTemps[i]:%d ", thresholds[static_cast<size_t>(level)]);
-    } else if (level > 0) {
-        KLOGD("kelvoCallback mDefaultTS.tripDownTemps[i]:%d ",
-              thresholds[static_cast<size_t>(level)]);
-    }
-    decision.rule = rising ? LevelDecision::Rule::RISING : LevelDecision::Rule::FALLING;
-    if (level > 0) {
-        decision.below = {rising, level, thresholds[static_cast<size_t>(level)]};
-    }
-    if (level < kTopLevel) {
-        decision.above = {rising, level + 1, thresholds[static_cast<size_t>(level) + 1]};
-    }
-    return level;
-}
-
-void KelvoThermalStatus::setLevel(int32_t level) {
-    mLastThermalLevel = level;
-    // Thresholds set by a client may be more than the status values of the configuration.
-    if (static_cast<size_t>(level) < mDefaultTS.statusAreas.size()) {
-        mThermalStatus = mDefaultTS.statusAreas[static_cast<size_t>(level)];
-    }
-    post(kelvo::MSG_NOTIFY_THERMAL_STATUS, -1, mThermalStatus);
-    KLOGI("kelvoCallback Broadcast thermal status %d", mThermalStatus);
 }
 
 void KelvoThermalStatus::switchMonitor(int temp) {
@@ -205,15 +154,14 @@ void KelvoThermalStatus::switchMonitor(int temp) {
 void KelvoThermalStatus::broadcastThermalStatus(int temp) {
     const int32_t now = temp / kMilliPerDegree;
     const int32_t before = mLastShellTemp / kMilliPerDegree;
-    if ((before < mBroadcastLow && now < mBroadcastLow) ||
-        (before > mBroadcastHigh && now > mBroadcastHigh)) {
+    if (mBroadcastBand.isOutside(before, now)) {
         KLOGD("out of range, don't send broadcast %d ", now);
         return;
     }
     if (now == before) {
         return;
     }
-    post(kelvo::MSG_BROADCAST_THERMAL, getThermalStatus(), temp);
+    post(kelvo::messages::broadcastThermal(getThermalStatus(), temp));
     if (mMonitorStarted) {
         reportHeatSource(temp);
     }
@@ -223,6 +171,6 @@ void KelvoThermalStatus::reportHeatSource(int temp) {
     const int64_t now = kelvo::monotonicNanos();
     if (kelvo::isHeatSourceDue(mLastHeatSource, temp, now)) {
         mLastHeatSource = {temp, static_cast<int32_t>(now)};
-        post(kelvo::MSG_NOTIFY_HEAT_SOURCE, getThermalStatus(), temp);
+        post(kelvo::messages::notifyHeatSource(getThermalStatus(), temp));
     }
 }

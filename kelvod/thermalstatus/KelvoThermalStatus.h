@@ -7,8 +7,10 @@
 #include <cstdint>
 #include <vector>
 
+#include "thermalstatus/BroadcastConfig.h"
 #include "thermalstatus/LevelDecision.h"
 #include "thermalstatus/ThermalLevels.h"
+#include "thermalstatus/ThermalModelReader.h"
 
 /**
  * The thermal-status engine: maps the shell temperature onto levels and status values and posts
@@ -38,35 +40,30 @@ class KelvoThermalStatus : public android::Singleton<KelvoThermalStatus> {
     KelvoThermalStatus();
 
     // Configuration (KelvoThermalStatusConfig.cpp)
-    void readBroadcastConfig();
+    void initBroadcast();
     int initConfig();
     int parseThermalStatusConf(const Json::Value& model) REQUIRES(mMutex);
     void printThermalStatusInfo() const REQUIRES(mMutex);
-    static int getTripTemp(const Json::Value& model, std::vector<int>& out);
-    static int getTripDownTemp(const Json::Value& model, std::vector<int>& out);
-    static int getTSArea(const Json::Value& model, std::vector<int>& out);
-    static int getTSReprot(const Json::Value& model, std::vector<int>& out);
+    static int getTripTemp(const kelvo::ThermalModelReading& reading, std::vector<int>& out);
+    static int getTripDownTemp(const kelvo::ThermalModelReading& reading, std::vector<int>& out);
+    static int getTSArea(const kelvo::ThermalModelReading& reading, std::vector<int>& out);
+    static int getTSReprot(const kelvo::ThermalModelReading& reading, std::vector<int>& out);
 
     void callBackThermalStatus(int temp);
-    void updateLevel(kelvo::LevelDecision& decision) REQUIRES(mMutex);
-    bool keepsLevel(kelvo::LevelDecision& decision) const REQUIRES(mMutex);
-    int32_t decideLevel(kelvo::LevelDecision& decision) const REQUIRES(mMutex);
-    void setLevel(int32_t level) REQUIRES(mMutex);
+    void logDecision(const kelvo::LevelDecision& decision) const REQUIRES(mMutex);
+    void apply(const kelvo::LevelDecision& decision) REQUIRES(mMutex);
     void switchMonitor(int temp);
     void broadcastThermalStatus(int temp);
     void reportHeatSource(int temp);
 
     // Constant after construction.
-    int32_t mBroadcastLow = 30;   // °C
-    int32_t mBroadcastHigh = 55;  // °C
     bool mBroadcastEnabled = true;
+    kelvo::BroadcastBand mBroadcastBand;
 
-    // Guards the lists and the level; taken before the looper's lock only.
+    // Guards the lists and the level; taken before the configuration's mutex and the looper's.
     mutable android::Mutex mMutex;
     kelvo::ThermalStatusModel mDefaultTS GUARDED_BY(mMutex);
-    int32_t mThermalStatus GUARDED_BY(mMutex) = -1;
-    int32_t mLastThermalLevel GUARDED_BY(mMutex) = -1;
-    int32_t mLastLevelTemp GUARDED_BY(mMutex) = -1;  // °C, at the last decision
+    kelvo::LevelState mLevel GUARDED_BY(mMutex);
 
     // Work thread only.
     int32_t mLastShellTemp = -1;  // m°C

@@ -2,25 +2,31 @@
 
 #include "base/JoinValues.h"
 #include "base/Log.h"
+#include "config/ConfigNames.h"
 #include "config/KelvoConfig.h"
 #include "thermalstatus/KelvoThermalStatus.h"
-#include "thermalstatus/ThermalList.h"
+
+using kelvo::ThermalModelReading;
+namespace key = kelvo::key;
 
 namespace {
 
-constexpr Json::ArrayIndex kBandEnds = 2;
-
-int readBound(const Json::Value& value, int32_t otherwise) {
-    return value.isInt() ? value.asInt() : otherwise;
-}
-
-/** Says where a list falls. Whether it can be used. */
-bool checkList(const kelvo::ThermalList& list) {
+/** Takes a list over; when it cannot be used, says where it falls, and that it is `wrong`. */
+int takeList(const kelvo::ThermalList& list, const char* wrong, std::vector<int>& out) {
+    if (!list.isArray) {
+        return -1;
+    }
     if (list.falling) {
         KLOGE("config[i-1] i=%d, value=%d", static_cast<int>(*list.falling),
               list.values[*list.falling - 1]);
     }
-    return list.isUsable();
+    if (!list.isUsable()) {
+        KLOGE("%s", wrong);
+        out.clear();
+        return -1;
+    }
+    out = list.values;
+    return 0;
 }
 
 /** A number and a value a line, in the words of the list's own format. */
@@ -34,29 +40,21 @@ void printEntries(const std::vector<int>& list, Print print) {
 }  // namespace
 
 // One key for two readers: as an array it holds the central state's throttling thresholds.
-void KelvoThermalStatus::readBroadcastConfig() {
-    Json::Value config;
-    if (kelvo::KelvoConfig::getInstance().getConfig(&config, {"shell_temp_broadcast"}) != 0 ||
-        !config.isObject()) {
-        return;
-    }
-    const Json::Value& disable = config["disable"];
-    if (disable.isInt() && disable.asInt() == 1) {
-        mBroadcastEnabled = false;
-        return;
-    }
-    const Json::Value& ends = config["start_end_values"];
-    if (ends.isArray() && ends.size() == kBandEnds) {
-        mBroadcastLow = readBound(ends[0], mBroadcastLow);
-        mBroadcastHigh = readBound(ends[1], mBroadcastHigh);
-        KLOGE("KelvoThermalStatus %d,%d", mBroadcastLow, mBroadcastHigh);
+void KelvoThermalStatus::initBroadcast() {
+    Json::Value section;
+    kelvo::KelvoConfig::getInstance().getConfig(&section, {key::kShellTempBroadcast});
+    const kelvo::BroadcastConfig config = kelvo::readBroadcastConfig(section);
+    mBroadcastEnabled = config.enabled;
+    mBroadcastBand = config.band;
+    if (config.enabled && config.hasBand) {
+        KLOGE("KelvoThermalStatus %d,%d", mBroadcastBand.low, mBroadcastBand.high);
     }
 }
 
 int KelvoThermalStatus::initConfig() {
     android::Mutex::Autolock lock(mMutex);
     Json::Value model;
-    if (kelvo::KelvoConfig::getInstance().getConfig(&model, {"thermal_status_model"}) != 0) {
+    if (kelvo::KelvoConfig::getInstance().getConfig(&model, {key::kThermalStatusModel}) != 0) {
         KLOGD("No thermal status model.");
         return -1;
     }
@@ -71,24 +69,25 @@ int KelvoThermalStatus::initConfig() {
 }
 
 int KelvoThermalStatus::parseThermalStatusConf(const Json::Value& model) {
+    const ThermalModelReading reading = kelvo::readThermalModel(model);
     kelvo::ThermalStatusModel parsed;
-    if (!model.isObject() || getTripTemp(model, parsed.tripTemps) != 0) {
+    if (getTripTemp(reading, parsed.tripTemps) != 0) {
         KLOGE("Get trip temp faild.");
         return -1;
     }
-    if (getTSArea(model, parsed.statusAreas) != 0) {
+    if (getTSArea(reading, parsed.statusAreas) != 0) {
         KLOGE("Get thermal status area faild.");
         return -1;
     }
-    if (parsed.tripTemps.size() != parsed.statusAreas.size()) {
+    if (hasFault(reading.faults, kelvo::ConfigFault::Kind::WRONG_LENGTH, key::kThermalStatus)) {
         KLOGE("Invalid temp threshold.");
         return -1;
     }
-    if (getTSReprot(model, parsed.statusReports) != 0) {
+    if (getTSReprot(reading, parsed.statusReports) != 0) {
         KLOGE("Get thermal status report faild.");
         return -1;
     }
-    if (getTripDownTemp(model, parsed.tripDownTemps) != 0) {
+    if (getTripDownTemp(reading, parsed.tripDownTemps) != 0) {
         KLOGE("Get trip down temp faild.");
         return -1;
     }
@@ -102,64 +101,25 @@ void KelvoThermalStatus::printThermalStatusInfo() const {
     KLOGD("\tstatus_report: %s", kelvo::joinValues(mDefaultTS.statusReports).c_str());
 }
 
-int KelvoThermalStatus::getTripTemp(const Json::Value& model, std::vector<int>& out) {
-    const kelvo::ThermalList list = kelvo::readThermalList(model["temp_threshold"]);
-    if (!list.isArray) {
-        return -1;
-    }
-    printEntries(list.values,
+int KelvoThermalStatus::getTripTemp(const ThermalModelReading& reading, std::vector<int>& out) {
+    printEntries(reading.tripTemps.values,
                  [](int i, int value) { KLOGD("Thermal status threshold %d: %d", i, value); });
-    if (!checkList(list)) {
-        KLOGE("Wrong trip temp config");
-        out.clear();
-        return -1;
-    }
-    out = list.values;
-    return 0;
+    return takeList(reading.tripTemps, "Wrong trip temp config", out);
 }
 
-int KelvoThermalStatus::getTripDownTemp(const Json::Value& model, std::vector<int>& out) {
-    const kelvo::ThermalList list = kelvo::readThermalList(model["temp_threshold_down"]);
-    if (!list.isArray) {
-        return -1;
-    }
-    printEntries(list.values,
+int KelvoThermalStatus::getTripDownTemp(const ThermalModelReading& reading, std::vector<int>& out) {
+    printEntries(reading.tripDownTemps.values,
                  [](int i, int value) { KLOGD("Thermal status down threshold %d: %d", i, value); });
-    if (!checkList(list)) {
-        KLOGE("Wrong trip down temp config");
-        out.clear();
-        return -1;
-    }
-    out = list.values;
-    return 0;
+    return takeList(reading.tripDownTemps, "Wrong trip down temp config", out);
 }
 
-int KelvoThermalStatus::getTSArea(const Json::Value& model, std::vector<int>& out) {
-    const kelvo::ThermalList list = kelvo::readThermalList(model["thermal_status"]);
-    if (!list.isArray) {
-        return -1;
-    }
-    printEntries(list.values,
+int KelvoThermalStatus::getTSArea(const ThermalModelReading& reading, std::vector<int>& out) {
+    printEntries(reading.statusAreas.values,
                  [](int i, int value) { KLOGD("Thermal status area %d: %d", i, value); });
-    if (!checkList(list)) {
-        KLOGE("Wrong thermal status area config");
-        out.clear();
-        return -1;
-    }
-    out = list.values;
-    return 0;
+    return takeList(reading.statusAreas, "Wrong thermal status area config", out);
 }
 
-int KelvoThermalStatus::getTSReprot(const Json::Value& model, std::vector<int>& out) {
-    const kelvo::ThermalList list = kelvo::readThermalList(model["thermal_status_report"]);
-    if (!list.isArray) {
-        return -1;
-    }
-    if (!checkList(list)) {
-        KLOGE("Wrong trip temp config");  // in the words for the thresholds
-        out.clear();
-        return -1;
-    }
-    out = list.values;
-    return 0;
+int KelvoThermalStatus::getTSReprot(const ThermalModelReading& reading, std::vector<int>& out) {
+    // In the words for the thresholds.
+    return takeList(reading.statusReports, "Wrong trip temp config", out);
 }

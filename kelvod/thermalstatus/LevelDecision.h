@@ -3,11 +3,18 @@
 #include <cstdint>
 #include <optional>
 
-// Why each value is what it is, for a DecisionObserver.
+#include "thermalstatus/ThermalLevels.h"
 
 namespace kelvo {
 
-/** One decision about the thermal level. */
+/** Where the level stands. */
+struct LevelState {
+    int32_t level = -1;      // 0 to 20; -1 before the first decision
+    int32_t levelTemp = -1;  // °C, cut: of the last decision that searched for a level
+    int32_t status = -1;     // what clients know of the level
+};
+
+/** One decision about the thermal level, and why; a DecisionObserver is told of each. */
 struct LevelDecision {
     enum class Rule {
         IN_BAND,    // below the next rising threshold and above the level's own falling one
@@ -32,6 +39,18 @@ struct LevelDecision {
     int32_t newLevel = 0;
     int32_t oldStatus = 0;
     int32_t newStatus = 0;
+
+    /** Whether a level was searched for, which may find the old one again. */
+    bool searched() const { return rule == Rule::RISING || rule == Rule::FALLING; }
+    bool changesLevel() const { return newLevel != oldLevel; }
+    /** Where the level stands after the decision. */
+    LevelState outcome() const;
 };
+
+/**
+ * Decides the level at a temperature (m°C) by a model whose thresholds are for all levels. The
+ * comparisons are made in single precision. Pure.
+ */
+LevelDecision decideLevel(const ThermalStatusModel& model, const LevelState& state, int32_t temp);
 
 }  // namespace kelvo

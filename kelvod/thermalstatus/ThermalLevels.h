@@ -13,6 +13,9 @@ namespace kelvo {
 /** Levels 0 to 20; the decision needs a rising and a falling threshold for each. */
 inline constexpr size_t kThermalLevels = 21;
 
+/** An entry that may stand anywhere in a list; as a threshold it is reached at any temperature. */
+inline constexpr int32_t kWildcard = -1;
+
 /** The lists of "thermal_status_model", one entry a level. */
 struct ThermalStatusModel {
     std::vector<int32_t> tripTemps;      // °C, rising
@@ -20,16 +23,11 @@ struct ThermalStatusModel {
     std::vector<int32_t> statusReports;  // loaded and printed, read by nobody
     std::vector<int32_t> tripDownTemps;  // °C, falling
 
+    /** Whether there are thresholds for all levels: with fewer, or more, nothing is decided. */
     bool hasAllLevels() const {
         return tripTemps.size() == kThermalLevels && tripDownTemps.size() == kThermalLevels;
     }
 };
-
-/** Whether a level stays as it is between the next rising and its own falling threshold (°C). */
-bool isInHoldBand(const ThermalStatusModel& model, int32_t level, float celsius);
-
-/** The highest level above 0 whose threshold the temperature (°C) has reached, else 0. */
-int32_t findThermalLevel(const std::vector<int32_t>& thresholds, float celsius);
 
 /**
  * The first position whose entry is smaller than the entry before it; none in a list that never
@@ -42,9 +40,9 @@ std::optional<size_t> firstFallingEntry(const std::vector<int32_t>& list);
 struct HeatSourceReport {
     int32_t temp = 0;
     /**
-     * Low 32 bits of the monotonic clock (ns), sign-extended when compared with all of it. So the
-     * hold-off works in the first seconds of the clock only; later nearly every whole degree is
-     * reported, which clients have come to expect.
+     * Low 32 bits of the monotonic clock (ns), sign-extended when compared with all of it: at most
+     * 2.1 s. So the hold-off of 121 s ends when the clock passes about two minutes, whenever the
+     * report was; from then on every whole degree above 35 °C is reported. It must stay so.
      */
     int32_t time = 0;
 };

@@ -70,11 +70,12 @@ TEST(SteadySumsTest, cutsTheSlopesAtEveryStep) {
     EXPECT_EQ(sums.slope, -2) << "0, 0, 1, 1, -2";
     EXPECT_EQ(sums.temp, 5000);
     EXPECT_EQ(sums.power, -1000);
-    const kelvo::AmbientCoeffs coeffs{{"temp_coeff", 0.01},
-                                      {"power_coeff", 0.1},
-                                      {"tempSlope_coeff", 10},
-                                      {"const_coeff", 3.9}};
-    EXPECT_EQ(kelvo::ambientOf(sums, coeffs), -10) << "(50 - 100 - 20) / 5 + 3.9, cut once";
+    kelvo::AmbientParams params;
+    params.temp = 0.01;
+    params.power = 0.1;
+    params.tempSlope = 10;
+    params.constant = 3.9;
+    EXPECT_EQ(kelvo::ambientOf(sums, params), -10) << "(50 - 100 - 20) / 5 + 3.9, cut once";
 }
 
 TEST(EstimateWindowTest, averagesTheTenBetweenTheExtremes) {

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "config/ConfigPath.h"
 #include "kelvoconf/lint/FindingText.h"
 #include "kelvoconf/lint/KeyCatalogue.h"
 #include "sim/scenario/Scenario.h"
@@ -445,10 +446,10 @@ TEST_F(Lint, documentsEveryKey) {
     std::stringstream docs;
     docs << std::ifstream(KELVO_CONFIGURATION_DOCS).rdbuf();
     for (const kelvo::lint::KeyEntry& key : kelvo::lint::keyCatalogue()) {
-        const std::string unit = *key.unit != '\0' ? std::string("; ") + key.unit : "";
-        const std::string row = std::string("| `") + key.path + "` | " + typeText(key.type) + unit +
-                                " | " + key.fallback + " | " + key.reader + " | " + key.otherwise +
-                                " |\n";
+        const std::string unit = key.unit.empty() ? "" : "; " + key.unit;
+        const std::string row = "| `" + kelvo::joinConfigPath(key.path) + "` | " +
+                                typeText(key.type) + unit + " | " + key.fallback + " | " +
+                                key.reader + " | " + key.otherwise + " |\n";
         EXPECT_NE(docs.str().find(row), std::string::npos) << row;
     }
 }

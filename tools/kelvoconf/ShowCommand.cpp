@@ -10,10 +10,11 @@
 #include "Files.h"
 #include "TextTable.h"
 #include "config/ConfigMerge.h"
+#include "config/ConfigNames.h"
 #include "kelvoconf/lint/KeyCatalogue.h"
 #include "kelvoconf/lint/SceneSet.h"
 #include "kelvoconf/lint/ZoneNames.h"
-#include "thermalstatus/ThermalList.h"
+#include "thermalstatus/ThermalModelReader.h"
 
 namespace kelvoconf {
 
@@ -41,7 +42,7 @@ std::string roleOf(const std::string& scene) {
     if (kelvo::lint::isBackupScene(scene)) {
         return "when a zone fails";
     }
-    if (scene == "default") {
+    if (scene == kelvo::scene::kDefault) {
         return "usual";
     }
     return kelvo::lint::isShellScene(scene) ? "on request" : "never";
@@ -140,9 +141,11 @@ std::string zoneTable(const SceneSet& set) {
 std::string levelTable(const ConfigNode& model) {
     std::vector<std::vector<int32_t>> lists;
     size_t levels = 0;
-    for (const char* name : {"temp_threshold", "temp_threshold_down", "thermal_status"}) {
-        lists.push_back(kelvo::readThermalList((model / name).value()).values);
-        levels = std::max(levels, lists.back().size());
+    const kelvo::ThermalModelReading reading = kelvo::readThermalModel(model.value());
+    for (const kelvo::ThermalList* list :
+         {&reading.tripTemps, &reading.tripDownTemps, &reading.statusAreas}) {
+        lists.push_back(list->values);
+        levels = std::max(levels, list->values.size());
     }
     TextTable table({"level", "rises at, °C", "falls below, °C", "status"});
     for (size_t level = 0; level < levels; ++level) {
@@ -171,7 +174,8 @@ void showCommand(const PhoneFiles& files) {
             text += modelTable(scene);
         }
     }
-    writeOutput("-", text + zoneTable(set) + levelTable(document / "thermal_status_model"));
+    writeOutput("-",
+                text + zoneTable(set) + levelTable(document / kelvo::key::kThermalStatusModel));
 }
 
 }  // namespace kelvoconf

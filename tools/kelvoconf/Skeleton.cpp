@@ -5,11 +5,14 @@
 #include <string_view>
 
 #include "Files.h"
+#include "config/ConfigNames.h"
 #include "thermalstatus/ThermalLevels.h"
 
 namespace kelvoconf {
 
 namespace {
+
+namespace key = kelvo::key;
 
 using Types = std::vector<std::string>;
 
@@ -60,9 +63,9 @@ Json::Value arrayOf(const Types& types) {
 Json::Value meanModel(int32_t index, const Types& types) {
     constexpr int kThousand = 1000;
     Json::Value model;
-    model["index"] = index;
-    model["thermal_zone"] = arrayOf(types);
-    Json::Value& coefficients = model["coefficient"] = Json::Value(Json::arrayValue);
+    model[key::kIndex] = index;
+    model[key::kThermalZone] = arrayOf(types);
+    Json::Value& coefficients = model[key::kCoefficient] = Json::Value(Json::arrayValue);
     // Three decimals, of which the last weight makes up the sum of 1.
     const auto count = static_cast<int>(types.size());
     for (int i = 0; i < count; ++i) {
@@ -76,8 +79,9 @@ Json::Value meanModel(int32_t index, const Types& types) {
 Json::Value scene(const Types& types) {
     Json::Value scene;
     int32_t index = 0;
-    for (const char* name : {"front", "back", "frame", "board"}) {
-        scene["temp_model"][name] = meanModel(index++, types);
+    for (const char* name :
+         {kelvo::model::kFront, kelvo::model::kBack, kelvo::model::kFrame, kelvo::model::kBoard}) {
+        scene[key::kTempModel][name] = meanModel(index++, types);
     }
     return scene;
 }
@@ -85,11 +89,11 @@ Json::Value scene(const Types& types) {
 Json::Value levels() {
     Json::Value model;
     for (int level = 0; level < static_cast<int>(kelvo::kThermalLevels); ++level) {
-        const int32_t rising = level == 0 ? -1 : kFirstThreshold + level - 1;
-        model["temp_threshold"].append(rising);
-        model["temp_threshold_down"].append(level == 0 ? -1 : rising - 1);
-        model["thermal_status"].append(level / kLevelsAStatus);
-        model["thermal_status_report"].append(level / kLevelsAStatus);
+        const int32_t rising = level == 0 ? kelvo::kWildcard : kFirstThreshold + level - 1;
+        model[key::kTempThreshold].append(rising);
+        model[key::kTempThresholdDown].append(level == 0 ? kelvo::kWildcard : rising - 1);
+        model[key::kThermalStatus].append(level / kLevelsAStatus);
+        model[key::kThermalStatusReport].append(level / kLevelsAStatus);
     }
     return model;
 }
@@ -102,14 +106,14 @@ Json::Value makeSkeleton(const std::vector<DeviceZone>& zones) {
         throw Failure("no zone can be used: thermal zones");
     }
     Json::Value root;
-    root["config_version"] = "draft";
-    root["specified_tempzone_info"]["thermal_zone_type"] = arrayOf(types);
-    root["thermal_status_model"] = levels();
-    Json::Value& scenes = root["shell_temp_fitting_model"];
-    scenes["default"] = scene(types);
+    root[key::kConfigVersion] = "draft";
+    root[key::kSpecifiedZones][key::kThermalZoneType] = arrayOf(types);
+    root[key::kThermalStatusModel] = levels();
+    Json::Value& scenes = root[key::kFittingModels];
+    scenes[kelvo::scene::kDefault] = scene(types);
     // One zone each: whichever fails, another is left.
     for (size_t i = 0; types.size() > 1 && i < kMostBackups; ++i) {
-        scenes["backup_" + std::to_string(i + 1)] = scene({types[i]});
+        scenes[kelvo::scene::kBackupPrefix + std::to_string(i + 1)] = scene({types[i]});
     }
     return root;
 }

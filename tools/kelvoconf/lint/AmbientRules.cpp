@@ -6,7 +6,9 @@
 
 #include "ambient/AmbientParams.h"
 #include "common/NearestName.h"
+#include "config/ConfigNames.h"
 #include "kelvoconf/lint/KeyCatalogue.h"
+#include "kelvoconf/lint/Readings.h"
 #include "kelvoconf/lint/SceneSet.h"
 
 namespace kelvo::lint {
@@ -18,18 +20,16 @@ using Kind = AmbientFault::Kind;
 // One scene that cannot be used spoils the others, too.
 constexpr char kNoEstimate[] = "estimates no ambient temperature, in any scene";
 
-bool isThreshold(const std::string& name) {
-    return name == "temp_rate_threshold" || name == "power_diff_threshold";
-}
-
+/** A fault that makes the scene useless; what is harmless is said with the types. */
 void badParameters(const LintContext& context, const ConfigNode& fitting,
                    const AmbientFault& fault) {
-    const ConfigNode names = fitting / "paramter_name";
-    const ConfigNode values = fitting / "coefficient";
+    const ConfigNode names = fitting / key::kParameterName;
+    const ConfigNode values = fitting / key::kCoefficient;
     const auto report = [&context](const ConfigNode& node, const std::string& what,
                                    const std::string& mend) {
         context.error("ambient-parameters", node, {what, kNoEstimate, mend});
     };
+    constexpr char kPair[] = "a name must be a text and its coefficient a number";
     switch (fault.kind) {
         case Kind::NO_ARRAYS:
             report(names.value().isArray() ? values : names,
@@ -43,24 +43,26 @@ void badParameters(const LintContext& context, const ConfigNode& fitting,
                            std::to_string(names.value().size()) + " names",
                    "give each name one coefficient");
             break;
-        case Kind::BAD_PAIR:
-            report(names[fault.element].value().isString() ? values[fault.element]
-                                                           : names[fault.element],
-                   "a name must be a text and its coefficient a number", "correct the pair");
+        case Kind::BAD_NAME:
+            report(names[fault.element], kPair, "correct the pair");
+            break;
+        case Kind::BAD_COEFFICIENT:
+            report(values[fault.element], kPair, "correct the pair");
             break;
         case Kind::MISSING_NAME:
-            report(isThreshold(fault.name) ? fitting / fault.name : names,
-                   "there is no " + quoted(fault.name),
-                   isThreshold(fault.name) ? "write both thresholds; one alone does not count"
-                                           : "add the name and its coefficient");
+            report(names, "there is no " + quoted(fault.name), "add the name and its coefficient");
+            break;
+        case Kind::MISSING_THRESHOLD:
+            report(fitting / fault.name, "there is no " + quoted(fault.name),
+                   "write both thresholds; one alone does not count");
+            break;
+        case Kind::WRONG_TYPE:
             break;
     }
 }
 
 void checkNames(const LintContext& context, const ConfigNode& names) {
-    const std::vector<std::string> known = {
-            "temp_coeff",          "tempSlope_coeff",      "power_coeff",          "const_coeff",
-            "temp_rate_threshold", "power_diff_threshold", "battery_current_coeff"};
+    const std::vector<std::string> known(kAmbientParameters.begin(), kAmbientParameters.end());
     for (const ConfigNode& name : names.elements()) {
         if (!name.value().isString() ||
             std::ranges::find(known, name.value().asString()) != known.end()) {
@@ -75,14 +77,14 @@ void checkNames(const LintContext& context, const ConfigNode& names) {
 }
 
 void checkThresholds(const LintContext& context, const ConfigNode& fitting) {
-    const ConfigNode rate = fitting / "temp_rate_threshold";
+    const ConfigNode rate = fitting / key::kTempRateThreshold;
     if (rate.value().isDouble() && rate.value().asDouble() <= 0) {
         context.warning("threshold-never-met", rate,
                         {"no slope is below " + shown(rate.value()),
                          "finds no steady sample, and so estimates nothing",
                          "write the slope, in m°C/s, that still counts as steady"});
     }
-    const ConfigNode power = fitting / "power_diff_threshold";
+    const ConfigNode power = fitting / key::kPowerDiffThreshold;
     if (power.value().isDouble() && power.value().asDouble() < 0) {
         context.warning("threshold-never-met", power,
                         {"no change of power is below " + shown(power.value()),
@@ -92,22 +94,21 @@ void checkThresholds(const LintContext& context, const ConfigNode& fitting) {
 }
 
 void checkFitting(const LintContext& context, const ParsedScene& scene) {
-    const ConfigNode fitting = scene.node / "ambient_fitting";
-    AmbientFault fault;
-    if (!parseAmbientFitting(scene.set.scene, fitting.value(), &fault)) {
+    const ConfigNode fitting = scene.node / key::kAmbientFitting;
+    for (const AmbientFault& fault : context.readings.ambient.at(scene.set.scene).faults) {
         badParameters(context, fitting, fault);
     }
-    checkNames(context, fitting / "paramter_name");
+    checkNames(context, fitting / key::kParameterName);
     checkThresholds(context, fitting);
 }
 
 /** An estimate is made of a power and of a temperature. */
 void checkModels(const LintContext& context, const ParsedScene& scene) {
-    const auto isPower = [](const FittingModel& model) { return model.name == "power"; };
+    const auto isPower = [](const FittingModel& model) { return model.name == model::kPower; };
     const auto powers = std::ranges::count_if(scene.set.models, isPower);
     const bool hasTemp = static_cast<size_t>(powers) < scene.set.models.size();
     if (powers == 0 || !hasTemp) {
-        context.error("ambient-models", scene.node / "temp_model",
+        context.error("ambient-models", scene.node / key::kTempModel,
                       {powers == 0 ? "there is no model \"power\"" : "there is no other model",
                        "estimates nothing while this scene is used",
                        "an ambient scene needs a model \"power\" (mW) and one of a temperature"});
@@ -125,9 +126,9 @@ void checkNotSwitched(const LintContext& context, const ParsedScene& scene) {
 
 void checkAmbient(const LintContext& context) {
     const SceneSet& set = context.scenes;
-    const bool switches = set.find("ambient_charge") != nullptr;
-    if (switches && set.find("ambient") == nullptr) {
-        context.warning("no-ambient", context.root() / "shell_temp_fitting_model" / "ambient",
+    const bool switches = set.find(scene::kAmbientCharge) != nullptr;
+    if (switches && set.find(scene::kAmbient) == nullptr) {
+        context.warning("no-ambient", context.root() / key::kFittingModels / scene::kAmbient,
                         {"there is \"ambient_charge\", but no usable scene \"ambient\"",
                          "has no estimate until the phone is charged for the first time",
                          "write the scene that holds while the phone is not charged"});
@@ -136,7 +137,7 @@ void checkAmbient(const LintContext& context) {
         if (!isAmbientScene(scene.set.scene) || scene.set.models.empty()) {
             continue;
         }
-        if (!switches && scene.set.scene != "ambient") {
+        if (!switches && scene.set.scene != scene::kAmbient) {
             checkNotSwitched(context, scene);
             continue;
         }

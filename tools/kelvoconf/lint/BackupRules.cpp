@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "config/ConfigNames.h"
 #include "kelvoconf/lint/SceneSet.h"
 
 namespace kelvo::lint {
@@ -25,7 +26,7 @@ void checkHidden(const LintContext& context, const ParsedScene& backup) {
             if (std::ranges::count(first.zones, model.zones[i].index, &ThermalZone::index) > 0) {
                 continue;
             }
-            const ConfigNode list = backup.model(model.name) / "thermal_zone";
+            const ConfigNode list = backup.model(model.name) / key::kThermalZone;
             context.warning(
                     "backup-hides-zone", list[static_cast<Json::ArrayIndex>(i)],
                     {"the first model of this backup scene, " + quoted(first.name) +
@@ -49,7 +50,7 @@ void checkCovered(const LintContext& context, const ParsedScene& start,
             if (isCovered || !seen.insert(zone).second) {
                 continue;
             }
-            const ConfigNode list = start.model(model.name) / "thermal_zone";
+            const ConfigNode list = start.model(model.name) / key::kThermalZone;
             context.warning("backups-share-zone", list[static_cast<Json::ArrayIndex>(i)],
                             {"every backup scene uses this zone, too",
                              "finds no scene that works when the zone fails: nothing is written",
@@ -69,7 +70,7 @@ void checkBackups(const LintContext& context) {
             checkHidden(context, scene);
         }
     }
-    const ParsedScene* const start = set.find("default");
+    const ParsedScene* const start = set.find(scene::kDefault);
     if (start != nullptr && !backups.empty()) {
         checkCovered(context, *start, backups);
     }

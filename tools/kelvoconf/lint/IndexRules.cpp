@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "config/ConfigNames.h"
 #include "kelvoconf/lint/SceneSet.h"
 
 namespace kelvo::lint {
@@ -22,7 +23,7 @@ void checkRepeated(const LintContext& context, const ParsedScene& scene) {
     for (const FittingModel& model : scene.set.models) {
         const auto [first, isNew] = names.emplace(model.index, model.name);
         if (!isNew) {
-            context.error("duplicate-index", scene.model(model.name) / "index",
+            context.error("duplicate-index", scene.model(model.name) / key::kIndex,
                           {"the model " + quoted(first->second) + " of this scene has index " +
                                    number(model.index) + ", too",
                            "keeps the value of the model that sorts last; the other is lost",
@@ -33,7 +34,7 @@ void checkRepeated(const LintContext& context, const ParsedScene& scene) {
 
 void checkNegative(const LintContext& context, const ParsedScene& scene) {
     for (const FittingModel& model : scene.set.models) {
-        const ConfigNode index = scene.model(model.name) / "index";
+        const ConfigNode index = scene.model(model.name) / key::kIndex;
         if (model.index == kReferenceIndex) {
             context.warning("reference-index", index,
                             {"index -1 is the reference of the others",
@@ -59,7 +60,7 @@ void checkPublished(const LintContext& context, const SceneSet& set, const Parse
         if (published != set.nameByIndex.end() && published->second != model.name &&
             !clashesInScene) {
             context.warning(
-                    "index-of-another-name", scene.model(model.name) / "index",
+                    "index-of-another-name", scene.model(model.name) / key::kIndex,
                     {"a scene that is read later calls index " + number(model.index) + " " +
                              quoted(published->second),
                      "publishes this value under that name, in this scene as well",
@@ -77,7 +78,7 @@ void checkCreeping(const LintContext& context, const std::vector<const ParsedSce
     std::map<int32_t, ConfigNode> places;
     for (const ParsedScene* scene : scenes) {
         for (const FittingModel& model : scene->set.models) {
-            places.emplace(model.index, scene->model(model.name) / "index");
+            places.emplace(model.index, scene->model(model.name) / key::kIndex);
         }
     }
     for (const auto& [index, place] : places) {

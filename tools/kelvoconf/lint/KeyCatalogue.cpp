@@ -1,8 +1,15 @@
 #include "kelvoconf/lint/KeyCatalogue.h"
 
 #include <algorithm>
-#include <iterator>
-#include <string_view>
+
+#include "ambient/AmbientParams.h"
+#include "base/Numeric.h"
+#include "config/ConfigNames.h"
+#include "config/ConfigVersion.h"
+#include "core/BigDataConfig.h"
+#include "kelvoconf/lint/Rules.h"
+#include "thermalstatus/BroadcastConfig.h"
+#include "thermalstatus/ThermalLevels.h"
 
 namespace kelvo::lint {
 
@@ -10,156 +17,154 @@ namespace {
 
 using enum KeyType;
 
-constexpr std::string_view kAmbientScenes[] = {"ambient", "ambient_charge", "ambient_fold",
-                                               "ambient_fold_charge"};
+using namespace key;
 
-// Beside the pattern of a key: type, unit, default, reader, and what another type leads to.
+template <typename... Names>
+std::vector<std::string> at(Names... names) {
+    return {names...};
+}
+
+const std::string kBand =
+        std::to_string(BroadcastBand().low) + " to " + std::to_string(BroadcastBand().high) + " °C";
+const std::string kPeriod = std::to_string(kDefaultSamplePeriod);
+const std::string kChargeThreshold = std::to_string(saturatingInt32(kDefaultChargeThreshold));
+const std::string kLevels = std::to_string(kThermalLevels);
+
+// Beside the path of a key: type, unit, default, reader, and what another type leads to.
 const std::vector<KeyEntry> kCatalogue = {
-        {"config_version", TEXT, "", "noversion", "big data and the dump",
-         "says \"noversion\" in big data and in the dump"},
-        {"max_abn_tz_detect_times", INT, "failures in a row", "60",
+        {at(kConfigVersion), TEXT, "", kNoVersion, "big data and the dump",
+         "says " + quoted(kNoVersion) + " in big data and in the dump"},
+        {at(kMaxAbnormalDetections), INT, "failures in a row", "60",
          "the fitting engine, when it gives up a zone", "uses 60"},
 
-        {"big_data", OBJECT, "", "no collection of temperatures", "the central state", ""},
-        {"big_data.enable", INT, "", "0", "the central state: 1 switches the collection on",
+        {at(kBigData), OBJECT, "", "no collection of temperatures", "the central state", ""},
+        {at(kBigData, kEnable), INT, "", "0", "the central state: 1 switches the collection on",
          "leaves the collection off"},
-        {"big_data.sample_period", INT, "s", "60", "the central state, between two samples",
-         "samples every 60 s"},
-        {"big_data.thermal_off_thousandth", INT, "1/1000", "0",
+        {at(kBigData, kSamplePeriod), INT, "s", kPeriod, "the central state, between two samples",
+         "samples every " + kPeriod + " s"},
+        {at(kBigData, kThermalOffThousandth), INT, "1/1000", "0",
          "the central state: share of the days that count as days without thermal control",
          "uses 0"},
 
-        {"shell_temp_broadcast", OBJECT_OR_ARRAY, "", "broadcasts from 30 to 55 °C",
+        {at(kShellTempBroadcast), OBJECT_OR_ARRAY, "", "broadcasts from " + kBand,
          "an object: the thermal-status engine; an array: the central state, which only keeps it",
-         "broadcasts from 30 to 55 °C"},
-        {"shell_temp_broadcast.disable", INT, "", "0",
+         "broadcasts from " + kBand},
+        {at(kShellTempBroadcast, kDisable), INT, "", "0",
          "the thermal-status engine: 1 switches temperature broadcasts off",
          "leaves temperature broadcasts on"},
-        {"shell_temp_broadcast.start_end_values", ARRAY, "°C", "[30, 55]",
-         "the thermal-status engine: band of the broadcasts", "broadcasts from 30 to 55 °C"},
+        {at(kShellTempBroadcast, kStartEndValues), ARRAY, "°C",
+         "[" + std::to_string(BroadcastBand().low) + ", " + std::to_string(BroadcastBand().high) +
+                 "]",
+         "the thermal-status engine: band of the broadcasts", "broadcasts from " + kBand},
 
-        {"specified_tempzone_info", OBJECT, "", "clients get no zone temperatures",
-         "the fitting engine", ""},
-        {"specified_tempzone_info.thermal_zone_type", ARRAY, "zone types", "no zones",
+        {at(kSpecifiedZones), OBJECT, "", "clients get no zone temperatures", "the fitting engine",
+         ""},
+        {at(kSpecifiedZones, kThermalZoneType), ARRAY, "zone types", "no zones",
          "the fitting engine: zones that clients may ask for", "answers no zone temperatures"},
-        {"tsensor_tempzone_info", OBJECT, "", "no tsensor histogram",
+        {at(kTsensorZones), OBJECT, "", "no tsensor histogram",
          "the fitting engine, which then ticks every second", ""},
-        {"tsensor_tempzone_info.thermal_zone_type", ARRAY, "zone types", "no zones",
+        {at(kTsensorZones, kThermalZoneType), ARRAY, "zone types", "no zones",
          "the fitting engine: zones of the daily histogram",
          "ticks every second for a histogram of no zones"},
 
-        {"old_safety_project", ARRAY, "project names", "no answer (-1)",
+        {at(kOldSafetyProject), ARRAY, "project names", "no answer (-1)",
          "the service, transaction 23", "answers -1, as without the key"},
-        {"cpulimit_process", OBJECT, "", "no processes", "the service, transaction 101", ""},
-        {"cpulimit_process.limit_info", ARRAY, "texts", "no processes",
+        {at(kCpuLimitProcess), OBJECT, "", "no processes", "the service, transaction 101", ""},
+        {at(kCpuLimitProcess, kLimitInfo), ARRAY, "texts", "no processes",
          "the service, transaction 101", "answers that there are none"},
 
-        {"shell_temp_fitting_model", OBJECT, "", "no shell temperature", "the fitting engine", ""},
-        {"shell_temp_fitting_model.*", OBJECT, "", "no such scene", "the fitting engine: a scene",
+        {at(kFittingModels), OBJECT, "", "no shell temperature", "the fitting engine", ""},
+        {at(kFittingModels, kAnyName), OBJECT, "", "no such scene", "the fitting engine: a scene",
          ""},
-        {"shell_temp_fitting_model.*.temp_model", OBJECT, "", "the scene has no models",
+        {at(kFittingModels, kAnyName, kTempModel), OBJECT, "", "the scene has no models",
          "the fitting engine", ""},
-        {"shell_temp_fitting_model.*.temp_model.*", OBJECT, "", "no such model",
+        {at(kFittingModels, kAnyName, kTempModel, kAnyName), OBJECT, "", "no such model",
          "the fitting engine: a model, read in the order of the names", ""},
-        {"shell_temp_fitting_model.*.temp_model.*.index", INT, "", "required",
+        {at(kFittingModels, kAnyName, kTempModel, kAnyName, kIndex), INT, "", "required",
          "the fitting engine: number of the result in /proc/shell-temp", ""},
-        {"shell_temp_fitting_model.*.temp_model.*.thermal_zone", ARRAY, "zone types or numbers",
-         "required", "the fitting engine: inputs", "", "thermal_zones"},
-        {"shell_temp_fitting_model.*.temp_model.*.coefficient", ARRAY, "m°C per m°C", "required",
-         "the fitting engine: a weight a zone, then the constant (m°C)", "", "coefficients"},
-        {"shell_temp_fitting_model.*.temp_model.*.type", UINT, "", "1",
+        {at(kFittingModels, kAnyName, kTempModel, kAnyName, kThermalZone), ARRAY,
+         "zone types or numbers", "required", "the fitting engine: inputs", "", "thermal_zones"},
+        {at(kFittingModels, kAnyName, kTempModel, kAnyName, kCoefficient), ARRAY, "m°C per m°C",
+         "required", "the fitting engine: a weight a zone, then the constant (m°C)", "",
+         "coefficients"},
+        {at(kFittingModels, kAnyName, kTempModel, kAnyName, kType), UINT, "", "1",
          "the fitting engine: kind of the model; 1, linear, is the only one", "uses 1"},
 
-        {"shell_temp_fitting_model.{ambient}.ambient_fitting", OBJECT, "", "no estimate",
+        {at(kFittingModels, kAnyAmbient, kAmbientFitting), OBJECT, "", "no estimate",
          "the ambient estimator", ""},
-        {"shell_temp_fitting_model.{ambient}.ambient_fitting.paramter_name", ARRAY, "names",
+        {at(kFittingModels, kAnyAmbient, kAmbientFitting, kParameterName), ARRAY, "names",
          "required", "the ambient estimator: what each coefficient is", "", "parameter_name"},
-        {"shell_temp_fitting_model.{ambient}.ambient_fitting.coefficient", ARRAY, "", "required",
+        {at(kFittingModels, kAnyAmbient, kAmbientFitting, kCoefficient), ARRAY, "", "required",
          "the ambient estimator: a value for each name", ""},
-        {"shell_temp_fitting_model.{ambient}.ambient_fitting.temp_rate_threshold", NUMBER, "m°C/s",
+        {at(kFittingModels, kAnyAmbient, kAmbientFitting, kTempRateThreshold), NUMBER, "m°C/s",
          "required", "the ambient estimator: steady below this slope", ""},
-        {"shell_temp_fitting_model.{ambient}.ambient_fitting.power_diff_threshold", NUMBER, "mW",
+        {at(kFittingModels, kAnyAmbient, kAmbientFitting, kPowerDiffThreshold), NUMBER, "mW",
          "required", "the ambient estimator: steady below this change of power", ""},
-        {"shell_temp_fitting_model.{ambient}.ambient_fitting.charge_current_threshold", NUMBER,
-         "mA", "2500", "the ambient estimator: no estimate above this mean charge current",
-         "uses 2500 mA"},
+        {at(kFittingModels, kAnyAmbient, kAmbientFitting, kChargeCurrentThreshold), NUMBER, "mA",
+         kChargeThreshold, "the ambient estimator: no estimate above this mean charge current",
+         "uses " + kChargeThreshold + " mA"},
 
-        {"shell_temp_fitting_model.heatsource_detection", OBJECT, "", "no heat sources",
+        {at(kFittingModels, kHeatDetection), OBJECT, "", "no heat sources", "the heat center", ""},
+        {at(kFittingModels, kHeatDetection, kHeatModel), OBJECT, "", "no heat sources",
          "the heat center", ""},
-        {"shell_temp_fitting_model.heatsource_detection.heatsource_model", OBJECT, "",
-         "no heat sources", "the heat center", ""},
-        {"shell_temp_fitting_model.heatsource_detection.heatsource_model.device_name", ARRAY,
-         "names", "no coefficients", "the heat center: cpu, display, cellular, wifi, gpu",
+        {at(kFittingModels, kHeatDetection, kHeatModel, kDeviceName), ARRAY, "names",
+         "no coefficients", "the heat center: cpu, display, cellular, wifi, gpu",
          "has no coefficients: each counts as -1, which gives negative figures"},
-        {"shell_temp_fitting_model.heatsource_detection.heatsource_model.coefficient", ARRAY,
+        {at(kFittingModels, kHeatDetection, kHeatModel, kCoefficient), ARRAY,
          "sample units per m°C", "no coefficients", "the heat center: a value for each name",
          "has no coefficients: each counts as -1, which gives negative figures"},
-        {"shell_temp_fitting_model.heatsource_detection.brightness_model", OBJECT, "", "no figures",
+        {at(kFittingModels, kHeatDetection, kBrightnessModel), OBJECT, "", "no figures",
          "the display component, for its log", ""},
-        {"shell_temp_fitting_model.heatsource_detection.brightness_model.factor", ARRAY, "names",
+        {at(kFittingModels, kHeatDetection, kBrightnessModel, kFactor), ARRAY, "names",
          "no figures", "the display component: el_brt, el_lvl, el_pwr, 60_pwr, 120_pwr",
          "knows no figures of the display"},
-        {"shell_temp_fitting_model.heatsource_detection.brightness_model.coefficient", ARRAY,
+        {at(kFittingModels, kHeatDetection, kBrightnessModel, kCoefficient), ARRAY,
          "nits, levels, mW", "no figures", "the display component: a value for each name",
          "knows no figures of the display"},
-        {"shell_temp_fitting_model.heatsource_detection.gpu_model", OBJECT, "", "the GPU heats 0",
+        {at(kFittingModels, kHeatDetection, kGpuModel), OBJECT, "", "the GPU heats 0",
          "the GPU component", ""},
-        {"shell_temp_fitting_model.heatsource_detection.gpu_model.gpufreq", ARRAY,
+        {at(kFittingModels, kHeatDetection, kGpuModel, kGpuFreq), ARRAY,
          "MHz; on MediaTek as its node says", "the GPU heats 0",
          "the GPU component: clocks, ascending", "takes the GPU's current as 0"},
-        {"shell_temp_fitting_model.heatsource_detection.gpu_model.powermA", ARRAY, "mA",
-         "the GPU heats 0", "the GPU component: current at each clock",
-         "takes the GPU's current as 0"},
-        {"shell_temp_fitting_model.heatsource_detection.cellar_model", OBJECT, "",
+        {at(kFittingModels, kHeatDetection, kGpuModel, kPowerMa), ARRAY, "mA", "the GPU heats 0",
+         "the GPU component: current at each clock", "takes the GPU's current as 0"},
+        {at(kFittingModels, kHeatDetection, kCellularModel), OBJECT, "",
          "the modem's heat is what the usage feed says", "the cellular component", "",
          "cellular_model"},
-        {"shell_temp_fitting_model.heatsource_detection.cellar_model.rsrp_value", ARRAY, "dBm",
-         "no table", "the cellular component: signal strengths, ascending",
-         "takes the modem's current as 0"},
-        {"shell_temp_fitting_model.heatsource_detection.cellar_model.current_value_4G", ARRAY, "mA",
-         "no table", "the cellular component: current at each strength",
-         "takes the modem's current as 0"},
-        {"shell_temp_fitting_model.heatsource_detection.cellar_model.current_value_5G", ARRAY, "mA",
-         "no table", "the cellular component: current at each strength",
-         "takes the modem's current as 0"},
-        {"shell_temp_fitting_model.heatsource_detection.cellar_model.thermal_zone_type", ARRAY,
-         "zone types", "no zones",
-         "the cellular component: amplifier, then a base to compare it with",
+        {at(kFittingModels, kHeatDetection, kCellularModel, kRsrpValue), ARRAY, "dBm", "no table",
+         "the cellular component: signal strengths, ascending", "takes the modem's current as 0"},
+        {at(kFittingModels, kHeatDetection, kCellularModel, kCurrent4G), ARRAY, "mA", "no table",
+         "the cellular component: current at each strength", "takes the modem's current as 0"},
+        {at(kFittingModels, kHeatDetection, kCellularModel, kCurrent5G), ARRAY, "mA", "no table",
+         "the cellular component: current at each strength", "takes the modem's current as 0"},
+        {at(kFittingModels, kHeatDetection, kCellularModel, kThermalZoneType), ARRAY, "zone types",
+         "no zones", "the cellular component: amplifier, then a base to compare it with",
          "reports no temperatures of the modem"},
 
-        {"thermal_status_model", OBJECT, "", "no levels, no status", "the thermal-status engine",
+        {at(kThermalStatusModel), OBJECT, "", "no levels, no status", "the thermal-status engine",
          ""},
-        {"thermal_status_model.temp_threshold", ARRAY, "°C", "required",
-         "the thermal-status engine: 21 rising thresholds", "rejects the whole model: no levels"},
-        {"thermal_status_model.temp_threshold_down", ARRAY, "°C", "required",
-         "the thermal-status engine: 21 falling thresholds", "rejects the whole model: no levels"},
-        {"thermal_status_model.thermal_status", ARRAY, "status values", "required",
+        {at(kThermalStatusModel, kTempThreshold), ARRAY, "°C", "required",
+         "the thermal-status engine: " + kLevels + " rising thresholds",
+         "rejects the whole model: no levels"},
+        {at(kThermalStatusModel, kTempThresholdDown), ARRAY, "°C", "required",
+         "the thermal-status engine: " + kLevels + " falling thresholds",
+         "rejects the whole model: no levels"},
+        {at(kThermalStatusModel, kThermalStatus), ARRAY, "status values", "required",
          "the thermal-status engine: the status of each level",
          "rejects the whole model: no levels"},
-        {"thermal_status_model.thermal_status_report", ARRAY, "", "required",
+        {at(kThermalStatusModel, kThermalStatusReport), ARRAY, "", "required",
          "the thermal-status engine, which only logs it", "rejects the whole model: no levels"},
 };
 
-std::vector<std::string_view> split(std::string_view path) {
-    std::vector<std::string_view> names;
-    for (size_t start = 0; start <= path.size();) {
-        const size_t dot = std::min(path.find('.', start), path.size());
-        names.push_back(path.substr(start, dot - start));
-        start = dot + 1;
-    }
-    return names;
+bool stepMatches(const std::string& step, const std::string& name) {
+    return step == kAnyName || step == name || (step == kAnyAmbient && isAmbientScene(name));
 }
 
-bool stepMatches(std::string_view pattern, const std::string& name) {
-    return pattern == "*" || pattern == name || (pattern == "{ambient}" && isAmbientScene(name));
-}
-
-/** Whether the first steps of a pattern, as many as the path has, are those of the path. */
-bool beginsWith(const std::vector<std::string_view>& pattern,
-                const std::vector<std::string>& path) {
-    return pattern.size() >= path.size() &&
-           std::equal(path.begin(), path.end(), pattern.begin(),
-                      [](const std::string& name, std::string_view step) {
+/** Whether the first steps of a key, as many as the path has, are those of the path. */
+bool beginsWith(const KeyEntry& key, const std::vector<std::string>& path) {
+    return key.path.size() >= path.size() &&
+           std::equal(path.begin(), path.end(), key.path.begin(),
+                      [](const std::string& name, const std::string& step) {
                           return stepMatches(step, name);
                       });
 }
@@ -173,8 +178,7 @@ const std::vector<KeyEntry>& keyCatalogue() {
 // A later entry is the more special one: "heatsource_detection" comes after any scene.
 const KeyEntry* findKey(const std::vector<std::string>& path) {
     const auto found = std::find_if(kCatalogue.rbegin(), kCatalogue.rend(), [&](const auto& key) {
-        const auto pattern = split(key.path);
-        return pattern.size() == path.size() && beginsWith(pattern, path);
+        return key.path.size() == path.size() && beginsWith(key, path);
     });
     return found != kCatalogue.rend() ? &*found : nullptr;
 }
@@ -182,10 +186,9 @@ const KeyEntry* findKey(const std::vector<std::string>& path) {
 std::vector<std::string> namesBelow(const std::vector<std::string>& path) {
     std::vector<std::string> names;
     for (const KeyEntry& key : kCatalogue) {
-        const auto pattern = split(key.path);
-        if (pattern.size() == path.size() + 1 && beginsWith(pattern, path) &&
-            pattern.back().find_first_of("*{") == std::string_view::npos) {
-            names.emplace_back(pattern.back());
+        if (key.path.size() == path.size() + 1 && beginsWith(key, path) &&
+            key.path.back() != kAnyName && key.path.back() != kAnyAmbient) {
+            names.push_back(key.path.back());
         }
     }
     return names;
@@ -232,7 +235,7 @@ const char* typeText(KeyType type) {
 }
 
 bool isAmbientScene(const std::string& name) {
-    return std::ranges::find(kAmbientScenes, name) != std::end(kAmbientScenes);
+    return std::ranges::count(scene::kAmbientScenes, name) > 0;
 }
 
 }  // namespace kelvo::lint

@@ -17,18 +17,23 @@ enum class KeyType {
     NUMBER,  // whole or not
 };
 
+/** In the path of a key: any name. */
+inline constexpr char kAnyName[] = "*";
+/** In the path of a key: each of the ambient scenes. */
+inline constexpr char kAnyAmbient[] = "{ambient}";
+
 /** One key that the daemon reads. */
 struct KeyEntry {
-    /** Names with dots between; "*" is any name, "{ambient}" each of the ambient scenes. */
-    const char* path;
+    /** Names of members, from the top level; kAnyName and kAnyAmbient stand for several. */
+    std::vector<std::string> path;
     KeyType type;
-    const char* unit;      // empty: none
-    const char* fallback;  // what holds without the key; empty: it is told at the key above
-    const char* reader;    // who reads it, what for
+    std::string unit;      // empty: none
+    std::string fallback;  // what holds without the key; empty: it is told at the key above
+    std::string reader;    // who reads it, what for
     /** What the daemon does with a value of another type; empty: a rule of its own says it. */
-    const char* otherwise;
+    std::string otherwise;
     /** How others would spell a key that is spelled wrong on purpose; empty: like this. */
-    const char* rightSpelling = "";
+    std::string rightSpelling = {};
 };
 
 /** Every key that the daemon reads. Override sections have the same keys again. */

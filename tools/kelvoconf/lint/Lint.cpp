@@ -2,6 +2,7 @@
 
 #include <json/writer.h>
 
+#include "kelvoconf/lint/Readings.h"
 #include "kelvoconf/lint/Rules.h"
 #include "kelvoconf/lint/SceneSet.h"
 #include "kelvoconf/lint/ZoneNames.h"
@@ -61,7 +62,9 @@ std::vector<Finding> lintConfig(const LintInput& input) {
         const MergedConfig config(main, readSub, input.platform, input.project);
         const ZoneTable zones = zoneTable(input, config.root().value());
         const SceneSet scenes = parseScenes(config.root(), zones, zoneCount(input));
-        checkDocument({scenes, input, main, readSub, config, zones, zoneCount(input), findings});
+        const Readings readings = readSections(config.root());
+        checkDocument({scenes, readings, input, main, readSub, config, zones, zoneCount(input),
+                       findings});
     }
     return findings.take({input.main.name, input.sub ? input.sub->name : ""});
 }

@@ -11,11 +11,13 @@
 
 namespace kelvo::lint {
 
+struct Readings;
 struct SceneSet;
 
 /** What the rules judge. One thread. */
 struct LintContext {
     const SceneSet& scenes;
+    const Readings& readings;
     const LintInput& input;
     const SourceFile& main;
     const SourceFile* sub;  // null: there is none, or none that the daemon would read

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "common/NearestName.h"
+#include "config/ConfigNames.h"
 #include "core/Scene.h"
 #include "kelvoconf/lint/KeyCatalogue.h"
 #include "kelvoconf/lint/SceneSet.h"
@@ -41,7 +42,7 @@ std::string lossOf(const ParsedScene& scene, const SkippedModel& skipped) {
 
 void unknownZone(const LintContext& context, const ParsedScene& scene,
                  const SkippedModel& skipped) {
-    const ConfigNode zone = (scene.model(skipped.name) / "thermal_zone")[skipped.element];
+    const ConfigNode zone = (scene.model(skipped.name) / key::kThermalZone)[skipped.element];
     const ZoneAdvice advice = adviseOnZone(context, zone.value());
     context.error("unknown-zone", zone, {advice.what, lossOf(scene, skipped), advice.mend});
 }
@@ -56,20 +57,20 @@ void skippedModel(const LintContext& context, const ParsedScene& scene,
         case Reason::NO_OBJECT:
             break;  // said with the types
         case Reason::NO_INDEX:
-            report(model / "index", "a model needs a whole number as its index",
+            report(model / key::kIndex, "a model needs a whole number as its index",
                    "give the model an index that no other model of the scene has");
             break;
         case Reason::NO_ZONES:
-            report(model / "thermal_zone", "a model needs an array of zones with one at least",
+            report(model / key::kThermalZone, "a model needs an array of zones with one at least",
                    "list the zones that the model is computed from");
             break;
         case Reason::NO_COEFFICIENTS:
-            report(model / "coefficient",
+            report(model / key::kCoefficient,
                    "a model needs an array of coefficients with one at least",
                    "give each zone a coefficient");
             break;
         case Reason::BAD_COEFFICIENT:
-            report((model / "coefficient")[skipped.element], "this coefficient is no number",
+            report((model / key::kCoefficient)[skipped.element], "this coefficient is no number",
                    "write a number");
             break;
         case Reason::UNKNOWN_ZONE:
@@ -86,7 +87,7 @@ void checkCoefficients(const LintContext& context, const ConfigNode& node,
             std::to_string(coefficients) + " coefficients for " + std::to_string(zones) + " zones";
     if (coefficients > zones + 1) {
         context.warning("ignored-coefficients",
-                        (node / "coefficient")[static_cast<Json::ArrayIndex>(zones)],
+                        (node / key::kCoefficient)[static_cast<Json::ArrayIndex>(zones)],
                         {count + " and one constant",
                          "adds the last one as the constant, and ignores the " +
                                  std::to_string(coefficients - zones - 1) + " from here before it",
@@ -94,7 +95,7 @@ void checkCoefficients(const LintContext& context, const ConfigNode& node,
     } else if (coefficients < zones) {
         context.warning(
                 "unweighted-zones",
-                (node / "thermal_zone")[static_cast<Json::ArrayIndex>(coefficients)],
+                (node / key::kThermalZone)[static_cast<Json::ArrayIndex>(coefficients)],
                 {count,
                  "reads the zones from here on, fails when they fail, and does not count them",
                  "give each zone a coefficient, or drop the zones"});
@@ -104,7 +105,7 @@ void checkCoefficients(const LintContext& context, const ConfigNode& node,
 void checkZoneNumbers(const LintContext& context, const ConfigNode& node,
                       const FittingModel& model) {
     for (size_t i = 0; i < model.zones.size(); ++i) {
-        const ConfigNode zone = (node / "thermal_zone")[static_cast<Json::ArrayIndex>(i)];
+        const ConfigNode zone = (node / key::kThermalZone)[static_cast<Json::ArrayIndex>(i)];
         if (context.knowsZones() && model.zones[i].index == context.zoneCount) {
             context.error("zone-not-there", zone,
                           {"the last zone is number " + std::to_string(context.zoneCount - 1),
@@ -117,7 +118,7 @@ void checkZoneNumbers(const LintContext& context, const ConfigNode& node,
 }
 
 void checkModel(const LintContext& context, const ConfigNode& node, const FittingModel& model) {
-    const ConfigNode type = node / "type";
+    const ConfigNode type = node / key::kType;
     if (model.type != kLinearModel) {
         context.error("unsupported-type", type,
                       {"there is no kind of model " + shown(type.value()),
@@ -136,7 +137,7 @@ void checkScene(const LintContext& context, const ParsedScene& scene) {
         checkModel(context, scene.model(model.name), model);
     }
     const bool isScene = scene.set.scene != kHeatSection && scene.node.value().isObject();
-    if (scene.set.models.empty() && isScene && scene.set.scene != "default") {
+    if (scene.set.models.empty() && isScene && scene.set.scene != scene::kDefault) {
         context.error("scene-discarded", scene.node,
                       {"no usable model in the scene",
                        "does not keep the scene: a switch to it leaves the models as they are",
@@ -150,8 +151,8 @@ void checkName(const LintContext& context, const ParsedScene& scene) {
     if (isShellScene(name) || isAmbientScene(name) || name == kHeatSection) {
         return;
     }
-    std::vector<std::string> known = {"ambient", "ambient_charge", "ambient_fold",
-                                      "ambient_fold_charge", kHeatSection};
+    std::vector<std::string> known(scene::kAmbientScenes.begin(), scene::kAmbientScenes.end());
+    known.emplace_back(kHeatSection);
     for (const auto& [code, sceneName] : kSceneNames) {
         known.push_back(sceneName);
     }
@@ -167,13 +168,13 @@ void checkName(const LintContext& context, const ParsedScene& scene) {
 }
 
 void checkDefault(const LintContext& context, const SceneSet& set) {
-    if (set.find("default") != nullptr) {
+    if (set.find(scene::kDefault) != nullptr) {
         return;
     }
     const auto backup = std::ranges::find_if(set.scenes, [](const ParsedScene& scene) {
         return isBackupScene(scene.set.scene) && !scene.set.models.empty();
     });
-    context.error("no-default", context.root() / "shell_temp_fitting_model" / "default",
+    context.error("no-default", context.root() / key::kFittingModels / scene::kDefault,
                   {"there is no usable scene \"default\"",
                    backup != set.scenes.end()
                            ? "starts with " + quoted(backup->set.scene)
@@ -184,7 +185,7 @@ void checkDefault(const LintContext& context, const SceneSet& set) {
 }  // namespace
 
 void checkScenes(const LintContext& context) {
-    const ConfigNode models = context.root() / "shell_temp_fitting_model";
+    const ConfigNode models = context.root() / key::kFittingModels;
     if (!models) {
         context.error("no-models", models,
                       {"there are no models", "computes and writes no shell temperature",

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "config/ConfigNames.h"
 #include "core/Scene.h"
 
 namespace kelvo::lint {
@@ -10,7 +11,7 @@ namespace kelvo::lint {
 SceneSet parseScenes(const ConfigNode& root, const ZoneTable& zones, int32_t zoneCount) {
     SceneSet set;
     const FittingModelParser parser(zones, zoneCount);
-    for (const auto& [name, node] : (root / "shell_temp_fitting_model").members()) {
+    for (const auto& [name, node] : (root / key::kFittingModels).members()) {
         ParsedScene scene{{}, {}, node};
         scene.set = parser.parseScene(name, node.value(), set.nameByIndex, &scene.skipped);
         set.scenes.push_back(std::move(scene));
@@ -25,7 +26,7 @@ const ParsedScene* SceneSet::find(const std::string& name) const {
 }
 
 bool isBackupScene(const std::string& name) {
-    return name.starts_with("backup_");
+    return name.starts_with(scene::kBackupPrefix);
 }
 
 bool isShellScene(const std::string& name) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "config/ConfigNames.h"
 #include "kelvoconf/lint/Rules.h"
 #include "shelltemp/FittingModelParser.h"
 
@@ -15,7 +16,7 @@ struct ParsedScene {
     std::vector<SkippedModel> skipped;
     ConfigNode node;
 
-    ConfigNode model(const std::string& name) const { return node / "temp_model" / name; }
+    ConfigNode model(const std::string& name) const { return node / key::kTempModel / name; }
 };
 
 /** The scenes of "shell_temp_fitting_model", parsed with the daemon's parser in its order. */
@@ -38,6 +39,6 @@ bool isBackupScene(const std::string& name);
 /** Whether a scene can come to compute the shell temperature. */
 bool isShellScene(const std::string& name);
 /** The part beside the scenes that holds the heat components' tables. */
-inline constexpr char kHeatSection[] = "heatsource_detection";
+inline constexpr const char* kHeatSection = key::kHeatDetection;
 
 }  // namespace kelvo::lint

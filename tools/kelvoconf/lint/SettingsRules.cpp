@@ -2,42 +2,54 @@
 
 #include <string>
 
+#include "config/ConfigNames.h"
+#include "core/ThrottlingThresholds.h"
+#include "kelvoconf/lint/Readings.h"
 #include "kelvoconf/lint/Rules.h"
 
 namespace kelvo::lint {
 
 namespace {
 
-constexpr Json::ArrayIndex kBandEnds = 2;
-constexpr int32_t kHottest = 200;        // °C: what is above is hardly meant in degrees
-constexpr int32_t kShortestPeriod = 10;  // s
+using Kind = ConfigFault::Kind;
+
+constexpr int32_t kHottest = 200;  // °C: what is above is hardly meant in degrees
+
+std::string degrees(int32_t celsius) {
+    return std::to_string(celsius) + " °C";
+}
+
+/** What holds without a band. */
+std::string defaultBroadcasts() {
+    const BroadcastBand band;
+    return "broadcasts from " + std::to_string(band.low) + " to " + degrees(band.high);
+}
+
+void checkEnd(const LintContext& context, const ConfigNode& end, const std::string& fallback) {
+    if (!end.value().isInt()) {
+        context.error("skipped-element", end,
+                      {shown(end.value()) + " is no whole number",
+                       "uses " + fallback + " temperature", "write whole degrees"});
+    } else if (end.value().asInt() > kHottest) {
+        context.warning("wrong-unit", end,
+                        {shown(end.value()) + " is far too hot",
+                         "takes it as whole degrees Celsius", "write degrees, not thousandths"});
+    }
+}
 
 void checkBand(const LintContext& context, const ConfigNode& band) {
-    if (!band.value().isArray()) {
-        return;
-    }
-    if (band.value().size() != kBandEnds) {
+    const BroadcastConfig& broadcast = context.readings.broadcast;
+    if (hasFault(broadcast.faults, Kind::WRONG_LENGTH, key::kStartEndValues)) {
         context.error("broadcast-band", band,
-                      {"a band has two ends", "broadcasts from 30 to 55 °C",
+                      {"a band has two ends", defaultBroadcasts(),
                        "write the lowest and the highest temperature"});
+    }
+    if (!broadcast.hasBand) {
         return;
     }
-    const char* const defaults[] = {"30 °C as the lowest", "55 °C as the highest"};
-    for (Json::ArrayIndex i = 0; i < kBandEnds; ++i) {
-        const Json::Value& end = band[i].value();
-        if (!end.isInt()) {
-            context.error(
-                    "skipped-element", band[i],
-                    {shown(end) + " is no whole number",
-                     std::string("uses ") + defaults[i] + " temperature", "write whole degrees"});
-        } else if (end.asInt() > kHottest) {
-            context.warning("wrong-unit", band[i],
-                            {shown(end) + " is far too hot", "takes it as whole degrees Celsius",
-                             "write degrees, not thousandths"});
-        }
-    }
-    if (band[0].value().isInt() && band[1].value().isInt() &&
-        band[0].value().asInt() > band[1].value().asInt()) {
+    checkEnd(context, band[0], degrees(BroadcastBand().low) + " as the lowest");
+    checkEnd(context, band[1], degrees(BroadcastBand().high) + " as the highest");
+    if (hasFault(broadcast.faults, Kind::REVERSED, key::kStartEndValues)) {
         context.warning("broadcast-band", band,
                         {"the band ends below its beginning",
                          "broadcasts only changes that leap over the gap between them",
@@ -47,32 +59,32 @@ void checkBand(const LintContext& context, const ConfigNode& band) {
 
 // One key for two readers, of which each takes its own form.
 void checkBroadcast(const LintContext& context) {
-    const ConfigNode broadcast = context.root() / "shell_temp_broadcast";
+    static_assert(kThrottlingThresholds == 7, "the number is a word below");
+    const ConfigNode broadcast = context.root() / key::kShellTempBroadcast;
     if (broadcast.value().isArray()) {
-        context.warning("unused-thresholds", broadcast,
-                        {"an array gives throttling thresholds, not the band of the broadcasts",
-                         "keeps seven of them at most, which nothing uses, and broadcasts from 30 "
-                         "to 55 °C",
-                         "write an object with \"start_end_values\" when the band is meant"});
+        context.warning(
+                "unused-thresholds", broadcast,
+                {"an array gives throttling thresholds, not the band of the broadcasts",
+                 "keeps seven of them at most, which nothing uses, and " + defaultBroadcasts(),
+                 "write an object with \"start_end_values\" when the band is meant"});
     }
-    const ConfigNode disable = broadcast / "disable";
-    if (disable.value().isInt() && disable.value().asInt() == 1) {
-        return;  // the band is not read
+    if (context.readings.broadcast.enabled) {  // else the band is not used
+        checkBand(context, broadcast / key::kStartEndValues);
     }
-    checkBand(context, broadcast / "start_end_values");
 }
 
 void checkBigData(const LintContext& context) {
-    const ConfigNode data = context.root() / "big_data";
-    const ConfigNode period = data / "sample_period";
-    if (period.value().isInt() && period.value().asInt() < kShortestPeriod) {
-        context.error(
-                "out-of-range", period,
-                {"the shortest period is 10 s", "samples every 60 s", "write 10 or more seconds"});
+    const ConfigNode data = context.root() / key::kBigData;
+    const ConfigFaults& faults = context.readings.bigData.faults;
+    const std::string shortest = std::to_string(kShortestSamplePeriod);
+    if (hasFault(faults, Kind::OUT_OF_RANGE, key::kSamplePeriod)) {
+        context.error("out-of-range", data / key::kSamplePeriod,
+                      {"the shortest period is " + shortest + " s",
+                       "samples every " + std::to_string(kDefaultSamplePeriod) + " s",
+                       "write " + shortest + " or more seconds"});
     }
-    const ConfigNode thousandth = data / "thermal_off_thousandth";
-    if (thousandth.value().isInt() && thousandth.value().asInt() < 0) {
-        context.error("out-of-range", thousandth,
+    if (hasFault(faults, Kind::OUT_OF_RANGE, key::kThermalOffThousandth)) {
+        context.error("out-of-range", data / key::kThermalOffThousandth,
                       {"a share cannot be negative", "uses 0", "write 0 to 1000"});
     }
 }
@@ -92,8 +104,8 @@ void checkTexts(const LintContext& context, const ConfigNode& list) {
 void checkSettings(const LintContext& context) {
     checkBroadcast(context);
     checkBigData(context);
-    checkTexts(context, context.root() / "old_safety_project");
-    checkTexts(context, context.root() / "cpulimit_process" / "limit_info");
+    checkTexts(context, context.root() / key::kOldSafetyProject);
+    checkTexts(context, context.root() / key::kCpuLimitProcess / key::kLimitInfo);
 }
 
 }  // namespace kelvo::lint

@@ -2,70 +2,82 @@
 
 #include <string>
 
+#include "config/ConfigNames.h"
+#include "kelvoconf/lint/Readings.h"
 #include "kelvoconf/lint/Rules.h"
 #include "thermalstatus/ThermalLevels.h"
-#include "thermalstatus/ThermalList.h"
 
 namespace kelvo::lint {
 
 namespace {
 
-constexpr int32_t kWildcard = -1;
+using Kind = ConfigFault::Kind;
+
 constexpr int32_t kHottest = 200;  // °C: what is above is hardly meant in degrees
 constexpr char kRejected[] = "rejects the whole model: no levels, no status";
 
-/** A list of the model with the keys of its places. */
+/** A list of the model with its place. */
 struct StatusList {
     ConfigNode node;
-    ThermalList list;
+    const ThermalList& list;
 
-    StatusList(const ConfigNode& model, const char* name)
-          : node(model / name), list(readThermalList(node.value())) {}
-
-    /** The element that a value comes from; the ones before it may have been skipped. */
-    ConfigNode element(size_t value) const {
-        auto at = static_cast<Json::ArrayIndex>(value);
-        for (const Json::ArrayIndex skipped : list.skipped) {
-            at += skipped <= at ? 1 : 0;
-        }
-        return node[at];
-    }
-    std::string name() const { return quoted(std::get<std::string>(node.path().steps().back())); }
+    /** The element that a value comes from. */
+    ConfigNode element(size_t value) const { return node[list.elements[value]]; }
+    std::string key() const { return std::get<std::string>(node.path().steps().back()); }
 };
 
-void checkList(const LintContext& context, const StatusList& status) {
-    const ThermalList& list = status.list;
-    if (!list.isArray) {
-        if (!status.node) {
-            context.error("status-list-missing", status.node,
-                          {"the model needs " + status.name(), kRejected, "write the list"});
+void checkFault(const LintContext& context, const StatusList& status, const ConfigFault& fault) {
+    const ConfigNode place = fault.element ? status.node[*fault.element] : status.node;
+    switch (fault.kind) {
+        case Kind::MISSING:
+            context.error("status-list-missing", place,
+                          {"the model needs " + quoted(fault.key), kRejected, "write the list"});
+            break;
+        case Kind::EMPTY:
+            context.error(
+                    "status-list-missing", place,
+                    {quoted(fault.key) + " has no whole number", kRejected, "write the list"});
+            break;
+        case Kind::FALLING: {
+            const std::vector<int32_t>& values = status.list.values;
+            const size_t at = *status.list.falling;
+            context.error(
+                    "list-not-rising", place,
+                    {std::to_string(values[at]) + " comes after " + std::to_string(values[at - 1]),
+                     kRejected, "let the values rise, or stay equal, from level to level"});
+            break;
         }
-        return;  // another value is of the wrong type
-    }
-    for (const Json::ArrayIndex skipped : list.skipped) {
-        context.error("skipped-element", status.node[skipped],
-                      {shown(status.node[skipped].value()) + " is no whole number",
-                       "leaves it out, so that all that follows belongs to one level less",
-                       "write a whole number"});
-    }
-    if (list.values.empty()) {
-        context.error("status-list-missing", status.node,
-                      {status.name() + " has no whole number", kRejected, "write the list"});
-    }
-    if (list.falling) {
-        const size_t at = *list.falling;
-        context.error("list-not-rising", status.element(at),
-                      {std::to_string(list.values[at]) + " comes after " +
-                               std::to_string(list.values[at - 1]),
-                       kRejected, "let the values rise, or stay equal, from level to level"});
+        case Kind::WRONG_TYPE:
+            if (fault.element) {  // else it is said with the types
+                context.error("skipped-element", place,
+                              {shown(place.value()) + " is no whole number",
+                               "leaves it out, so that all that follows belongs to one level less",
+                               "write a whole number"});
+            }
+            break;
+        default:
+            break;  // said when all lists are known
     }
 }
 
+void checkList(const LintContext& context, const StatusList& status) {
+    for (const ConfigFault& fault : context.readings.status.faults) {
+        if (fault.key == status.key()) {
+            checkFault(context, status, fault);
+        }
+    }
+}
+
+bool hasWrongLength(const LintContext& context, const StatusList& status) {
+    return hasFault(context.readings.status.faults, Kind::WRONG_LENGTH, status.key());
+}
+
 void checkCount(const LintContext& context, const StatusList& thresholds) {
-    const size_t count = thresholds.list.values.size();
-    if (count != 0 && count != kThermalLevels) {
+    if (hasWrongLength(context, thresholds)) {
         context.error("thresholds-not-21", thresholds.node,
-                      {std::to_string(count) + " thresholds; there are 21 levels, 0 to 20",
+                      {std::to_string(thresholds.list.values.size()) + " thresholds; there are " +
+                               std::to_string(kThermalLevels) + " levels, 0 to " +
+                               std::to_string(kThermalLevels - 1),
                        "loads the model but decides no level, and says so in the log each time",
                        "write one threshold a level"});
     }
@@ -119,7 +131,7 @@ void checkCrossing(const LintContext& context, const StatusList& up, const Statu
 }  // namespace
 
 void checkStatus(const LintContext& context) {
-    const ConfigNode model = context.root() / "thermal_status_model";
+    const ConfigNode model = context.root() / key::kThermalStatusModel;
     if (!model) {
         context.warning("no-status-model", model,
                         {"there is no thermal_status_model",
@@ -129,18 +141,18 @@ void checkStatus(const LintContext& context) {
     if (!model.value().isObject()) {
         return;
     }
-    const StatusList up(model, "temp_threshold");
-    const StatusList down(model, "temp_threshold_down");
-    const StatusList status(model, "thermal_status");
-    const StatusList report(model, "thermal_status_report");
+    const ThermalModelReading& reading = context.readings.status;
+    const StatusList up{model / key::kTempThreshold, reading.tripTemps};
+    const StatusList down{model / key::kTempThresholdDown, reading.tripDownTemps};
+    const StatusList status{model / key::kThermalStatus, reading.statusAreas};
+    const StatusList report{model / key::kThermalStatusReport, reading.statusReports};
     for (const StatusList* list : {&up, &down, &status, &report}) {
         checkList(context, *list);
     }
-    const size_t levels = up.list.values.size();
-    if (!status.list.values.empty() && levels != 0 && status.list.values.size() != levels) {
+    if (hasWrongLength(context, status)) {
         context.error("status-length", status.node,
                       {std::to_string(status.list.values.size()) + " status values for " +
-                               std::to_string(levels) + " thresholds",
+                               std::to_string(up.list.values.size()) + " thresholds",
                        kRejected, "write one status value a threshold"});
     }
     checkCount(context, up);

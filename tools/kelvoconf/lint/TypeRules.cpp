@@ -1,6 +1,7 @@
 // Values of another type than their reader wants, in the document in force.
 
 #include "kelvoconf/lint/KeyCatalogue.h"
+#include "kelvoconf/lint/Readings.h"
 #include "kelvoconf/lint/Rules.h"
 
 namespace kelvo::lint {
@@ -25,6 +26,12 @@ void notAnObject(const LintContext& context, const std::vector<std::string>& pat
              "write an object with these members, or drop the key"});
 }
 
+/** By the key's reader where that can be asked, else by what the catalogue says of it. */
+bool isRefused(const LintContext& context, const std::vector<std::string>& path,
+               const ConfigNode& node, KeyType type) {
+    return context.readings.refusesType(path).value_or(!hasType(node.value(), type));
+}
+
 void checkMember(const LintContext& context, const std::vector<std::string>& path,
                  const ConfigNode& node) {
     const KeyEntry* const key = findKey(path);
@@ -33,7 +40,7 @@ void checkMember(const LintContext& context, const std::vector<std::string>& pat
     }
     if (key->type == KeyType::OBJECT && !node.value().isObject()) {
         notAnObject(context, path, node);
-    } else if (!hasType(node.value(), key->type) && *key->otherwise != '\0') {
+    } else if (isRefused(context, path, node, key->type) && !key->otherwise.empty()) {
         context.error(
                 "wrong-type", node,
                 {std::string("expected ") + typeText(key->type) + ", found " + shown(node.value()),

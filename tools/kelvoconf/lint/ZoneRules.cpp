@@ -4,6 +4,7 @@
 #include <string>
 
 #include "common/NearestName.h"
+#include "config/ConfigNames.h"
 #include "kelvoconf/lint/ZoneNames.h"
 
 namespace kelvo::lint {
@@ -22,7 +23,7 @@ void addTypes(const Json::Value& value, ZoneTable& table) {
 
 /** A list whose first unknown type makes the daemon give up all of it. */
 void checkList(const LintContext& context, const ConfigNode& list, const std::string& effect) {
-    for (const ConfigNode& element : (list / "thermal_zone_type").elements()) {
+    for (const ConfigNode& element : (list / key::kThermalZoneType).elements()) {
         const bool known = element.value().isString() &&
                            context.zones.indexOf(element.value().asString()) >= 0;
         if (!known) {
@@ -73,9 +74,9 @@ ZoneTable zonesNamedIn(const Json::Value& root) {
 
 void checkZoneLists(const LintContext& context) {
     const ConfigNode root = context.root();
-    checkList(context, root / "specified_tempzone_info",
+    checkList(context, root / key::kSpecifiedZones,
               "gives up the whole list: clients get no zone temperatures");
-    checkList(context, root / "tsensor_tempzone_info",
+    checkList(context, root / key::kTsensorZones,
               "gives up the whole list, but ticks every second all the same");
 }
 
