@@ -1,0 +1,109 @@
+#include "ambient/AmbientParams.h"
+
+#include <gtest/gtest.h>
+
+#include "support/ConfigFaults.h"
+
+using kelvo::AmbientFault;
+using kelvo::AmbientFitting;
+using Kind = AmbientFault::Kind;
+
+namespace {
+
+/** The four names and both thresholds, with more names, coefficients and members. */
+std::string section(
+        const std::string& names = "", const std::string& coefficients = "",
+        const std::string& members = ",'temp_rate_threshold':5,'power_diff_threshold':6.5") {
+    return "{'paramter_name':['temp_coeff','tempSlope_coeff','power_coeff','const_coeff'" + names +
+           "],'coefficient':[1,2.5,3,4" + coefficients + "]" + members + "}";
+}
+
+}  // namespace
+
+TEST(AmbientParamsTest, takesEachParameterByItsName) {
+    const AmbientFitting fitting = kelvo::readAmbientFitting(
+            parsed(section(",'battery_current_coeff','temp_coeff','spare'", ",7,8,9")));
+    ASSERT_TRUE(fitting.params);
+    EXPECT_EQ(fitting.params->temp, 8) << "the later of two";
+    EXPECT_EQ(fitting.params->tempSlope, 2.5);
+    EXPECT_EQ(fitting.params->power, 3);
+    EXPECT_EQ(fitting.params->constant, 4);
+    EXPECT_EQ(fitting.params->batteryCurrent, 7);
+    EXPECT_EQ(fitting.params->tempRateThreshold, 5);
+    EXPECT_EQ(fitting.params->powerDiffThreshold, 6.5);
+    EXPECT_EQ(fitting.params->chargeThreshold, 2500);
+    EXPECT_EQ(fitting.pairs.size(), 7u);
+    EXPECT_TRUE(fitting.faults.empty());
+}
+
+TEST(AmbientParamsTest, takesThresholdsFromTheListUnlessBothAreMembers) {
+    const std::string names = ",'temp_rate_threshold','power_diff_threshold'";
+    const struct {
+        const char* members;
+        double rate;
+        double power;
+        double charge;
+    } cases[] = {
+            {"", 8, 9, 2500},
+            {",'temp_rate_threshold':5", 8, 9, 2500},
+            {",'temp_rate_threshold':5,'power_diff_threshold':'6'", 8, 9, 2500},
+            {",'temp_rate_threshold':5,'power_diff_threshold':6", 5, 6, 2500},
+            {",'charge_current_threshold':100.5", 8, 9, 100.5},
+    };
+    for (const auto& test : cases) {
+        const AmbientFitting fitting =
+                kelvo::readAmbientFitting(parsed(section(names, ",8,9", test.members)));
+        ASSERT_TRUE(fitting.params) << test.members;
+        EXPECT_FALSE(fitting.params->batteryCurrent);
+        EXPECT_EQ(fitting.params->tempRateThreshold, test.rate) << test.members;
+        EXPECT_EQ(fitting.params->powerDiffThreshold, test.power) << test.members;
+        EXPECT_EQ(fitting.params->chargeThreshold, test.charge) << test.members;
+    }
+}
+
+TEST(AmbientParamsTest, saysWhyASceneCannotBeUsed) {
+    const struct {
+        std::string section;
+        Kind kind;
+        Json::ArrayIndex element;
+        const char* name;
+        size_t pairs;
+    } cases[] = {
+            {"null", Kind::NO_ARRAYS, 0, "", 0},
+            {"[]", Kind::NO_ARRAYS, 0, "", 0},
+            {"{'paramter_name':[]}", Kind::NO_ARRAYS, 0, "", 0},
+            {"{'paramter_name':'x','coefficient':[]}", Kind::NO_ARRAYS, 0, "", 0},
+            {section(",'x'"), Kind::UNEQUAL, 0, "", 0},
+            {section(",5", ",'x'"), Kind::BAD_NAME, 4, "", 4},
+            {section(",'x',5", ",'1',1"), Kind::BAD_COEFFICIENT, 4, "", 4},
+            {"{'paramter_name':[],'coefficient':[]}", Kind::MISSING_NAME, 0, "temp_coeff", 0},
+            {"{'paramter_name':['temp_coeff','tempSlope_coeff','power_coeff'],'coefficient':"
+             "[1,2,3]}",
+             Kind::MISSING_NAME, 0, "const_coeff", 3},
+            {section("", "", ""), Kind::MISSING_THRESHOLD, 0, "temp_rate_threshold", 4},
+            {section("", "", ",'power_diff_threshold':6"), Kind::MISSING_THRESHOLD, 0,
+             "temp_rate_threshold", 4},
+            {section(",'temp_rate_threshold'", ",1", ""), Kind::MISSING_THRESHOLD, 0,
+             "power_diff_threshold", 5},
+    };
+    for (const auto& test : cases) {
+        const AmbientFitting fitting = kelvo::readAmbientFitting(parsed(test.section));
+        EXPECT_FALSE(fitting.params) << test.section;
+        ASSERT_EQ(fitting.faults.size(), 1u) << test.section;
+        EXPECT_EQ(fitting.faults.front().kind, test.kind) << test.section;
+        EXPECT_EQ(fitting.faults.front().element, test.element) << test.section;
+        EXPECT_EQ(fitting.faults.front().name, test.name) << test.section;
+        EXPECT_EQ(fitting.pairs.size(), test.pairs) << test.section;
+    }
+}
+
+TEST(AmbientParamsTest, goesOnWithTheDefaultOfAChargeThresholdThatIsNoNumber) {
+    const AmbientFitting fitting = kelvo::readAmbientFitting(parsed(section(
+            "", "",
+            ",'temp_rate_threshold':5,'power_diff_threshold':6,'charge_current_threshold':'9'")));
+    ASSERT_TRUE(fitting.params);
+    EXPECT_EQ(fitting.params->chargeThreshold, 2500);
+    ASSERT_EQ(fitting.faults.size(), 1u);
+    EXPECT_EQ(fitting.faults.front().kind, Kind::WRONG_TYPE);
+    EXPECT_EQ(fitting.faults.front().name, "charge_current_threshold");
+}

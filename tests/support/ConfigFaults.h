@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+#include "config/ConfigFault.h"
+#include "config/ConfigText.h"
+#include "support/Json.h"
+
+/** A document with single quotes for double ones; null when it does not parse. */
+inline Json::Value parsed(std::string_view text) {
+    Json::Value root;
+    kelvo::parseConfigText(json("{'root':" + std::string(text) + "}"), root);
+    return root["root"];
+}
+
+/** "key[element]:kind" of each, with blanks between. */
+inline std::string textOf(const kelvo::ConfigFaults& faults) {
+    static const char* const kKinds[] = {"missing", "type",  "length",  "empty",
+                                         "falling", "range", "reversed"};
+    std::string text;
+    for (const kelvo::ConfigFault& fault : faults) {
+        text += (text.empty() ? "" : " ") + fault.key;
+        text += fault.element ? "[" + std::to_string(*fault.element) + "]" : "";
+        text += std::string(":") + kKinds[static_cast<int>(fault.kind)];
+    }
+    return text;
+}

@@ -1,0 +1,102 @@
+#include <gtest/gtest.h>
+
+#include "support/ConfigFaults.h"
+#include "thermalstatus/BroadcastConfig.h"
+#include "thermalstatus/ThermalLevels.h"
+#include "thermalstatus/ThermalModelReader.h"
+
+namespace {
+
+std::string list(size_t count) {
+    std::string text;
+    for (size_t i = 0; i < count; ++i) {
+        text += (text.empty() ? "[" : ",") + std::to_string(i);
+    }
+    return text + "]";
+}
+
+}  // namespace
+
+TEST(BroadcastConfigTest, takesAFlagAndABandOfTwoEnds) {
+    const struct {
+        const char* section;
+        bool enabled;
+        bool hasBand;
+        int32_t low;
+        int32_t high;
+        const char* faults;
+    } cases[] = {
+            {"null", true, false, 30, 55, ""},
+            {"[1,2]", true, false, 30, 55, ""},
+            {"5", true, false, 30, 55, ":type"},
+            {"{}", true, false, 30, 55, ""},
+            {"{'disable':1,'start_end_values':[1,2]}", false, true, 1, 2, ""},
+            {"{'disable':2}", true, false, 30, 55, ""},
+            {"{'disable':1.5}", true, false, 30, 55, "disable:type"},
+            {"{'disable':null,'start_end_values':null}", true, false, 30, 55, ""},
+            {"{'start_end_values':{}}", true, false, 30, 55, "start_end_values:type"},
+            {"{'start_end_values':[1]}", true, false, 30, 55, "start_end_values:length"},
+            {"{'start_end_values':[1,2,3]}", true, false, 30, 55, "start_end_values:length"},
+            {"{'start_end_values':[60,'x']}", true, true, 60, 55, "start_end_values[1]:type"},
+            {"{'start_end_values':[null,9]}", true, true, 30, 9, "start_end_values[0]:type"},
+            {"{'start_end_values':[40,40]}", true, true, 40, 40, ""},
+            {"{'start_end_values':[41,40]}", true, true, 41, 40, "start_end_values:reversed"},
+    };
+    for (const auto& test : cases) {
+        const kelvo::BroadcastConfig config = kelvo::readBroadcastConfig(parsed(test.section));
+        EXPECT_EQ(config.enabled, test.enabled) << test.section;
+        EXPECT_EQ(config.hasBand, test.hasBand) << test.section;
+        EXPECT_EQ(config.band.low, test.low) << test.section;
+        EXPECT_EQ(config.band.high, test.high) << test.section;
+        EXPECT_EQ(textOf(config.faults), test.faults) << test.section;
+    }
+}
+
+TEST(BroadcastBandTest, holdsItsEndsAndWhatLeapsOverIt) {
+    const kelvo::BroadcastBand band{30, 55};
+    const struct {
+        int32_t before;
+        int32_t now;
+        bool outside;
+    } cases[] = {{28, 29, true},  {29, 30, false}, {30, 29, false}, {55, 56, false},
+                 {56, 55, false}, {56, 57, true},  {29, 56, false}, {56, 29, false}};
+    for (const auto& [before, now, outside] : cases) {
+        EXPECT_EQ(band.isOutside(before, now), outside) << before << " " << now;
+    }
+}
+
+TEST(ThermalModelReaderTest, saysWhatIsWrongInWhichList) {
+    const std::string all = list(kelvo::kThermalLevels);
+    const struct {
+        std::string up, down, status, report;
+        const char* faults;
+    } cases[] = {
+            {all, all, all, "[1]", ""},
+            {"null", "{}", "7", "[]",
+             "temp_threshold:missing thermal_status:type thermal_status_report:empty "
+             "temp_threshold_down:type"},
+            {"['x',1,null,0]", all, "[1,2]", "[-1,3,-1,2]",
+             "temp_threshold[0]:type temp_threshold[2]:type temp_threshold[3]:falling "
+             "temp_threshold:length"},
+            {"['x']", all, "[1]", "[5,4]",
+             "temp_threshold[0]:type temp_threshold:empty thermal_status_report[1]:falling"},
+            {all, list(20), list(20), "[1]", "thermal_status:length temp_threshold_down:length"},
+            {list(20), list(22), list(20), "[1]",
+             "temp_threshold:length temp_threshold_down:length"},
+    };
+    for (const auto& test : cases) {
+        const std::string section = "{'temp_threshold':" + test.up +
+                                    ",'temp_threshold_down':" + test.down +
+                                    ",'thermal_status':" + test.status +
+                                    ",'thermal_status_report':" + test.report + "}";
+        EXPECT_EQ(textOf(kelvo::readThermalModel(parsed(section)).faults), test.faults) << section;
+    }
+}
+
+TEST(ThermalModelReaderTest, closesUpOverWhatIsNoNumber) {
+    const auto reading = kelvo::readThermalModel(parsed("{'temp_threshold':['x',3,1.5,2,2.0]}"));
+    EXPECT_EQ(reading.tripTemps.values, (std::vector<int32_t>{3, 2, 2}));
+    EXPECT_EQ(reading.tripTemps.elements, (std::vector<Json::ArrayIndex>{1, 3, 4}));
+    EXPECT_EQ(reading.tripTemps.falling, 1u);
+    EXPECT_FALSE(reading.tripTemps.isUsable());
+}
