@@ -38,7 +38,7 @@ class HidlHealthInfoListener : public android::hardware::health::V2_0::IHealthIn
     HealthState mState;
     android::sp<Callback> mCallback;  // what the service knows; set by the first init()
 
-    // Guards the handle; a leaf, the service is called without it.
+    // Guards the handle; a leaf: the service is called without it, but at the end of a listener.
     android::Mutex mServiceMutex;
     android::sp<IHealth> mHealth GUARDED_BY(mServiceMutex);  // null while not connected
 };

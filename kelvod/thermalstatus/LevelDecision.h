@@ -11,7 +11,7 @@ namespace kelvo {
 struct LevelState {
     int32_t level = -1;      // 0 to 20; -1 before the first decision
     int32_t levelTemp = -1;  // °C, cut: of the last decision that searched for a level
-    int32_t status = -1;     // what clients know of the level
+    int32_t status = -1;     // the status value that the level had when it was reached
 };
 
 /** One decision about the thermal level, and why; a DecisionObserver is told of each. */

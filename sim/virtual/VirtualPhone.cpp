@@ -125,7 +125,6 @@ void VirtualPhone::perform(const Deed& deed) {
 }
 
 void VirtualPhone::apply(const Deed& deed) {
-    mActionListener(deed);
     std::visit(
             common::Overloaded{[this](const SetZones& zones) { mPhone.apply(zones); },
                                [this](const SetNodes& nodes) { mPhone.apply(nodes, now()); },

@@ -44,10 +44,6 @@ class VirtualPhone {
     void setMomentListener(std::function<void(const Plant*)> listener) {
         mMomentListener = std::move(listener);
     }
-    /** Told of each action as it begins, so before the events that it causes; none by default. */
-    void setActionListener(std::function<void(const Deed&)> listener) {
-        mActionListener = std::move(listener);
-    }
 
     /** Starts the daemon as on a phone. False when its property disables it. */
     bool start();
@@ -86,7 +82,6 @@ class VirtualPhone {
     std::optional<ScenarioPlayer> mPlayer;
     std::function<void(const Event&)> mListener = [](const Event&) {};
     std::function<void(const Plant*)> mMomentListener = [](const Plant*) {};
-    std::function<void(const Deed&)> mActionListener = [](const Deed&) {};
     FrameworkClient mClient;
     PhoneServices mServices;
 };

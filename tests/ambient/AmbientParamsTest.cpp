@@ -74,6 +74,7 @@ TEST(AmbientParamsTest, saysWhyASceneCannotBeUsed) {
             {"{'paramter_name':[]}", Kind::NO_ARRAYS, 0, "", 0},
             {"{'paramter_name':'x','coefficient':[]}", Kind::NO_ARRAYS, 0, "", 0},
             {section(",'x'"), Kind::UNEQUAL, 0, "", 0},
+            {section(",'x'", "", ",'charge_current_threshold':9"), Kind::UNEQUAL, 0, "", 0},
             {section(",5", ",'x'"), Kind::BAD_NAME, 4, "", 4},
             {section(",'x',5", ",'1',1"), Kind::BAD_COEFFICIENT, 4, "", 4},
             {"{'paramter_name':[],'coefficient':[]}", Kind::MISSING_NAME, 0, "temp_coeff", 0},
