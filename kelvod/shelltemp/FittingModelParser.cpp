@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/Log.h"
+#include "config/ConfigNames.h"
 
 namespace kelvo {
 
@@ -15,13 +16,14 @@ std::optional<Reason> missingMember(const Json::Value& model) {
     if (!model.isObject()) {
         return Reason::NO_OBJECT;
     }
-    if (!model["index"].isInt()) {
+    if (!model[key::kIndex].isInt()) {
         return Reason::NO_INDEX;
     }
-    if (!model["thermal_zone"].isArray()) {
+    if (!model[key::kThermalZone].isArray()) {
         return Reason::NO_ZONES;
     }
-    return model["coefficient"].isArray() ? std::nullopt : std::optional(Reason::NO_COEFFICIENTS);
+    return model[key::kCoefficient].isArray() ? std::nullopt
+                                              : std::optional(Reason::NO_COEFFICIENTS);
 }
 
 /** Fills `fm.coefficients`; an element that is not numeric spoils all of them. */
@@ -50,7 +52,7 @@ TempFittingModel FittingModelParser::parseScene(const std::string& name, const J
     KLOGD("fitting scene: %s, model: %s", name.c_str(), scene.toStyledString().c_str());
     TempFittingModel set;
     set.scene = name;
-    const Json::Value models = scene.isObject() ? scene["temp_model"] : Json::Value();
+    const Json::Value models = scene.isObject() ? scene[key::kTempModel] : Json::Value();
     if (!models.isObject()) {
         return set;
     }
@@ -70,16 +72,16 @@ std::optional<SkippedModel> FittingModelParser::parseModel(
         return SkippedModel{name, *missing};
     }
     FittingModel fm;
-    fm.index = model["index"].asInt();
+    fm.index = model[key::kIndex].asInt();
     fm.name = name;
     nameByIndex[fm.index] = name;
     if (auto skipped = parseFittingModels(model, fm, set)) {
         return skipped;
     }
-    if (model["type"].isUInt()) {
-        fm.type = model["type"].asUInt();
+    if (model[key::kType].isUInt()) {
+        fm.type = model[key::kType].asUInt();
     }
-    if (auto skipped = parseCoefficients(model["coefficient"], fm)) {
+    if (auto skipped = parseCoefficients(model[key::kCoefficient], fm)) {
         return skipped;
     }
     set.models.push_back(std::move(fm));
@@ -89,7 +91,7 @@ std::optional<SkippedModel> FittingModelParser::parseModel(
 std::optional<SkippedModel> FittingModelParser::parseFittingModels(const Json::Value& model,
                                                                    FittingModel& fm,
                                                                    TempFittingModel& set) const {
-    for (const Json::Value& element : model["thermal_zone"]) {
+    for (const Json::Value& element : model[key::kThermalZone]) {
         ThermalZone zone = resolveZone(element);
         KLOGD("%s, find tz: %s", __func__, element.toStyledString().c_str());
         // The bound lets a number equal to the count pass although it names no zone that was found;

@@ -3,6 +3,7 @@
 #include <stdio.h>
 
 #include "base/FileUtils.h"
+#include "config/ConfigNames.h"
 
 namespace kelvo {
 
@@ -48,7 +49,7 @@ std::string ZoneTable::typeOf(int32_t index) const {
 
 ZoneList resolveZoneList(const Json::Value& info, const ZoneTable& table) {
     ZoneList list;
-    const Json::Value types = info.isObject() ? info["thermal_zone_type"] : Json::Value();
+    const Json::Value types = info.isObject() ? info[key::kThermalZoneType] : Json::Value();
     if (!types.isArray()) {
         return list;
     }
