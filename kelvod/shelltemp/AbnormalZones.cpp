@@ -19,7 +19,7 @@ void AbnormalZones::recordGood(const ThermalZone& zone) {
     }
 }
 
-void AbnormalZones::recordFailure(const ThermalZone& zone, int32_t temp, ZoneState state) {
+void AbnormalZones::recordAbnTZone(const ThermalZone& zone, int32_t temp, ZoneState state) {
     const std::string now = getTimestamp();
     const bool halFailed = state == ZoneState::HAL_FAILED;
     AbnormalTZoneData& data = mZones[halFailed ? kHalServiceKey : zone.index];
@@ -45,11 +45,6 @@ void AbnormalZones::recordFailure(const ThermalZone& zone, int32_t temp, ZoneSta
         mBadZonesChanged = true;
         KLOGE("Get temp(tz:%d) still failed! add list(size:%lu)", zone.index, mBadZones.size());
     }
-}
-
-const AbnormalTZoneData* AbnormalZones::find(int32_t index) const {
-    const auto found = mZones.find(index);
-    return found == mZones.end() ? nullptr : &found->second;
 }
 
 void AbnormalZones::clear() {

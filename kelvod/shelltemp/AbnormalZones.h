@@ -9,7 +9,10 @@
 
 namespace kelvo {
 
-/** Record of a zone that failed at least once. */
+/**
+ * Record of a zone that failed at least once. The daemon decides by `failCount` alone; the rest is
+ * for whoever takes a core dump of a phone with a bad zone.
+ */
 struct AbnormalTZoneData {
     int32_t state = 0;       // ZoneState of the last failure
     int32_t temp = 0;        // value held at the last failure, m°C
@@ -34,7 +37,8 @@ class AbnormalZones {
 
     /** A good reading: the count of consecutive failures starts anew. */
     void recordGood(const ThermalZone& zone);
-    void recordFailure(const ThermalZone& zone, int32_t temp, ZoneState state);
+    /** A failed one; one of a HAL service never counts against the zone. */
+    void recordAbnTZone(const ThermalZone& zone, int32_t temp, ZoneState state);
 
     /** In order of joining; a zone is listed again when failures of several zones interleave. */
     const std::vector<int32_t>& badZones() const { return mBadZones; }
@@ -42,14 +46,11 @@ class AbnormalZones {
     bool badZonesChanged() const { return mBadZonesChanged; }
     void clearBadZonesChanged() { mBadZonesChanged = false; }
 
-    /** The record of a zone index, or of -1 for failures of HAL services; null without one. */
-    const AbnormalTZoneData* find(int32_t index) const;
-
     /** Forgets all zones; the limit stays. */
     void clear();
 
   private:
-    std::map<int32_t, AbnormalTZoneData> mZones;
+    std::map<int32_t, AbnormalTZoneData> mZones;  // by zone index; -1 for HAL services
     std::vector<int32_t> mBadZones;
     bool mBadZonesChanged = false;
     int32_t mLimit = kDefaultLimit;

@@ -30,7 +30,8 @@ struct ModelEvaluation {
 
 /** What limits made of the output of one index. */
 struct OutputDecision {
-    /** Fields of the limiting; not there for index -1 and right after the screen turned on. */
+    /** Fields of the limiting; not there for a negative index and right after the screen turned on.
+     */
     struct Limiting {
         int32_t previous = 0;  // m°C, of the pass before; 0 when that had no such index
         int32_t seconds = 0;   // since the pass before, at least 1
@@ -44,7 +45,7 @@ struct OutputDecision {
     std::optional<Limiting> limiting;
     int32_t value = 0;     // m°C, what was published
     bool changed = false;  // its tenth of a degree is another than the last written
-    bool written = false;  // a line went to "/proc/shell-temp"; never for index -1
+    bool written = false;  // a line went to "/proc/shell-temp"; never for a negative index
 };
 
 /** One pass of the fitting loop. */

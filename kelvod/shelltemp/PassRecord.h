@@ -10,7 +10,6 @@
 #include "shelltemp/FittingLimits.h"
 #include "shelltemp/FittingModel.h"
 #include "shelltemp/FittingPass.h"
-#include "shelltemp/TemperatureRecords.h"
 
 namespace kelvo {
 

@@ -1,24 +1,24 @@
-// How the engine reads its configuration and picks the models to start with.
+// What the engine takes from the configuration, at start and when it is read again.
 
-#include <cutils/properties.h>
+#include <cstdio>
 
 #include "base/Log.h"
+#include "base/Time.h"
+#include "config/ConfigNames.h"
 #include "config/KelvoConfig.h"
-#include "links/HealthInfoNotifier.h"
-#include "shelltemp/FittingModelParser.h"
+#include "config/PlatformAdaptor.h"
 #include "shelltemp/ShellTempFitting.h"
 
 using android::Mutex;
 using kelvo::KelvoConfig;
 
-namespace {
+namespace key = kelvo::key;
 
-constexpr char kModelsKey[] = "shell_temp_fitting_model";
-constexpr char kIntervalProperty[] = "persist.sys.shelltemp.interval";
+namespace {
 
 int32_t readAbnormalLimit() {
     Json::Value limit;
-    if (KelvoConfig::getInstance().getConfig(&limit, {"max_abn_tz_detect_times"}) == 0 &&
+    if (KelvoConfig::getInstance().getConfig(&limit, {key::kMaxAbnormalDetections}) == 0 &&
         limit.isInt()) {
         return limit.asInt();
     }
@@ -29,88 +29,32 @@ int32_t readAbnormalLimit() {
 }  // namespace
 
 int ShellTempFitting::initConfig() {
-    Mutex::Autolock lock(mMutex);
-    return initConfigLocked();
-}
-
-int ShellTempFitting::initConfigLocked() {
-    const int32_t zoneCount = initThermalZones();
+    const int32_t zoneCount = mZoneTable.discover();
     Json::Value root;
-    if (KelvoConfig::getInstance().getConfig(&root, {kModelsKey}) != 0) {
+    if (KelvoConfig::getInstance().getConfig(&root, {key::kFittingModels}) != 0) {
         KLOGD("no shell temp fitting model");
         return -1;
     }
     KLOGE("load normal fitting model");
-    mAbnormalZones.setLimit(readAbnormalLimit());
-    getFittingModels(root, zoneCount);
-    if (mSceneModels.empty()) {
+    mCycle.zones().abnormal().setLimit(readAbnormalLimit());
+    mScenes.getFittingModels(root, mZoneTable, zoneCount);
+    if (mScenes.empty()) {
         KLOGE("can't find any valid fitting model, exit.");
         return -1;
     }
-    // Not cleared before: a reload lists the names once more.
-    Mutex::Autolock lock(mNamesMutex);
-    for (const std::string& name : mAmbientModelNames) {
-        if (mSceneModels.contains(name)) {
-            mAvailableAmbientModels.push_back(name);
+    // The list is not emptied before: a reload lists the names once more.
+    for (const char* const scene : kelvo::scene::kAmbientScenes) {
+        if (mScenes.has(scene)) {
+            mAmbientScenes.add(scene);
         }
     }
-    dumpModels();
+    mScenes.dump();
     return 0;
-}
-
-int32_t ShellTempFitting::initThermalZones() {
-    return mZoneTable.discover();
-}
-
-void ShellTempFitting::getFittingModels(Json::Value& root, int zoneCount) {
-    if (!root.isObject()) {
-        return;
-    }
-    const kelvo::FittingModelParser parser(mZoneTable, zoneCount);
-    for (const std::string& name : root.getMemberNames()) {
-        FittingSet set = parser.parseScene(name, root[name], mModelNameByIndex);
-        if (set.models.empty()) {
-            KLOGI("%s, current scene:%s, can not find any fitting model, go on...", __func__,
-                  name.c_str());
-            continue;
-        }
-        storeScene(std::move(set));
-    }
-}
-
-void ShellTempFitting::storeScene(FittingSet set) {
-    if (set.scene.starts_with("backup_")) {
-        mBackupFittingModels.push_back(set);
-        mBackupCount = static_cast<int32_t>(mBackupFittingModels.size());
-        KLOGD("find backup temp fitting model(scene:%s), list size %lu.", set.scene.c_str(),
-              mBackupFittingModels.size());
-    }
-    const std::string scene = set.scene;
-    const auto stored = mSceneModels.insert_or_assign(scene, std::move(set)).first;
-    if (scene == "default") {
-        mDefaultFittingModel = &stored->second;
-    }
-}
-
-void ShellTempFitting::dumpModels() const {
-    int sceneNumber = 0;
-    for (const auto& [name, set] : mSceneModels) {
-        KLOGD("temp fm scene-%d: %s", sceneNumber, name.c_str());
-        KLOGD("\tfm-%d: %s", sceneNumber, set.scene.c_str());
-        ++sceneNumber;
-        for (const kelvo::FittingModel& model : set.models) {
-            KLOGD("\t\tname: %s, index %d", model.name.c_str(), model.index);
-            KLOGD("\t\tfactor: model type %d\t\t\tcoeffs:", static_cast<int32_t>(model.type));
-            for (const double coefficient : model.coefficients) {
-                KLOGD("\t\t\t%lf", coefficient);
-            }
-        }
-    }
 }
 
 int ShellTempFitting::initSpecifiedConfig() {
     Json::Value info;
-    if (KelvoConfig::getInstance().getConfig(&info, {"specified_tempzone_info"}) != 0) {
+    if (KelvoConfig::getInstance().getConfig(&info, {key::kSpecifiedZones}) != 0) {
         KLOGD("No specified_tempzone_info config.");
         return -1;
     }
@@ -120,7 +64,7 @@ int ShellTempFitting::initSpecifiedConfig() {
 
 int ShellTempFitting::initTsensorConfig() {
     Json::Value info;
-    if (KelvoConfig::getInstance().getConfig(&info, {"tsensor_tempzone_info"}) != 0) {
+    if (KelvoConfig::getInstance().getConfig(&info, {key::kTsensorZones}) != 0) {
         KLOGD("No tsensor_tempzone_info config.");
         return -1;
     }
@@ -131,51 +75,50 @@ int ShellTempFitting::initTsensorConfig() {
 kelvo::ZoneList ShellTempFitting::resolveZones(const Json::Value& info) {
     Mutex::Autolock lock(mMutex);
     if (mZoneTable.empty()) {
-        initThermalZones();
+        mZoneTable.discover();
     }
     return kelvo::resolveZoneList(info, mZoneTable);
 }
 
-ShellTempFitting::FittingSet* ShellTempFitting::getFittingScene(const std::string& scene) {
-    Mutex::Autolock lock(mMutex);
-    const auto found = mSceneModels.find(scene);
-    if (found == mSceneModels.end()) {
-        return nullptr;
+int ShellTempFitting::reload() {
+    int result = 0;
+    {
+        // One critical section: no cycle runs while the backup list is empty.
+        Mutex::Autolock lock(mMutex);
+        mScenes.resetBackups();
+        mCycle.zones().abnormal().clear();
+        mSpecifiedZones.clear();
+        result = initConfig();
+        mScenes.restoreBackup();
     }
-    KLOGE("get scene %s success", scene.c_str());
-    return &found->second;
+    if (result == 0) {
+        char text[64];
+        snprintf(text, sizeof(text), "Reload@%lld",
+                 static_cast<long long>(kelvo::monotonicNanos()));
+        updateScene(text, false, 0);
+    }
+    initSpecifiedConfig();
+    return initTsensorConfig();
 }
 
-void ShellTempFitting::chooseStartingModels() {
-    FittingSet* const ambientCharge = getFittingScene("ambient_charge");
-    mCharging = HealthInfoNotifier::getInstance().getOnChargeStats();
-    FittingSet* const ambient =
-            mCharging && ambientCharge != nullptr ? ambientCharge : getFittingScene("ambient");
-    Mutex::Autolock lock(mMutex);
-    if (mDefaultFittingModel == nullptr) {
-        KLOGD("%s, mDefaultFittingModel has not been inited successfully, use default scene model",
-              "ShellTempFitting");
-        mDefaultFittingModel = &mSceneModels["default"];
-        mDefaultFittingModel->scene = "default";
+int32_t ShellTempFitting::isOldSafetyProject() const {
+    Json::Value projects;
+    if (KelvoConfig::getInstance().getConfig(&projects, {key::kOldSafetyProject}) != 0) {
+        KLOGD("No old_safety_project config.");
+        return -1;
     }
-    mCurrentFittingModel = mDefaultFittingModel;
-    if (mCurrentFittingModel->models.empty() && mBackupCount >= 1) {
-        KLOGD("%s, current fitting model is empty, use backup front model", "ShellTempFitting");
-        mCurrentFittingModel = &mBackupFittingModels.front();
+    if (!projects.isArray()) {
+        return -1;
     }
-    mAmbientChargeModel = ambientCharge;
-    mAmbientFittingModel = ambient;
-}
-
-void ShellTempFitting::readInterval() {
-    mConfiguredInterval = property_get_int32(kIntervalProperty, kDefaultInterval);
-    if (mConfiguredInterval != kDefaultInterval) {
-        if (mConfiguredInterval < 1) {
-            KLOGE("Wrong fitting interval %d with property, reset to default", mConfiguredInterval);
-            mConfiguredInterval = kDefaultInterval;
+    const std::string& own = kelvo::PlatformAdaptor::getInstance().getProjectName();
+    for (const Json::Value& project : projects) {
+        if (!project.isString()) {
+            continue;
         }
-        KLOGE("Get shell temp fitting interval %d", mConfiguredInterval);
+        KLOGD("isNewSafetyProject %s", project.asCString());
+        if (project.asString() == own) {
+            return 1;
+        }
     }
-    Mutex::Autolock lock(mLoop.mutex());
-    mLoop.setIntervalLocked(mConfiguredInterval);
+    return 2;
 }

@@ -28,7 +28,9 @@ class SpecifiedZones {
   private:
     int refreshLocked(std::vector<int>& temps, int32_t now) REQUIRES(mMutex);
 
-    android::Mutex mMutex;  // guards everything below; a leaf
+    // Guards everything below, also while zones are read; only a singleton's creation is locked
+    // inside it.
+    android::Mutex mMutex;
     std::vector<ThermalZone> mZones GUARDED_BY(mMutex);
     std::vector<int> mCache GUARDED_BY(mMutex);  // m°C
     int32_t mCacheTime GUARDED_BY(mMutex) = -1;  // wall clock, s

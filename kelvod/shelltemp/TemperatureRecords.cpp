@@ -37,10 +37,8 @@ void TemperatureRecords::record(const ZoneTemps& zoneTemps, const FittingTemps& 
 }
 
 void TemperatureRecords::recordZone(int32_t index, int32_t temp) {
-    TempData& data = mZones[index];
-    const bool first = data.count == 0;
-    ++data.count;
-    data.sum += temp;
+    const auto [entry, first] = mZones.try_emplace(index);
+    TempData& data = entry->second;
     if (first || temp < data.min) {
         data.min = temp;
         data.minTime = getTimestamp();
@@ -63,20 +61,21 @@ void TemperatureRecords::clear() {
     mDeltas.clear();
 }
 
-Json::Value TemperatureRecords::zonesAsJson(const ZoneLabel& label) const {
+Json::Value TemperatureRecords::zonesAsJson(const ZoneTable& table) const {
     Json::Value zones(Json::objectValue);
     for (const auto& [index, data] : mZones) {
-        Json::Value& zone = zones[label(index)];
+        const std::string type = table.typeOf(index);
+        Json::Value& zone = zones[type.empty() ? std::to_string(index) : type];
         zone["min"] = extreme(data.min, data.minTime);
         zone["max"] = extreme(data.max, data.maxTime);
     }
     return zones;
 }
 
-Json::Value TemperatureRecords::deltasAsJson(const ModelLabel& label) const {
+Json::Value TemperatureRecords::deltasAsJson(const ModelNames& names) const {
     Json::Value deltas(Json::objectValue);
     for (const auto& [index, data] : mDeltas) {
-        Json::Value& delta = deltas[label(index)];
+        Json::Value& delta = deltas[nameOf(names, index)];
         delta["delta"] = data.delta;
         delta["time"] = data.time;
     }

@@ -3,18 +3,17 @@
 #include <json/value.h>
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <string>
 
+#include "shelltemp/FittingModel.h"
+#include "shelltemp/ZoneTable.h"
 #include "shelltemp/ZoneTemps.h"
 
 namespace kelvo {
 
 /** What one zone went through in a day; the stamps say when each extreme came. */
 struct TempData {
-    int32_t count = 0;
-    int64_t sum = 0;  // m°C
     int32_t min = 0;  // m°C
     int32_t max = 0;  // m°C
     std::string minTime;
@@ -27,25 +26,19 @@ struct FittingTempDeltaData {
     std::string time;
 };
 
-/** Model index → fitted temperature (m°C) of one cycle. */
-using FittingTemps = std::map<int32_t, int32_t>;
-
 /** The day's temperature records. Not thread-safe; the caller serialises. */
 class TemperatureRecords {
   public:
-    using ZoneLabel = std::function<std::string(int32_t index)>;
-    using ModelLabel = std::function<std::string(int32_t index)>;
-
     /** Adds one cycle; a model without a value in the cycle before has made no change. */
     void record(const ZoneTemps& zoneTemps, const FittingTemps& fitted,
                 const FittingTemps& previous);
     bool empty() const { return mZones.empty() && mDeltas.empty(); }
     void clear();
 
-    /** {zone: {"min": {"temp","time"}, "max": {…}}}. */
-    Json::Value zonesAsJson(const ZoneLabel& label) const;
-    /** {model: {"delta","time"}}. */
-    Json::Value deltasAsJson(const ModelLabel& label) const;
+    /** {zone: {"min": {"temp","time"}, "max": {…}}}, by type or, for want of one, by number. */
+    Json::Value zonesAsJson(const ZoneTable& table) const;
+    /** {model: {"delta","time"}}, by name. */
+    Json::Value deltasAsJson(const ModelNames& names) const;
 
   private:
     void recordZone(int32_t index, int32_t temp);

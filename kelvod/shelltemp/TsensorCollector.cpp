@@ -44,7 +44,7 @@ bool TsensorCollector::enabled() const {
     return mEnabled;
 }
 
-int TsensorCollector::sample() {
+int TsensorCollector::getTsensorTemps() {
     android::Mutex::Autolock lock(mMutex);
     if (mZones.empty()) {
         KLOGE("specified Tz is empty!");  // the text is shared with the specified zones
@@ -80,7 +80,7 @@ bool TsensorCollector::countLocked(const ThermalZone& zone, int32_t temp) {
     return true;
 }
 
-void TsensorCollector::reportFinishedDay() {
+void TsensorCollector::getTsensorDataCollect() {
     android::Mutex::Autolock lock(mMutex);
     const std::string today = getLocalDay();
     if (today == mDay) {

@@ -18,19 +18,20 @@ class TsensorCollector {
   public:
     /**
      * Switches the collection on and appends the listed zones with counters at 0; one unknown zone
-     * leaves no zone at all. Zones already present are then sampled twice a second.
+     * leaves no zone at all. A zone listed again is sampled once more each second.
      */
     void configure(const ZoneList& list);
     bool enabled() const;
     /** Samples every zone once. 0, or -1 at the first zone that cannot be read. */
-    int sample();
+    int getTsensorTemps();
     /** Hands the counters to the big-data collector when the local day has changed, once. */
-    void reportFinishedDay();
+    void getTsensorDataCollect();
 
   private:
     bool countLocked(const ThermalZone& zone, int32_t temp) REQUIRES(mMutex);
 
-    mutable android::Mutex mMutex;  // guards everything below; taken before the data collector's
+    // Guards everything below; the data collector's and a singleton's creation come inside it.
+    mutable android::Mutex mMutex;
     bool mEnabled GUARDED_BY(mMutex) = false;
     std::vector<ThermalZone> mZones GUARDED_BY(mMutex);
     // By zone type; kTsensorBands counters each.

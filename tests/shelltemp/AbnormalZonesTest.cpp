@@ -18,7 +18,7 @@ class AbnormalZonesTest : public testing::Test {
   protected:
     void fail(const ThermalZone& zone, int times) {
         for (int i = 0; i < times; ++i) {
-            zones.recordFailure(zone, -1, ZoneState::READ_FAILED);
+            zones.recordAbnTZone(zone, -1, ZoneState::READ_FAILED);
         }
     }
 
@@ -45,7 +45,16 @@ TEST_F(AbnormalZonesTest, countsAnewAfterAGoodReading) {
     EXPECT_EQ(log.count(ANDROID_LOG_INFO, "The tzone 7 has been restored."), 1u);
     fail(kCpu, 60);
     EXPECT_TRUE(zones.badZones().empty());
-    EXPECT_EQ(zones.find(7)->totalCount, 120);
+}
+
+TEST_F(AbnormalZonesTest, neverCountsAHalServiceAgainstAZone) {
+    zones.setLimit(0);
+    for (int i = 0; i < 2; ++i) {
+        zones.recordAbnTZone(kCpu, -1, ZoneState::HAL_FAILED);
+    }
+    EXPECT_FALSE(zones.badZonesChanged());
+    EXPECT_EQ(log.count("Get hal service failed(state:2), not tzone exception."), 2u);
+    EXPECT_FALSE(log.has("The tzone 7 has been restored."));
 }
 
 TEST_F(AbnormalZonesTest, listsZonesAgainWhenTheirFailuresInterleave) {

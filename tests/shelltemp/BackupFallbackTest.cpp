@@ -33,19 +33,6 @@ TEST_F(BackupFallbackTest, movesToTheFirstHealthySetOnceTheZoneFailsPastTheLimit
     EXPECT_EQ(log.count(ANDROID_LOG_INFO, "update current fitting model(scene:backup_a)."), 1u);
 }
 
-TEST_F(BackupFallbackTest, skipsSetsWhoseFirstModelUsesTheBadZone) {
-    startPhone();
-    runUntil(0);
-    ASSERT_EQ(ShellTempFitting::getInstance().switchFittingScene("backup_a"), 1);
-    setTemp(1, std::nullopt);
-    runUntil(20);
-    EXPECT_TRUE(
-            log.has("disable the fitting model(scene:backup_a, bad tzone:1), available "
-                    "fittimg models 1."));
-    EXPECT_TRUE(log.has("update current fitting model(scene:backup_b)."))
-            << "its second model uses the zone, which is not examined";
-}
-
 TEST_F(BackupFallbackTest, keepsTheSetWhenNoBackupIsLeft) {
     startPhone();
     runUntil(0);

@@ -23,28 +23,6 @@ class ShellTempOutputTest : public EngineTest {
 
 }  // namespace
 
-TEST_F(ShellTempOutputTest, writesAValueWhenItsTenthChanges) {
-    useModels(model("back", 2, "skin"));
-    scenario.zones[0].temp = 38740;
-    startPhone();
-    const struct {
-        int32_t temp;
-        Writes writes;
-    } cases[] = {
-            {38740, {"2 38740"}},
-            {38790, {}},
-            {38800, {"2 38800"}},
-            {38799, {"2 38799"}},
-    };
-    double time = 0;
-    for (const auto& test : cases) {
-        setTemp(0, test.temp);
-        runUntil(time);
-        EXPECT_EQ(takeWrites(), test.writes) << test.temp;
-        time += 5;
-    }
-}
-
 TEST_F(ShellTempOutputTest, writesIndexesInOrderAndNegativeOnesNever) {
     useModels(model("a", 3, "skin") + "," + model("b", 0, "skin") + "," + model("r", -2, "skin") +
               ",'u':{'index':5,'thermal_zone':['skin'],'coefficient':[1],'type':3}");
@@ -53,43 +31,6 @@ TEST_F(ShellTempOutputTest, writesIndexesInOrderAndNegativeOnesNever) {
     EXPECT_EQ(takeWrites(), (Writes{"0 40000", "3 40000"}));
     EXPECT_TRUE(log.has("update shell temp -2:40000"));
     EXPECT_EQ(log.count("fitting model (3) has not supported!"), 1u);
-}
-
-TEST_F(ShellTempOutputTest, capsToTheReferenceFromMoreThanTwentyDegreesAbove) {
-    addZone("ref", 30000);
-    scenario.zones[0].temp = 50000;
-    useModels(model("front", 0, "skin") + "," + model("ref", -1, "ref"));
-    startPhone();
-    runUntil(0);
-    EXPECT_EQ(fitted(0), 50000);
-    setTemp(0, 50001);
-    runUntil(5);
-    EXPECT_TRUE(log.has("index:0, temp:50001"));
-    // The fall from 50000 to the reference is limited again, as for any other value.
-    EXPECT_EQ(fitted(0), 50000 - 5 * 125);
-}
-
-TEST_F(ShellTempOutputTest, smoothsAJumpWithTwiceTheFastestChange) {
-    useModels(model("front", 0, "skin"));
-    startPhone();
-    const struct {
-        double time;
-        int32_t temp;
-        int32_t value;
-    } cases[] = {
-            {0, 40000, 40000},  {5, 40500, 40500},  // 100 m°C/s enters the history
-            {10, 44500, 41500},                     // 800 m°C/s: limited to 2 * 100
-            {15, 44500, 43500},  // 600 m°C/s: the limit of before counts as a change
-            {20, 44500, 44500},  // 200 m°C/s is believed
-    };
-    for (const auto& test : cases) {
-        setTemp(0, test.temp);
-        runUntil(test.time);
-        EXPECT_EQ(fitted(0), test.value) << test.time;
-    }
-    EXPECT_TRUE(
-            log.has("Shell temp was shaking 0: delta 800 (40500->44500), smoothed 200 "
-                    "(44500->41500)"));
 }
 
 TEST_F(ShellTempOutputTest, leavesTheFirstFiveSecondsAfterScreenOnAlone) {
