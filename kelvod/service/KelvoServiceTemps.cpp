@@ -12,7 +12,6 @@ namespace kelvo {
 
 namespace {
 
-constexpr int32_t kBatteryModel = 3;  // kind of model that stands for the battery's own zones
 constexpr int32_t kNoTemp = -1;
 
 void writeTemps(android::Parcel& reply, const std::vector<int32_t>& temps) {
@@ -20,7 +19,7 @@ void writeTemps(android::Parcel& reply, const std::vector<int32_t>& temps) {
     reply.writeInt32Vector(temps);
 }
 
-/** The battery's temperature; nothing at all when there are no zones to read it from. */
+/** The first specified zone's temperature; -1 without such zones or when one cannot be read. */
 void writeBatteryTemp(android::Parcel& reply) {
     std::vector<int32_t> temps;
     if (ShellTempFitting::getInstance().getSpecifiedZoneTemps(temps) < 0) {
@@ -63,7 +62,9 @@ void KelvoService::getAllShellTemps(const Parcel&, Parcel& reply) {
 void KelvoService::getShellTempAndType(const Parcel&, Parcel& reply) {
     const int32_t type = ShellTempFitting::getInstance().getCurrentFittingModelType();
     const int32_t temp = KelvoState::getInstance().getTemp();
-    if (type == kBatteryModel) {
+    // Not BATTERY_ZONE, although the line speaks of the battery: what the transaction answers is
+    // agreed with its clients.
+    if (type == static_cast<int32_t>(FittingModelKind::OTHER_ZONE)) {
         writeBatteryTemp(reply);
     } else {
         reply.writeInt32(temp);

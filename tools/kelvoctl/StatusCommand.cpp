@@ -2,6 +2,7 @@
 
 #include "Commands.h"
 #include "KelvoCall.h"
+#include "shelltemp/FittingModel.h"
 
 namespace kelvoctl {
 
@@ -10,7 +11,6 @@ namespace {
 using namespace kelvo;
 using enum client::ReplyType;
 
-constexpr int32_t kBatteryModel = 3;
 constexpr int32_t kNoTemp = -1;
 
 struct TempAndType {
@@ -24,7 +24,9 @@ TempAndType tempAndType() {
     if (values[1].isNull()) {
         return {Json::Value(), values[0]};
     }
-    const bool unknown = values[1] == kBatteryModel && values[0] == kNoTemp;
+    // For this kind the daemon gives the first specified zone's temperature, if there is one.
+    const bool unknown =
+            values[1] == static_cast<int32_t>(FittingModelKind::OTHER_ZONE) && values[0] == kNoTemp;
     return {unknown ? Json::Value() : values[0], values[1]};
 }
 
