@@ -12,39 +12,27 @@ namespace {
 constexpr size_t kTopThreads = 8;
 constexpr int32_t kTooLong = 1800;  // s among the top
 constexpr int64_t kSamplingMs = 5000;
-// Nobody may ask for hours, and threads come and go meanwhile.
-constexpr size_t kMostThreads = 4096;
-
-/** What the map has under `key`; a new entry only while the map is not full. */
-template <typename Value>
-Value* entryOf(std::map<int32_t, Value>& map, int32_t key) {
-    const auto found = map.find(key);
-    if (found != map.end()) {
-        return &found->second;
-    }
-    return map.size() < kMostThreads ? &map[key] : nullptr;
-}
 
 }  // namespace
 
 void TopThreads::add(const std::vector<PidTidPower>& threads) {
     for (const PidTidPower& thread : threads) {
-        if (PidTidPower* entry = entryOf(mThreadTable, thread.tid)) {
-            *entry = thread;
+        if (!mThreadTable.wouldBeWeakest(thread.power) ||
+            mThreadTable.find(thread.tid) != nullptr) {
+            mThreadTable.update(thread.tid, [&](PidTidPower& entry) { entry = thread; });
         }
-        if (int64_t* sum = entryOf(mPidPower, thread.pid)) {
-            *sum += thread.power;
-        }
+        // A newcomer enters in any case: its power is only the beginning of its sum.
+        mPidPower.update(thread.pid, [&](int64_t& sum) { sum += thread.power; });
     }
     mSampleCount = wrappingAdd(mSampleCount, 1);
 }
 
 void TopThreads::getTopCpuPower(int32_t now, std::set<int>& powers,
                                 std::map<int, PidTidPower>& top) {
-    if (mThreadTable.empty()) {
+    if (mThreadTable.entries().empty()) {
         return;
     }
-    for (auto& [tid, thread] : mThreadTable) {
+    for (const auto& [tid, thread] : mThreadTable.entries()) {
         if (top.size() >= kTopThreads) {
             const int32_t weakest = *powers.begin();
             if (thread.power <= weakest) {
@@ -56,26 +44,26 @@ void TopThreads::getTopCpuPower(int32_t now, std::set<int>& powers,
             // top from now on, and a stronger one is compared with instead.
             powers.erase(weakest);
         }
-        thread.keepTime = wrappingSub(now, mPeriodStart);
-        top[tid] = thread;
+        PidTidPower& entry = top[tid] = thread;
+        entry.keepTime = wrappingSub(now, mPeriodStart);
         powers.insert(thread.power);
     }
     mPeriodStart = now;
 }
 
 void TopThreads::shareOf(PidTidPower& thread, float coefficient) const {
-    const auto power = mPidPower.find(thread.pid);
-    if (power == mPidPower.end()) {
+    const int64_t* const power = mPidPower.find(thread.pid);
+    if (power == nullptr) {
         return;
     }
-    const int64_t average = mSampleCount != 0 ? power->second / mSampleCount : 0;
+    const int64_t average = mSampleCount != 0 ? *power / mSampleCount : 0;
     if (average != 0) {
         thread.powerToThermal = static_cast<float>(average) / static_cast<float>(kSamplingMs) /
                                 coefficient / static_cast<float>(mSampleCount);
     }
     KLOGD("cpuComp topprocess pid:%d, thread name:%s, pidpower:%ld, pidToShellTemp:%f, "
           "sampleCount:%d\n",
-          thread.pid, thread.name, power->second, static_cast<double>(thread.powerToThermal),
+          thread.pid, thread.name, *power, static_cast<double>(thread.powerToThermal),
           mSampleCount);
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "heat/PowerTable.h"
 #include "heat/TaskStats.h"
 
 namespace kelvo {
@@ -41,8 +42,8 @@ class TopThreads {
     void shareOf(PidTidPower& thread, float coefficient) const;
     void accumulate(PidTidPower& thread);
 
-    std::map<int32_t, PidTidPower> mThreadTable;    // by tid; of the period, latest reading
-    std::map<int32_t, int64_t> mPidPower;           // by pid; sum over the period
+    PowerTable<PidTidPower> mThreadTable;           // by tid; of the period, latest reading
+    PowerTable<int64_t> mPidPower;                  // by pid; sum over the period
     std::map<int32_t, PidTidPower> mLongKeepTable;  // by tid; top of the period before
     std::map<std::string, PidTidPower> mExceptThreads;
     int32_t mPeriodStart = -1;

@@ -125,13 +125,20 @@ TEST(TopThreadsTest, findsThreadsThatStayTooLong) {
     EXPECT_EQ(threads.exceptThreads().at("1234_5678").keepTime, 1900) << "replaced";
 }
 
-TEST(TopThreadsTest, forgetsNothingButHoldsABound) {
+TEST(TopThreadsTest, letsTheWeakestGiveWayWhenItIsFull) {
     TopThreads threads;
+    threads.startPeriod(0);
+    threads.add({thread(-1, -1, 40000, "early")});
     for (int i = 0; i < 100000; ++i) {
-        threads.add({thread(i, i, i == 4095 ? 1000000 : 1), thread(i, i + 100000, 5)});
+        threads.add({thread(i, i, i == 99999 ? 1000000 : 1), thread(i, i + 100000, 5)});
     }
+    threads.add({thread(-2, -2, 20000, "late"), thread(7, 300000, 4, "weak")});
     ASSERT_EQ(threads.getTopKeepPowerTid(5, 1.0F), 0);
-    EXPECT_EQ(list(threads.byShare()).find("4095:"), std::string::npos) << "came too late";
+    const auto top = threads.byShare();
+    ASSERT_EQ(top.size(), 8U);
+    EXPECT_TRUE(list(top).starts_with("99999:1000000 -2:20000 -1:40000 ")) << list(top);
+    EXPECT_FLOAT_EQ(top[0].powerToThermal, 1000005 / 100002 / 5000.0F / 100002);
+    EXPECT_EQ(list(top).find("300000:"), std::string::npos);
 }
 
 TEST(TableInterpolationTest, goesOnAboveTheTableAndIsZeroBelow) {
