@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 
@@ -23,8 +24,10 @@ inline int32_t saturatingInt32(double value) {
     return static_cast<int32_t>(value);
 }
 
-inline int32_t saturatingInt32(float value) {
-    return saturatingInt32(static_cast<double>(value));
+/** A wider integer, held at the ends of the range. */
+inline int32_t clampToInt32(int64_t value) {
+    return static_cast<int32_t>(std::clamp<int64_t>(value, std::numeric_limits<int32_t>::min(),
+                                                    std::numeric_limits<int32_t>::max()));
 }
 
 /** 32-bit sum, difference and product that wrap in two's complement. */

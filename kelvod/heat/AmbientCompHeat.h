@@ -12,7 +12,8 @@
  * How much warmer or colder the air has become (m°C), so that warm surroundings can outrank the
  * phone's own components. Needs no coefficient. Thread-safe.
  *
- * Lock order: this component's mutex, then the sample buffer's.
+ * Lock order: this component's mutex, then the sample buffer's, the ambient estimator's or the
+ * health notifier's.
  */
 class AmbientCompHeat : public virtual ComponentHeat {
   public:

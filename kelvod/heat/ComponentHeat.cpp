@@ -1,6 +1,11 @@
 #include "heat/ComponentHeat.h"
 
 #include "base/DecisionObserver.h"
+#include "heat/HeatProcessCenter.h"
+
+float ComponentHeat::configuredCoefficient() const {
+    return HeatProcessCenter::getInstance()->getCoeffs(componentName(mType));
+}
 
 void ComponentHeat::pushSample(const EnergySample& sample, const char* source,
                                std::initializer_list<Figure> figures) {

@@ -55,6 +55,9 @@ class ComponentHeat {
     void pushSample(const EnergySample& sample, const char* source,
                     std::initializer_list<Figure> figures = {});
 
+    /** What the configuration has for this component; -1.0 for none, see HeatProcessCenter. */
+    float configuredCoefficient() const;
+
     static constexpr char kUsageFeed[] = "usage feed";
 
   private:

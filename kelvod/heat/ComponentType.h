@@ -18,7 +18,10 @@ enum ComponentType : int32_t {
 
 inline constexpr int32_t kComponentTypes = 6;
 
-/** Names of the types in reports and big data; never changed. */
+/** Those whose samples a configured coefficient turns into m°C; the air's are m°C. */
+inline constexpr ComponentType kPowerComponents[] = {CPU, DISPLAY, CELLULAR, WIFI, GPU};
+
+/** Names of the types in reports, big data and the configuration; never changed. */
 inline const std::map<ComponentType, const char*> kComponentNames = {
         {CPU, "cpu"},   {DISPLAY, "display"}, {CELLULAR, "cellular"},
         {WIFI, "wifi"}, {GPU, "gpu"},         {AMBIENT, "ambient"},

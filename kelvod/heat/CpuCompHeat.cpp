@@ -16,7 +16,6 @@
 #include "base/TimeUtils.h"
 #include "core/DataCollector.h"
 #include "heat/ComponentType.h"
-#include "heat/HeatProcessCenter.h"
 
 using android::Mutex;
 using kelvo::PidTidPower;
@@ -72,6 +71,12 @@ std::shared_ptr<CpuCompHeat::Performance> CpuCompHeat::perfService() {
     return mPerfService;
 }
 
+/** Asks the service; empty when it fails. */
+std::string CpuCompHeat::readTaskStats(Performance& service) {
+    std::string text;
+    return service.readCpuTaskstats(&text).isOk() ? text : "";
+}
+
 int CpuCompHeat::getCpuPower() {
     const std::shared_ptr<Performance> service = perfService();
     if (service == nullptr) {
@@ -80,8 +85,8 @@ int CpuCompHeat::getCpuPower() {
         KLOGE("cpuComp PerformanceInterface is null");
         return 0;
     }
-    std::string text;
-    if (!service->readCpuTaskstats(&text).isOk() || text.empty()) {
+    const std::string text = readTaskStats(*service);
+    if (text.empty()) {
         KLOGE("cpuComp readCpuTaskstats return empty");
         return 0;
     }
@@ -116,7 +121,7 @@ int CpuCompHeat::processRawSample() {
 // A missing coefficient (-1.0) is kept, and asked for no more.
 float CpuCompHeat::coefficient() {
     if (mCoefficient == 0.0F) {
-        mCoefficient = HeatProcessCenter::getInstance()->getCoeffs("cpu");
+        mCoefficient = configuredCoefficient();
         KLOGD("cpuComp getHeatContribution start:%f", static_cast<double>(mCoefficient));
     }
     return mCoefficient;
@@ -143,13 +148,11 @@ std::shared_ptr<HeatInfo> CpuCompHeat::getHeatInfo() {
     std::vector<PidTidPower> threads = mThreads.byShare();
     threads.resize(std::min(threads.size(), kReportedThreads));
     for (const PidTidPower& thread : threads) {
-        const auto share = static_cast<double>(thread.powerToThermal);
         KLOGE("cpuComp cpuinfo thread:%s, power:%d, powerToThermal:%f", thread.name, thread.power,
-              share);
-        factors.emplace(thread.name, kelvo::saturatingInt32(share));
+              static_cast<double>(thread.powerToThermal));
+        factors.emplace(thread.name, kelvo::saturatingInt32(thread.powerToThermal));
     }
-    factors["Power"] =
-            kelvo::saturatingInt32(static_cast<double>(perDegree * static_cast<float>(result)));
+    factors["Power"] = kelvo::saturatingInt32(perDegree * static_cast<float>(result));
     return std::make_shared<HeatInfo>(result, factors);
 }
 

@@ -5,6 +5,7 @@
 #include <android/binder_auto_utils.h>
 
 #include <memory>
+#include <string>
 
 #include "heat/ComponentHeat.h"
 #include "heat/TopThreads.h"
@@ -38,6 +39,7 @@ class CpuCompHeat : public virtual ComponentHeat {
     int getPerfService();
     static void onPerfServiceDied(void* component);
     std::shared_ptr<Performance> perfService();
+    static std::string readTaskStats(Performance& service);
     int getCpuPower();
     float coefficient() REQUIRES(mThreadsLock);
 

@@ -8,26 +8,17 @@
 #include "base/Time.h"
 #include "heat/ComponentType.h"
 #include "heat/DisplayModel.h"
-#include "heat/HeatProcessCenter.h"
 #include "links/QuorixManager.h"
 
 using kelvo::ModulePower;
 using kelvo::QuorixManager;
 using kelvo::saturatingInt32;
 
-namespace {
-
-int whole(float value) {
-    return saturatingInt32(static_cast<double>(value));
-}
-
-}  // namespace
-
 int DisplayCompHeat::processRawSample() {
     const int reported = QuorixManager::getInstance().getDisplay();
     const int energy = reported != ModulePower::kNone
                                ? reported
-                               : whole(DisplayModel::getInstance().getDisplayPower());
+                               : saturatingInt32(DisplayModel::getInstance().getDisplayPower());
     pushSample({DISPLAY, static_cast<float>(energy), kelvo::monotonicSeconds()},
                reported != ModulePower::kNone ? kUsageFeed : "brightness and frame rate");
     KLOGE("displayComp processRawSample energy=%d", energy);
@@ -36,7 +27,7 @@ int DisplayCompHeat::processRawSample() {
 
 int DisplayCompHeat::getHeatContribution() {
     if (mCoefficient == 0.0F) {
-        mCoefficient = HeatProcessCenter::getInstance()->getCoeffs("display");
+        mCoefficient = configuredCoefficient();
         KLOGD("displayComp DisplayCompHeat start:%f", static_cast<double>(mCoefficient));
     }
     return convert();
@@ -51,7 +42,7 @@ int DisplayCompHeat::convert() {
 
 std::shared_ptr<HeatInfo> DisplayCompHeat::getHeatInfo() {
     if (mCoefficient == 0.0F) {
-        mCoefficient = HeatProcessCenter::getInstance()->getCoeffs("display");
+        mCoefficient = configuredCoefficient();
         KLOGD("displayComp getHeatContribution start:%f", static_cast<double>(mCoefficient));
     }
     const int result = convert();
@@ -63,5 +54,5 @@ std::shared_ptr<HeatInfo> DisplayCompHeat::getHeatInfo() {
     return std::make_shared<HeatInfo>(
             result, std::map<std::string, int>{
                             {"Brightness", level},
-                            {"Power", whole(mCoefficient * static_cast<float>(result))}});
+                            {"Power", saturatingInt32(mCoefficient * static_cast<float>(result))}});
 }

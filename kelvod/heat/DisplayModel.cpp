@@ -46,12 +46,13 @@ constexpr float kNoDdicPower = -1.0F;
 constexpr float kOddFpsPower = 70.0F;  // mW
 constexpr int kFramesPerUnit = 1000;   // the compositor counts thousandths of a frame
 
-int whole(float value) {
-    return saturatingInt32(static_cast<double>(value));
+int toLevel(const std::string& text) {
+    return kelvo::clampToInt32(strtoll(text.c_str(), nullptr, 10));
 }
 
-int toLevel(const std::string& text) {
-    return saturatingInt32(static_cast<double>(strtol(text.c_str(), nullptr, 10)));
+/** Asks the compositor's counter; whole frames. */
+int framesPerSecond() {
+    return kelvo::getGlobalFrames() / kFramesPerUnit;
 }
 
 bool usesNodes() {
@@ -61,9 +62,10 @@ bool usesNodes() {
 int highRangeNits(int level) {
     if (level >= kHighRangeStart) {
         const auto above = static_cast<float>(level - (kHighRangeStart - 1));
-        return whole(above * kHighRangeSpan * kPerHighRangeLevel) + kHighRangeNits;
+        return saturatingInt32(above * kHighRangeSpan * kPerHighRangeLevel) + kHighRangeNits;
     }
-    return whole((static_cast<float>(level) - kLowestLevel) * kNitsPerLevel + kLowestNits);
+    return saturatingInt32((static_cast<float>(level) - kLowestLevel) * kNitsPerLevel +
+                           kLowestNits);
 }
 
 }  // namespace
@@ -76,7 +78,7 @@ void DisplayModel::init() {
     KLOGD("displayComp DisplayModel()\n");
     KLOGD("displayComp DisplayConfig()\n");
     mConfig.init();
-    mBrightness = whole(mConfig.stanBrightness());
+    mBrightness = saturatingInt32(mConfig.stanBrightness());
     mStanLevel = mConfig.stanLevel();
     mConfig.getElConf(mElConf);
     const auto& [nits, power] = *mElConf.begin();
@@ -136,8 +138,8 @@ int DisplayModel::convBr2Nit(int level) const {
         KLOGD("displayComp compNit curBrLevel : %d, int : %d", level, nits);
         return nits;
     }
-    return whole(static_cast<float>(level) / static_cast<float>(mStanLevel) *
-                 static_cast<float>(mBrightness));
+    return saturatingInt32(static_cast<float>(level) / static_cast<float>(mStanLevel) *
+                           static_cast<float>(mBrightness));
 }
 
 float DisplayModel::compDdicPower(int fps) const {
@@ -157,7 +159,7 @@ float DisplayModel::compDdicPower(int fps) const {
 }
 
 float DisplayModel::getDisplayPower() {
-    const int fps = kelvo::getGlobalFrames() / kFramesPerUnit;
+    const int fps = framesPerSecond();
     int level = 0;
     if (getBrightness(level) != 0) {
         level = kFallbackLevel;
@@ -170,30 +172,28 @@ float DisplayModel::getDisplayPower() {
     const float power = mCoeff * static_cast<float>(nits) + compDdicPower(fps);
     KLOGD("displayComp getDisplayPower, curBrLevel:%d, curFps:%d, power:%f\n", level, fps,
           static_cast<double>(power));
-    return static_cast<float>(whole(power));
+    return static_cast<float>(saturatingInt32(power));
 }
 
 int DisplayModel::checkPanelService() {
-    return panel() != nullptr ? 0 : kNoPanelService;
-}
-
-sp<IDisplayPanelFeature> DisplayModel::panel() {
-    {
-        const android::Mutex::Autolock lock(mMutex);
-        if (mPanel != nullptr) {
-            return mPanel;
-        }
+    if (panel() != nullptr) {
+        return 0;
     }
     // Not getService(), which would hold up sampling until a HAL that was declared comes up.
     const sp<IDisplayPanelFeature> found = IDisplayPanelFeature::tryGetService("default");
     if (found == nullptr) {
-        KLOGE("displayComp [%s], Get display service filed.", "checkPanelService");
-        return nullptr;
+        KLOGE("displayComp [%s], Get display service filed.", __func__);
+        return kNoPanelService;
     }
-    KLOGD("displayComp [%s], Get display service success.", "checkPanelService");
+    KLOGD("displayComp [%s], Get display service success.", __func__);
     const android::Mutex::Autolock lock(mMutex);
     mPanel = found;
-    return found;
+    return 0;
+}
+
+sp<IDisplayPanelFeature> DisplayModel::panel() {
+    const android::Mutex::Autolock lock(mMutex);
+    return mPanel;
 }
 
 /** A HAL that is gone is looked for again by the next query. */
@@ -205,9 +205,12 @@ void DisplayModel::dropPanel(const sp<IDisplayPanelFeature>& panel) {
 }
 
 int DisplayModel::getValFromPanelService(unsigned int id) {
+    if (checkPanelService() != 0) {
+        return 0;
+    }
     const sp<IDisplayPanelFeature> service = panel();
     if (service == nullptr) {
-        return 0;
+        return 0;  // another query has just found it gone
     }
     int value = 0;
     bool answered = false;

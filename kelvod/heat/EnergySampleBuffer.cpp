@@ -145,22 +145,20 @@ size_t EnergySampleBuffer::sumNew(size_t count, float* sum) const {
     return age;
 }
 
-// The oldest sample is never counted while the ring has room: so the figures are defined.
+// While the ring has room the oldest sample does not count: that is how the mean is defined.
 int EnergySampleBuffer::convertPartly(float coefficient) const {
     float sum = 0.0F;
     const size_t countable = mSamples.size() - 1;
     const size_t summed = sumNew(countable, &sum);
     int32_t result = 0;
     if (summed == countable) {
-        result = saturatingInt32(
-                static_cast<double>(sum / static_cast<float>(countable) / coefficient));
+        result = saturatingInt32(sum / static_cast<float>(countable) / coefficient);
     } else if (summed > 0) {
         result = saturatingInt32(static_cast<double>(sum) / static_cast<double>(summed) /
                                  static_cast<double>(coefficient));
     }
-    KLOGD("energySamplebuf getEnergyToTemp res=%d, size=%d, coffes=%d",
-          saturatingInt32(static_cast<double>(sum)), static_cast<int32_t>(mSamples.size()),
-          saturatingInt32(static_cast<double>(coefficient)));
+    KLOGD("energySamplebuf getEnergyToTemp res=%d, size=%d, coffes=%d", saturatingInt32(sum),
+          static_cast<int32_t>(mSamples.size()), saturatingInt32(coefficient));
     return result;
 }
 
@@ -168,12 +166,10 @@ int EnergySampleBuffer::convertFull(float coefficient) const {
     KLOGD("energySamplebuf getEnergyToTemp START:");
     float sum = 0.0F;
     const size_t summed = sumNew(mCapacity, &sum);
-    const int32_t result = summed == 0 ? 0
-                                       : saturatingInt32(static_cast<double>(
-                                                 sum / static_cast<float>(summed) / coefficient));
-    KLOGD("energySamplebuf getEnergyToTemp res=%d, size=%d, coffes=%d",
-          saturatingInt32(static_cast<double>(sum)), static_cast<int32_t>(mSamples.size()),
-          saturatingInt32(static_cast<double>(coefficient)));
+    const int32_t result =
+            summed == 0 ? 0 : saturatingInt32(sum / static_cast<float>(summed) / coefficient);
+    KLOGD("energySamplebuf getEnergyToTemp res=%d, size=%d, coffes=%d", saturatingInt32(sum),
+          static_cast<int32_t>(mSamples.size()), saturatingInt32(coefficient));
     return result;
 }
 

@@ -1,7 +1,8 @@
 #include "heat/TaskStats.h"
 
 #include <algorithm>
-#include <limits>
+
+#include "base/Numeric.h"
 
 namespace kelvo {
 
@@ -27,9 +28,7 @@ class FieldReader {
             value = std::min(value * 10 + (mRest[digits] - '0'), kTooMuch);
         }
         mRest.remove_prefix(digits);
-        value = std::clamp<int64_t>(negative ? -value : value, std::numeric_limits<int32_t>::min(),
-                                    std::numeric_limits<int32_t>::max());
-        *out = static_cast<int32_t>(value);
+        *out = clampToInt32(negative ? -value : value);
         return digits > 0;
     }
 

@@ -7,7 +7,6 @@
 #include "base/Time.h"
 #include "core/KelvoState.h"
 #include "heat/ComponentType.h"
-#include "heat/HeatProcessCenter.h"
 #include "links/QuorixManager.h"
 
 ANDROID_SINGLETON_STATIC_INSTANCE(WifiCompHeat)
@@ -17,14 +16,6 @@ using kelvo::ModulePower;
 using kelvo::QuorixManager;
 using kelvo::saturatingInt32;
 using kelvo::WifiSignal;
-
-namespace {
-
-int whole(float value) {
-    return saturatingInt32(static_cast<double>(value));
-}
-
-}  // namespace
 
 WifiCompHeat::WifiCompHeat() : ComponentHeat(WIFI) {}
 
@@ -69,8 +60,8 @@ void WifiCompHeat::processWifiSpeed(std::string& text) {
 
 void WifiCompHeat::pushTraffic() {
     const float energy = kelvo::wifiEnergy(mSignal, mWifiSpeed);
-    KLOGD("wifiComp processWifiSpeed,energy:%d", whole(energy));
-    // Of the modem's type, as such samples always were; nothing in a buffer goes by it.
+    KLOGD("wifiComp processWifiSpeed,energy:%d", saturatingInt32(energy));
+    // The type is the modem's, and has to be; nothing in a buffer goes by it.
     pushSample({CELLULAR, energy, kelvo::monotonicSeconds()}, "signal and traffic",
                {{"speed", mWifiSpeed}, {"rssi", mSignal.rssi}});
 }
@@ -78,7 +69,7 @@ void WifiCompHeat::pushTraffic() {
 int WifiCompHeat::getHeatContribution() {
     const Mutex::Autolock lock(mMutex);
     if (mCoefficient == 0.0F) {
-        mCoefficient = HeatProcessCenter::getInstance()->getCoeffs("wifi");
+        mCoefficient = configuredCoefficient();
         KLOGD("wifiComp getHeatContribution start:%f", static_cast<double>(mCoefficient));
     }
     const int result = mSamples->getEnergyToTemp(mCoefficient);
@@ -90,7 +81,7 @@ int WifiCompHeat::getHeatContribution() {
 std::shared_ptr<HeatInfo> WifiCompHeat::getHeatInfo() {
     const Mutex::Autolock lock(mMutex);
     if (mCoefficient == 0.0F) {
-        mCoefficient = HeatProcessCenter::getInstance()->getCoeffs("wifi");
+        mCoefficient = configuredCoefficient();
         KLOGD("wifiComp getHeatInfo start:%f", static_cast<double>(mCoefficient));
     }
     const int result = mSamples->getEnergyToTemp(mCoefficient);
@@ -100,5 +91,5 @@ std::shared_ptr<HeatInfo> WifiCompHeat::getHeatInfo() {
     }
     return std::make_shared<HeatInfo>(
             result, std::map<std::string, int>{
-                            {"Power", whole(mCoefficient * static_cast<float>(result))}});
+                            {"Power", saturatingInt32(mCoefficient * static_cast<float>(result))}});
 }

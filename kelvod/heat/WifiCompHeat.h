@@ -12,7 +12,8 @@
 
 /**
  * Heat of the Wi-Fi chip, from the usage feed's figure or else from what clients tell of signal
- * and traffic. Thread-safe. Lock order: this component's mutex, then the sample buffer's.
+ * and traffic. Thread-safe. Lock order: this component's mutex, then the sample
+ * buffer's or the central state's.
  */
 class WifiCompHeat : public virtual ComponentHeat, public android::Singleton<WifiCompHeat> {
   public:
