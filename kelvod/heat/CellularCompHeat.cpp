@@ -1,16 +1,14 @@
 #include "heat/CellularCompHeat.h"
 
 #include <map>
+#include <utility>
 
 #include "base/Log.h"
 #include "base/Numeric.h"
 #include "base/Time.h"
-#include "config/ConfigPath.h"
-#include "config/KelvoConfig.h"
 #include "core/KelvoState.h"
 #include "heat/ComponentType.h"
-#include "heat/ConfigNumber.h"
-#include "heat/HeatProcessCenter.h"
+#include "heat/HeatSection.h"
 #include "heat/TableInterpolation.h"
 #include "links/QuorixManager.h"
 #include "shelltemp/ShellTempFitting.h"
@@ -19,6 +17,7 @@ ANDROID_SINGLETON_STATIC_INSTANCE(CellularCompHeat)
 
 using android::Mutex;
 using kelvo::CellularSignal;
+using kelvo::ModemCurrent;
 using kelvo::ModulePower;
 using kelvo::QuorixManager;
 using kelvo::saturatingInt32;
@@ -58,37 +57,25 @@ CellularCompHeat::CellularCompHeat() : ComponentHeat(CELLULAR) {
 
 void CellularCompHeat::initConfig() {
     Json::Value model;
-    if (kelvo::KelvoConfig::getInstance().getConfig(
-                &model, {"shell_temp_fitting_model", "heatsource_detection", "cellar_model"}) !=
-        0) {
+    if (kelvo::readHeatSection(&model, kelvo::key::kCellularModel) != 0) {
         KLOGE("cellularComp get cellar_model failed: %s", model.toStyledString().c_str());
         return;
     }
-    loadTable(model);
+    takeTable(kelvo::parseModemModel(model));
     findZones(model);
 }
 
-void CellularCompHeat::loadTable(const Json::Value& model) {
-    const Json::Value* const rsrp = kelvo::findMember(model, "rsrp_value");
-    const Json::Value* const current4G = kelvo::findMember(model, "current_value_4G");
-    const Json::Value* const current5G = kelvo::findMember(model, "current_value_5G");
-    for (const Json::Value* const column : {rsrp, current4G, current5G}) {
-        if (column == nullptr || !column->isArray() || column->size() != rsrp->size()) {
-            return;
-        }
-    }
-    for (Json::ArrayIndex i = 0; i < rsrp->size(); ++i) {
-        const CurrentRow row{configNumber((*rsrp)[i]), configNumber((*current4G)[i]),
-                             configNumber((*current5G)[i])};
-        if (row.rsrp == 0.0F || row.current4G == 0.0F || row.current5G == 0.0F) {
-            KLOGE("cellularComp cellar_model conf is invalid");
-            return;
-        }
+// Unlike the other tables, this one keeps the rows before a bad entry.
+void CellularCompHeat::takeTable(kelvo::HeatTable<ModemCurrent> table) {
+    for (const ModemCurrent& row : table.rows) {
         KLOGD("cellularComp rsrp sample:%f,current4g:%f,current5g:%f",
               static_cast<double>(row.rsrp), static_cast<double>(row.current4G),
               static_cast<double>(row.current5G));
-        mTable.push_back(row);
     }
+    if (table.badRow) {
+        KLOGE("cellularComp cellar_model conf is invalid");
+    }
+    mTable = std::move(table.rows);
 }
 
 void CellularCompHeat::findZones(const Json::Value& model) {
@@ -99,9 +86,9 @@ void CellularCompHeat::findZones(const Json::Value& model) {
     if (list.unknownType) {
         KLOGE("cellularComp can not find tz: %s", list.unknownType->c_str());
     }
-    if (list.zones.size() >= 2) {
-        mTzPa = list.zones[0];
-        mTzBase = list.zones[1];
+    if (const auto chosen = kelvo::chooseModemZones(model, list).zones) {
+        mTzPa = chosen->amplifier;
+        mTzBase = chosen->base;
         mTzFound = true;
     }
 }
@@ -168,16 +155,15 @@ void CellularCompHeat::logSpeed() {
 
 int CellularCompHeat::compCellPower() {
     const bool nr = mSignal.connType == CellularSignal::kNr;
-    const float current = interpolateTable(mTable, &CurrentRow::rsrp,
-                                           nr ? &CurrentRow::current5G : &CurrentRow::current4G,
-                                           static_cast<float>(nr ? mSignal.ssRsrp : mSignal.rsrp));
-    return saturatingInt32(static_cast<double>(current));
+    return saturatingInt32(interpolateTable(
+            mTable, &ModemCurrent::rsrp, nr ? &ModemCurrent::current5G : &ModemCurrent::current4G,
+            static_cast<float>(nr ? mSignal.ssRsrp : mSignal.rsrp)));
 }
 
 int CellularCompHeat::getHeatContribution() {
     const Mutex::Autolock lock(mMutex);
     if (mContributionCoefficient == 0.0F) {
-        mContributionCoefficient = HeatProcessCenter::getInstance()->getCoeffs("cellular");
+        mContributionCoefficient = configuredCoefficient();
         KLOGD("cellularComp CellularCompHeat start:%f",
               static_cast<double>(mContributionCoefficient));
     }
@@ -190,7 +176,7 @@ int CellularCompHeat::getHeatContribution() {
 std::shared_ptr<HeatInfo> CellularCompHeat::getHeatInfo() {
     const Mutex::Autolock lock(mMutex);
     if (mReportCoefficient == 0.0F) {
-        mReportCoefficient = HeatProcessCenter::getInstance()->getCoeffs("cellular");
+        mReportCoefficient = configuredCoefficient();
     }
     const auto coefficient = static_cast<double>(mReportCoefficient);
     // The conversion drops the samples that these two are of.
@@ -204,8 +190,7 @@ std::shared_ptr<HeatInfo> CellularCompHeat::getHeatInfo() {
     }
     const float power = mReportCoefficient * static_cast<float>(result);
     return std::make_shared<HeatInfo>(
-            result,
-            std::map<std::string, int>{{"NtcSlopOf", saturatingInt32(slope)},
-                                       {"avgDiffTempPerMin", average},
-                                       {"Power", saturatingInt32(static_cast<double>(power))}});
+            result, std::map<std::string, int>{{"NtcSlopOf", saturatingInt32(slope)},
+                                               {"avgDiffTempPerMin", average},
+                                               {"Power", saturatingInt32(power)}});
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <json/value.h>
 #include <utils/Mutex.h>
 #include <utils/Singleton.h>
 
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "heat/ComponentHeat.h"
+#include "heat/HeatTables.h"
 #include "heat/RadioTexts.h"
 #include "shelltemp/ThermalZone.h"
 
@@ -18,7 +18,7 @@
  * traffic. Samples are mW (the feed's) or mA (from the texts), with the temperature of the power
  * amplifier over that of a reference zone (m°C). Thread-safe.
  *
- * Lock order: this component's mutex, then the sample buffer's.
+ * Lock order: this component's mutex, then the sample buffer's or the central state's.
  */
 class CellularCompHeat : public virtual ComponentHeat, public android::Singleton<CellularCompHeat> {
   public:
@@ -35,22 +35,15 @@ class CellularCompHeat : public virtual ComponentHeat, public android::Singleton
     friend class android::Singleton<CellularCompHeat>;
     CellularCompHeat();
 
-    /** What the modem draws at a strength of the signal. */
-    struct CurrentRow {
-        float rsrp;       // dBm
-        float current4G;  // mA
-        float current5G;  // mA
-    };
-
     void initConfig();
-    void loadTable(const Json::Value& model);
+    void takeTable(kelvo::HeatTable<kelvo::ModemCurrent> table);
     void findZones(const Json::Value& model);
     int getTzTemp(const kelvo::ThermalZone& zone) const;
     int compCellPower() REQUIRES(mMutex);
     void logSpeed() REQUIRES(mMutex);
 
     // Constant after construction.
-    std::vector<CurrentRow> mTable;  // ascending by RSRP
+    std::vector<kelvo::ModemCurrent> mTable;  // ascending by RSRP
     kelvo::ThermalZone mTzPa;
     kelvo::ThermalZone mTzBase;
     bool mTzFound = false;

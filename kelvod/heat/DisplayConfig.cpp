@@ -2,12 +2,12 @@
 
 #include "base/Log.h"
 #include "base/Numeric.h"
-#include "config/ConfigPath.h"
-#include "config/KelvoConfig.h"
-#include "heat/ConfigNumber.h"
+#include "heat/HeatSection.h"
 
 using android::Mutex;
+using kelvo::NamedFigure;
 using kelvo::saturatingInt32;
+namespace figure = kelvo::brightness;
 
 namespace {
 
@@ -18,8 +18,9 @@ constexpr float kDdicPower120 = 90.0F;     // mW
 constexpr float kDdicPower90 = 60.0F;
 constexpr float kDdicPower60 = 60.0F;
 
-int whole(float value) {
-    return saturatingInt32(static_cast<double>(value));
+void logFigure(const NamedFigure& row) {
+    KLOGD("displayComp init factor:%s, coefficient:%f", row.name.c_str(),
+          static_cast<double>(row.value));
 }
 
 }  // namespace
@@ -28,47 +29,38 @@ int DisplayConfig::init() {
     const Mutex::Autolock lock(mMutex);
     KLOGD("displayComp init()\n");
     Json::Value model;
-    if (kelvo::KelvoConfig::getInstance().getConfig(
-                &model, {"shell_temp_fitting_model", "heatsource_detection", "brightness_model"}) !=
-        0) {
+    if (kelvo::readHeatSection(&model, kelvo::key::kBrightnessModel) != 0) {
         KLOGE("displayComp init get brightness_model model failed: %s",
               model.toStyledString().c_str());
         return -1;
     }
     KLOGE("displayComp init load heat source play model");
-    loadLocked(model);
-    logStandardLocked();
+    takeTableLocked(kelvo::parseBrightnessModel(model));
+    noteStandardLocked();
     return 0;
 }
 
-void DisplayConfig::loadLocked(const Json::Value& model) {
-    const Json::Value* const factors = kelvo::findMember(model, "factor");
-    const Json::Value* const coefficients = kelvo::findMember(model, "coefficient");
-    if (factors == nullptr || coefficients == nullptr || !factors->isArray() ||
-        !coefficients->isArray()) {
-        return;
+// One bad entry makes the whole table bad.
+void DisplayConfig::takeTableLocked(const kelvo::HeatTable<NamedFigure>& table) {
+    if (table.hasColumns) {
+        mDisplayCoeffs.clear();
     }
-    mDisplayCoeffs.clear();
-    if (factors->size() != coefficients->size()) {
-        return;
-    }
-    for (Json::ArrayIndex i = 0; i < factors->size(); ++i) {
-        const Json::Value& factor = (*factors)[i];
-        const float value = configNumber((*coefficients)[i]);
-        KLOGD("displayComp init factor:%s, coefficient:%f",
-              factor.isString() ? factor.asCString() : "", static_cast<double>(value));
-        if (value == 0.0F || !factor.isString()) {
-            mDisplayCoeffs.clear();
-            return;
+    for (const NamedFigure& row : table.rows) {
+        logFigure(row);
+        if (table.faults.empty()) {
+            mDisplayCoeffs[row.name] = row.value;
         }
-        mDisplayCoeffs[factor.asString()] = value;
+    }
+    if (table.badRow) {
+        logFigure(*table.badRow);
     }
 }
 
 /** The configured standard is only shown: the model's constants hold in any case. */
-void DisplayConfig::logStandardLocked() {
-    KLOGD("displayComp init stanBrightness:%d, stanLevel:%d", whole(mDisplayCoeffs["el_brt"]),
-          whole(mDisplayCoeffs["el_lvl"]));
+void DisplayConfig::noteStandardLocked() {
+    KLOGD("displayComp init stanBrightness:%d, stanLevel:%d",
+          saturatingInt32(mDisplayCoeffs[figure::kStandardNits]),
+          saturatingInt32(mDisplayCoeffs[figure::kStandardLevel]));
 }
 
 float DisplayConfig::getCoeffs(const std::string& name) {
@@ -89,18 +81,19 @@ float DisplayConfig::getCoeffs(const std::string& name) {
 // In the two tables below, too, the configured figures are only shown.
 
 void DisplayConfig::getElConf(std::map<int, float>& elConf) {
-    const float brightness = getCoeffs("el_brt");
-    getCoeffs("el_pwr");
-    // The luminance stands in both places; readers of the log expect it there.
-    KLOGD("displayComp getElConf: ElBrightness=%d, ElPower=%d", whole(brightness),
-          whole(brightness));
-    elConf.emplace(whole(kStanBrightness), kReferencePower);
+    const float brightness = getCoeffs(figure::kStandardNits);
+    getCoeffs(figure::kStandardPower);
+    // The luminance stands in both places of this text, the power in none.
+    KLOGD("displayComp getElConf: ElBrightness=%d, ElPower=%d", saturatingInt32(brightness),
+          saturatingInt32(brightness));
+    elConf.emplace(saturatingInt32(kStanBrightness), kReferencePower);
 }
 
 void DisplayConfig::getDdicConf(std::map<int, float>& ddicConf) {
-    const float power60 = getCoeffs("60_pwr");
-    const float power120 = getCoeffs("120_pwr");
-    KLOGD("displayComp getDdicConf: 60_pwr=%d, 120_pwr=%d", whole(power60), whole(power120));
+    const float power60 = getCoeffs(figure::kPowerAt60);
+    const float power120 = getCoeffs(figure::kPowerAt120);
+    KLOGD("displayComp getDdicConf: 60_pwr=%d, 120_pwr=%d", saturatingInt32(power60),
+          saturatingInt32(power120));
     ddicConf.emplace(120, kDdicPower120);
     ddicConf.emplace(90, kDdicPower90);
     ddicConf.emplace(60, kDdicPower60);

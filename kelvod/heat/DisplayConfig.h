@@ -1,11 +1,12 @@
 #pragma once
 
-#include <json/value.h>
 #include <utils/Mutex.h>
 
 #include <cstdint>
 #include <map>
 #include <string>
+
+#include "heat/HeatTables.h"
 
 /** The display's figures in the configuration ("brightness_model"). Thread-safe. */
 class DisplayConfig {
@@ -27,9 +28,9 @@ class DisplayConfig {
     static constexpr float kStanBrightness = 480.0F;
     static constexpr int32_t kStanLevel = 2047;
 
-    void loadLocked(const Json::Value& model) REQUIRES(mMutex);
-    void logStandardLocked() REQUIRES(mMutex);
+    void takeTableLocked(const kelvo::HeatTable<kelvo::NamedFigure>& table) REQUIRES(mMutex);
+    void noteStandardLocked() REQUIRES(mMutex);
 
-    android::Mutex mMutex;  // a leaf
+    android::Mutex mMutex;  // taken before the configuration's
     std::map<std::string, float> mDisplayCoeffs GUARDED_BY(mMutex);
 };

@@ -2,21 +2,20 @@
 
 #include <stdlib.h>
 
-#include <algorithm>
-#include <limits>
+#include <utility>
 
 #include "base/FileUtils.h"
 #include "base/Log.h"
 #include "base/Numeric.h"
 #include "base/Time.h"
-#include "config/KelvoConfig.h"
 #include "config/PlatformAdaptor.h"
 #include "heat/ComponentType.h"
-#include "heat/ConfigNumber.h"
-#include "heat/HeatProcessCenter.h"
+#include "heat/HeatSection.h"
 #include "heat/TableInterpolation.h"
 
 using android::Mutex;
+using kelvo::clampToInt32;
+using kelvo::GpuCurrent;
 using kelvo::saturatingInt32;
 
 namespace {
@@ -35,10 +34,8 @@ bool isQcom() {
 }
 
 /** The number before the first blank; held at the ends of the range. */
-int32_t firstNumber(const std::string& text) {
-    const long value = strtol(text.substr(0, text.find(' ')).c_str(), nullptr, 10);
-    return static_cast<int32_t>(std::clamp<long>(value, std::numeric_limits<int32_t>::min(),
-                                                 std::numeric_limits<int32_t>::max()));
+int64_t firstNumber(const std::string& text) {
+    return strtoll(text.substr(0, text.find(' ')).c_str(), nullptr, 10);
 }
 
 }  // namespace
@@ -51,33 +48,24 @@ void GpuCompHeat::initConfig() {
     Mutex::Autolock lock(mLock);
     KLOGE("GpuCompHeat::init()\n");
     Json::Value model;
-    if (kelvo::KelvoConfig::getInstance().getConfig(
-                &model, {"shell_temp_fitting_model", "heatsource_detection", "gpu_model"}) != 0) {
+    if (kelvo::readHeatSection(&model, kelvo::key::kGpuModel) != 0) {
         KLOGE("get gpu_model failed: %s", model.toStyledString().c_str());
         return;
     }
-    if (model.isObject()) {
-        loadTable(model);
-    }
+    takeTable(kelvo::parseGpuModel(model));
 }
 
-void GpuCompHeat::loadTable(const Json::Value& model) {
-    const Json::Value& currents = model["powermA"];
-    const Json::Value& clocks = model["gpufreq"];
-    if (!currents.isArray() || !clocks.isArray() || currents.size() != clocks.size()) {
-        return;
-    }
-    for (Json::ArrayIndex i = 0; i < clocks.size(); ++i) {
-        const GpuCurrent row{configNumber(clocks[i]), configNumber(currents[i])};
-        if (row.gpufreq == 0.0F || row.powermA == 0.0F) {
-            KLOGE("gpuComp gpu_model conf is invalid");
-            mTable.clear();
-            return;
-        }
+// One bad entry makes the whole table bad.
+void GpuCompHeat::takeTable(kelvo::HeatTable<GpuCurrent> table) {
+    for (const GpuCurrent& row : table.rows) {
         KLOGE("gpuComp init config gpufreq:%f,powermA:%f", static_cast<double>(row.gpufreq),
               static_cast<double>(row.powermA));
-        mTable.push_back(row);
     }
+    if (table.badRow) {
+        KLOGE("gpuComp gpu_model conf is invalid");
+        return;
+    }
+    mTable = std::move(table.rows);
 }
 
 int GpuCompHeat::getGpuLoad() {
@@ -95,7 +83,7 @@ int GpuCompHeat::getGpuLoad() {
     if (text.empty()) {
         return -1;
     }
-    const int32_t load = firstNumber(text);
+    const int32_t load = clampToInt32(firstNumber(text));
     KLOGD("gpuComp load is: %d", load);
     return load;
 }
@@ -105,7 +93,8 @@ int GpuCompHeat::getGpuFreq() {
     if (text.empty()) {
         return -1;
     }
-    const int32_t freq = isQcom() ? firstNumber(text) / kHzPerMHz : firstNumber(text);
+    const int32_t number = clampToInt32(firstNumber(text));
+    const int32_t freq = isQcom() ? number / kHzPerMHz : number;
     KLOGD("gpuComp freq is: %d", freq);
     return freq;
 }
@@ -117,8 +106,7 @@ int GpuCompHeat::processRawSample() {
     Mutex::Autolock lock(mLock);
     const float current = interpolateTable(mTable, &GpuCurrent::gpufreq, &GpuCurrent::powermA,
                                            static_cast<float>(freq));
-    const int32_t energy =
-            saturatingInt32(static_cast<double>(current * static_cast<float>(load) / kPercent));
+    const int32_t energy = saturatingInt32(current * static_cast<float>(load) / kPercent);
     KLOGE("gpuComp processRawSample energy=%d", energy);
     pushSample({GPU, static_cast<float>(energy), kelvo::monotonicSeconds()}, "clock and load",
                {{"load", load}, {"clock", freq}});
@@ -131,7 +119,7 @@ int GpuCompHeat::processRawSample() {
 // A missing coefficient (-1.0) is kept, and asked for no more.
 float GpuCompHeat::coefficient() {
     if (mCoefficient == 0.0F) {
-        mCoefficient = HeatProcessCenter::getInstance()->getCoeffs("gpu");
+        mCoefficient = configuredCoefficient();
         KLOGD("gpuComp getHeatContribution start:%f", static_cast<double>(mCoefficient));
     }
     return mCoefficient;
@@ -139,7 +127,7 @@ float GpuCompHeat::coefficient() {
 
 void GpuCompHeat::takeAverages(std::map<std::string, int>& out) {
     const auto average = [count = static_cast<float>(mCount)](float sum) {
-        return count == 0.0F ? 0 : saturatingInt32(static_cast<double>(sum / count));
+        return count == 0.0F ? 0 : saturatingInt32(sum / count);
     };
     out["agvload"] = average(mLoadSum);
     out["agvfreq"] = average(mFreqSum);
@@ -165,7 +153,7 @@ std::shared_ptr<HeatInfo> GpuCompHeat::getHeatInfo() {
     }
     std::map<std::string, int> factors;
     takeAverages(factors);
-    factors["Power"] = saturatingInt32(static_cast<double>(perDegree * static_cast<float>(result)));
+    factors["Power"] = saturatingInt32(perDegree * static_cast<float>(result));
     KLOGE("gpuComp getHeatInfo Coeffs=%f, result=%d", static_cast<double>(perDegree), result);
     return std::make_shared<HeatInfo>(result, factors);
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <json/value.h>
 #include <utils/Mutex.h>
 
 #include <cstdint>
@@ -9,12 +8,7 @@
 #include <vector>
 
 #include "heat/ComponentHeat.h"
-
-/** A row of the configured table: what the graphics processor draws at a clock. */
-struct GpuCurrent {
-    float gpufreq;  // in the unit of the clock node: MHz, or as MediaTek's node has it
-    float powermA;  // mA at full load
-};
+#include "heat/HeatTables.h"
 
 /**
  * Heat of the graphics processor, from its load and clock and a table of currents. Samples are mA.
@@ -32,15 +26,17 @@ class GpuCompHeat : public virtual ComponentHeat {
 
   private:
     void initConfig();
-    void loadTable(const Json::Value& model) REQUIRES(mLock);
+    void takeTable(kelvo::HeatTable<kelvo::GpuCurrent> table) REQUIRES(mLock);
     static int getGpuLoad();
     static int getGpuFreq();
     float coefficient() REQUIRES(mLock);
     void takeAverages(std::map<std::string, int>& out) REQUIRES(mLock);
 
-    android::Mutex mLock;  // guards the members below; taken before the buffer's lock
-    std::vector<GpuCurrent> mTable GUARDED_BY(mLock);  // ascending by gpufreq
-    float mCoefficient GUARDED_BY(mLock) = 0.0F;       // 0.0 until the center was asked
+    // Guards the members below; taken before the buffer's lock, and the configuration's at
+    // construction.
+    android::Mutex mLock;
+    std::vector<kelvo::GpuCurrent> mTable GUARDED_BY(mLock);  // ascending by gpufreq
+    float mCoefficient GUARDED_BY(mLock) = 0.0F;              // 0.0 until the center was asked
     // Since the last query.
     float mLoadSum GUARDED_BY(mLock) = 0.0F;
     float mFreqSum GUARDED_BY(mLock) = 0.0F;

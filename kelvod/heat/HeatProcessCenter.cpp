@@ -1,18 +1,28 @@
 #include "heat/HeatProcessCenter.h"
 
 #include "base/Log.h"
-#include "config/KelvoConfig.h"
 #include "heat/AmbientCompHeat.h"
 #include "heat/CellularCompHeat.h"
-#include "heat/ConfigNumber.h"
 #include "heat/CpuCompHeat.h"
 #include "heat/DisplayCompHeat.h"
 #include "heat/GpuCompHeat.h"
+#include "heat/HeatSection.h"
 #include "heat/WifiCompHeat.h"
 #include "links/QuorixManager.h"
 
 using android::Mutex;
+using kelvo::HeatTable;
+using kelvo::NamedFigure;
 using kelvo::QuorixManager;
+
+namespace {
+
+void logCoefficient(const NamedFigure& row) {
+    KLOGE("heatpc device_name:%s, coefficient:%f", row.name.c_str(),
+          static_cast<double>(row.value));
+}
+
+}  // namespace
 
 HeatProcessCenter* HeatProcessCenter::getInstance() {
     static auto* const center = new HeatProcessCenter;
@@ -29,39 +39,26 @@ HeatProcessCenter::HeatProcessCenter() : mLoop("comp-monitor", this, kSamplingIn
 bool HeatProcessCenter::initConfig() {
     KLOGE("heatpc start parse heatsource_model");
     Json::Value model;
-    if (kelvo::KelvoConfig::getInstance().getConfig(
-                &model, {"shell_temp_fitting_model", "heatsource_detection", "heatsource_model"}) !=
-        0) {
+    if (kelvo::readHeatSection(&model, kelvo::key::kHeatModel) != 0) {
         KLOGE("heatpc get heatsource_detection model failed: %s", model.toStyledString().c_str());
         return false;
     }
-    if (!model.isObject() || !model["device_name"].isArray() || !model["coefficient"].isArray()) {
-        return true;
-    }
-    if (!readCoefficients(model["device_name"], model["coefficient"])) {
-        mCoeffs.clear();
-        return false;
-    }
-    return true;
+    return takeCoefficients(kelvo::parseHeatModel(model));
 }
 
-// One bad entry makes the whole table bad.
-bool HeatProcessCenter::readCoefficients(const Json::Value& names,
-                                         const Json::Value& coefficients) {
-    if (names.size() != coefficients.size()) {
-        return false;
-    }
-    for (Json::ArrayIndex i = 0; i < names.size(); ++i) {
-        const std::string name = names[i].isString() ? names[i].asString() : "";
-        const float coefficient = configNumber(coefficients[i]);
-        KLOGE("heatpc device_name:%s, coefficient:%f", name.c_str(),
-              static_cast<double>(coefficient));
-        if (coefficient == 0.0F || !names[i].isString()) {
-            return false;
+// Without its columns the table is empty, which is usable; one bad entry makes all of it bad.
+bool HeatProcessCenter::takeCoefficients(const HeatTable<NamedFigure>& table) {
+    const bool usable = table.faults.empty() || !table.hasColumns;
+    for (const NamedFigure& row : table.rows) {
+        logCoefficient(row);
+        if (usable) {
+            mCoeffs[row.name] = row.value;
         }
-        mCoeffs[name] = coefficient;
     }
-    return true;
+    if (table.badRow) {
+        logCoefficient(*table.badRow);
+    }
+    return usable;
 }
 
 bool HeatProcessCenter::createComponents() {

@@ -14,17 +14,19 @@
 #include "heat/ComponentHeat.h"
 #include "heat/ComponentType.h"
 #include "heat/HeatRecords.h"
+#include "heat/HeatTables.h"
 
 /**
  * Owner of the six heat components: samples them every 5 s while monitoring runs, ranks them,
  * reports on them, and keeps statistics of the day. With an unusable configuration it has no
  * components and does nothing.
  *
- * Thread-safe. Lock order: mMonitorLock or mBigDataLock, then mComponentsLock, then a component's
- * and its buffer's, or mReportLock; the central state's, the thermal status engine's and the data
- * collector's are taken under mBigDataLock, and none of these engines calls the center under a lock
- * of its own. Sampling holds none of the center's locks, so that a service that does not answer
- * holds up the sampling thread alone.
+ * Thread-safe. Lock order: mMonitorLock or mBigDataLock, then mComponentsLock, then mReportLock or
+ * a component's, then its buffer's or that of an engine which it asks; components read the
+ * configuration under theirs when they are made. The central state's and the data collector's are
+ * also taken under mBigDataLock. None of these engines calls the center under a lock of its own.
+ * Sampling holds none of the center's locks, so that a service that does not answer holds up the
+ * sampling thread alone.
  */
 class HeatProcessCenter : private kelvo::PeriodicLoop::Client {
   public:
@@ -64,7 +66,7 @@ class HeatProcessCenter : private kelvo::PeriodicLoop::Client {
     HeatProcessCenter();
 
     bool initConfig();
-    bool readCoefficients(const Json::Value& names, const Json::Value& coefficients);
+    bool takeCoefficients(const kelvo::HeatTable<kelvo::NamedFigure>& table);
     bool createComponents();
 
     // The sampling loop (HeatProcessCenterLoop.cpp)
@@ -99,9 +101,8 @@ class HeatProcessCenter : private kelvo::PeriodicLoop::Client {
     android::Mutex mMonitorLock;  // serialises start and stop; guards the flag
     bool mThreadStarted GUARDED_BY(mMonitorLock) = false;
 
-    // Held around each call into a component but processRawSample(); guards the summary.
+    // Held around each call into a component but processRawSample(); guards no member.
     android::Mutex mComponentsLock;
-    std::string mHeatSummary GUARDED_BY(mComponentsLock);  // the last; kept for diagnostics
 
     android::Mutex mReportLock;  // held while a report is written; a leaf
 

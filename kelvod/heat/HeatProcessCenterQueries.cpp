@@ -17,7 +17,7 @@ std::string entry(const std::string& name, int32_t value) {
 
 // °C; stands after the ambient component's own entry of the same name.
 std::string ambientEntry() {
-    return entry("ambient", kelvo::AmbientTempWatcher::getInstance().getAmbientTemp());
+    return entry(componentName(AMBIENT), kelvo::AmbientTempWatcher::getInstance().getAmbientTemp());
 }
 
 /** Notes an answered question for the decision observer; without one it does nothing. */
@@ -100,10 +100,6 @@ std::string HeatProcessCenter::getCompentsHeat() {
     record.end();
     KLOGE("heatpc getCompentsHeat %s", text.c_str());
     text += ambientEntry();
-    {
-        Mutex::Autolock lock(mComponentsLock);
-        mHeatSummary = text;
-    }
     updateHeatBigRawData(heats);
     return text;
 }

@@ -1,76 +1,76 @@
 // Coefficients and tables of the heat components.
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include "common/NearestName.h"
-#include "heat/ConfigNumber.h"
+#include "config/ConfigNames.h"
+#include "heat/ComponentType.h"
+#include "heat/HeatTables.h"
 #include "kelvoconf/lint/Rules.h"
-#include "kelvoconf/lint/SceneSet.h"
 #include "kelvoconf/lint/ZoneNames.h"
 
 namespace kelvo::lint {
 
 namespace {
 
+using Kind = HeatTableFault::Kind;
+
 constexpr char kNoCenter[] = "switches the heat center off: no heat sources at all";
 constexpr float kHighestMHz = 10000;  // of a GPU
-constexpr Json::ArrayIndex kModemZones = 2;
 
-/** Columns that must be of one length. */
-bool checkEqual(const LintContext& context, const std::vector<ConfigNode>& columns,
-                const std::string& effect) {
-    const bool areArrays = std::ranges::all_of(
-            columns, [](const ConfigNode& column) { return column.value().isArray(); });
-    if (!areArrays) {
-        for (const ConfigNode& column : columns) {
-            if (!column) {
-                context.error("heat-table-missing", column,
-                              {"a column of the table is missing", effect, "write the column"});
-            }
-        }
-        return false;  // columns of another kind are of the wrong type
-    }
-    for (const ConfigNode& column : columns) {
-        if (column.value().size() != columns.front().value().size()) {
+/** What the daemon makes of a table's faults. */
+struct Effects {
+    std::string missing;  // of a column
+    std::string unequal;
+    std::string entry;
+};
+
+void reportFault(const LintContext& context, const ConfigNode& column, const HeatTableFault& fault,
+                 const Effects& effects) {
+    const ConfigNode entry = column[fault.element];
+    switch (fault.kind) {
+        case Kind::NO_COLUMN:
+            context.error(
+                    "heat-table-missing", column,
+                    {"a column of the table is missing", effects.missing, "write the column"});
+            break;
+        case Kind::UNEQUAL:
             context.error("heat-table-unequal", column,
                           {std::to_string(column.value().size()) + " values beside " +
-                                   std::to_string(columns.front().value().size()),
-                           effect, "let all columns of the table have one length"});
-            return false;
-        }
-    }
-    return true;
-}
-
-/** 0, and what is no number, spoils what it stands in. */
-void checkZeros(const LintContext& context, const ConfigNode& column, const std::string& effect) {
-    for (const ConfigNode& value : column.elements()) {
-        if (configNumber(value.value()) == 0.0F) {
-            context.error("heat-table-zero", value,
-                          {shown(value.value()) + " is no usable value", effect,
+                                   std::to_string(fault.length),
+                           effects.unequal, "let all columns of the table have one length"});
+            break;
+        case Kind::NO_NUMBER:
+            context.error("heat-table-zero", entry,
+                          {shown(entry.value()) + " is no usable value", effects.entry,
                            "write a number other than 0"});
-            return;
-        }
+            break;
+        case Kind::NO_TEXT:
+            context.error("heat-table-zero", entry,
+                          {shown(entry.value()) + " is no name", effects.entry, "write a text"});
+            break;
+        case Kind::NO_ARRAY:  // of the wrong type, which is told for any key
+        case Kind::UNKNOWN_ZONE:
+        case Kind::TOO_FEW_ZONES:
+            break;
     }
 }
 
-void checkTexts(const LintContext& context, const ConfigNode& names, const std::string& effect) {
-    for (const ConfigNode& name : names.elements()) {
-        if (!name.value().isString()) {
-            context.error("heat-table-zero", name,
-                          {shown(name.value()) + " is no name", effect, "write a text"});
-            return;
-        }
+void reportFaults(const LintContext& context, const ConfigNode& model,
+                  const std::vector<HeatTableFault>& faults, const Effects& effects) {
+    for (const HeatTableFault& fault : faults) {
+        reportFault(context, model / fault.key, fault, effects);
     }
 }
 
 void checkAscending(const LintContext& context, const ConfigNode& column) {
     const std::vector<ConfigNode> values = column.elements();
     for (size_t i = 1; i < values.size(); ++i) {
-        const float before = configNumber(values[i - 1].value());
-        const float value = configNumber(values[i].value());
+        const float before = heatNumber(values[i - 1].value());
+        const float value = heatNumber(values[i].value());
         if (value <= before && value != 0.0F) {
             context.error(
                     "heat-table-not-ascending", values[i],
@@ -111,18 +111,18 @@ void checkNames(const LintContext& context, const ConfigNode& names,
 }
 
 void checkCoefficients(const LintContext& context, const ConfigNode& model) {
-    const ConfigNode names = model / "device_name";
-    const ConfigNode values = model / "coefficient";
-    if (!names.value().isArray() || !values.value().isArray()) {
-        checkEqual(context, {names, values},
-                   "has no coefficients: each counts as -1, which gives negative figures");
+    const auto table = parseHeatModel(model.value());
+    reportFaults(context, model, table.faults,
+                 {"has no coefficients: each counts as -1, which gives negative figures", kNoCenter,
+                  kNoCenter});
+    if (!table.hasColumns) {
         return;
     }
-    if (checkEqual(context, {names, values}, kNoCenter)) {
-        checkZeros(context, values, kNoCenter);
-        checkTexts(context, names, kNoCenter);
+    std::vector<std::string> components;
+    for (const ComponentType type : kPowerComponents) {
+        components.emplace_back(componentName(type));
     }
-    const std::vector<std::string> components = {"cpu", "display", "cellular", "wifi", "gpu"};
+    const ConfigNode names = model / key::kDeviceName;
     checkNames(context, names, components);
     const std::vector<std::string> given = textsOf(names);
     for (const std::string& component : components) {
@@ -137,15 +137,12 @@ void checkCoefficients(const LintContext& context, const ConfigNode& model) {
 
 void checkGpu(const LintContext& context, const ConfigNode& model) {
     const std::string effect = "has no table: the GPU heats 0";
-    const ConfigNode clocks = model / "gpufreq";
-    if (checkEqual(context, {clocks, model / "powermA"}, effect)) {
-        checkZeros(context, clocks, effect);
-        checkZeros(context, model / "powermA", effect);
-    }
+    reportFaults(context, model, parseGpuModel(model.value()).faults, {effect, effect, effect});
+    const ConfigNode clocks = model / key::kGpuFreq;
     checkAscending(context, clocks);
     const bool isMediaTek = context.input.platform.starts_with("MT");
     for (const ConfigNode& clock : clocks.elements()) {
-        if (!isMediaTek && configNumber(clock.value()) > kHighestMHz) {
+        if (!isMediaTek && heatNumber(clock.value()) > kHighestMHz) {
             context.warning("wrong-unit", clock,
                             {shown(clock.value()) + " MHz is no clock of a GPU",
                              "compares it with the GPU's clock in MHz, which is always below",
@@ -155,53 +152,55 @@ void checkGpu(const LintContext& context, const ConfigNode& model) {
     }
 }
 
-void checkModem(const LintContext& context, const ConfigNode& model) {
-    const ConfigNode strengths = model / "rsrp_value";
-    const std::vector<ConfigNode> columns = {strengths, model / "current_value_4G",
-                                             model / "current_value_5G"};
-    if (checkEqual(context, columns, "has no table: the modem's texts mean 0 mA")) {
-        for (const ConfigNode& column : columns) {
-            checkZeros(context, column, "ends the table before this row");
-        }
+void checkModemZones(const LintContext& context, const ConfigNode& model) {
+    const ZoneList known = resolveZoneList(model.value(), context.zones);
+    const auto fault = chooseModemZones(model.value(), known).fault;
+    const ConfigNode zones = model / key::kThermalZoneType;
+    for (size_t i = 0; i < known.zones.size(); ++i) {
+        checkShared(context, zones[static_cast<Json::ArrayIndex>(i)]);
     }
-    checkAscending(context, strengths);
-    const ConfigNode zones = model / "thermal_zone_type";
-    for (const ConfigNode& zone : zones.elements()) {
-        if (!zone.value().isString() || context.zones.indexOf(zone.value().asString()) < 0) {
-            const ZoneAdvice advice = adviseOnZone(context, zone.value());
-            context.error("unknown-zone", zone,
-                          {advice.what,
-                           "looks no further; with less than two zones reports no "
-                           "temperatures of the modem",
-                           advice.mend});
-            return;
-        }
-        checkShared(context, zone);
+    if (!fault || fault->kind == Kind::NO_ARRAY) {
+        return;
     }
-    if (!zones || (zones.value().isArray() && zones.value().size() < kModemZones)) {
+    if (fault->kind != Kind::UNKNOWN_ZONE) {
         context.warning("modem-zones", zones,
                         {"the modem needs two zones: its amplifier's and one to compare it with",
                          "reports no temperatures of the modem", "name two zones"});
+        return;
     }
+    const ConfigNode zone = zones[fault->element];
+    const ZoneAdvice advice = adviseOnZone(context, zone.value());
+    context.error("unknown-zone", zone,
+                  {advice.what,
+                   "looks no further; with less than two zones reports no "
+                   "temperatures of the modem",
+                   advice.mend});
+}
+
+void checkModem(const LintContext& context, const ConfigNode& model) {
+    const std::string noTable = "has no table: the modem's texts mean 0 mA";
+    reportFaults(context, model, parseModemModel(model.value()).faults,
+                 {noTable, noTable, "ends the table before this row"});
+    checkAscending(context, model / key::kRsrpValue);
+    checkModemZones(context, model);
 }
 
 void checkDisplay(const LintContext& context, const ConfigNode& model) {
     const std::string effect = "knows no figures of the display, which it only logs";
-    if (checkEqual(context, {model / "factor", model / "coefficient"}, effect)) {
-        checkZeros(context, model / "coefficient", effect);
-        checkTexts(context, model / "factor", effect);
-    }
-    checkNames(context, model / "factor", {"el_brt", "el_lvl", "el_pwr", "60_pwr", "120_pwr"});
+    reportFaults(context, model, parseBrightnessModel(model.value()).faults,
+                 {effect, effect, effect});
+    checkNames(context, model / key::kFactor,
+               {std::begin(brightness::kNames), std::end(brightness::kNames)});
 }
 
 }  // namespace
 
 void checkHeat(const LintContext& context) {
-    const ConfigNode heat = context.root() / "shell_temp_fitting_model" / kHeatSection;
+    const ConfigNode heat = context.root() / key::kFittingModels / key::kHeatDetection;
     if (!heat.value().isObject()) {
         return;
     }
-    const ConfigNode coefficients = heat / "heatsource_model";
+    const ConfigNode coefficients = heat / key::kHeatModel;
     if (!coefficients) {
         context.error("no-heat-center", coefficients,
                       {"there is no heatsource_model", kNoCenter,
@@ -209,7 +208,7 @@ void checkHeat(const LintContext& context) {
     } else if (coefficients.value().isObject()) {
         checkCoefficients(context, coefficients);
     }
-    const ConfigNode gpu = heat / "gpu_model";
+    const ConfigNode gpu = heat / key::kGpuModel;
     if (!gpu) {
         context.warning("no-gpu-table", gpu,
                         {"there is no gpu_model", "takes the GPU's current as 0: it never heats",
@@ -217,11 +216,11 @@ void checkHeat(const LintContext& context) {
     } else if (gpu.value().isObject()) {
         checkGpu(context, gpu);
     }
-    if ((heat / "cellar_model").value().isObject()) {
-        checkModem(context, heat / "cellar_model");
+    if ((heat / key::kCellularModel).value().isObject()) {
+        checkModem(context, heat / key::kCellularModel);
     }
-    if ((heat / "brightness_model").value().isObject()) {
-        checkDisplay(context, heat / "brightness_model");
+    if ((heat / key::kBrightnessModel).value().isObject()) {
+        checkDisplay(context, heat / key::kBrightnessModel);
     }
 }
 
