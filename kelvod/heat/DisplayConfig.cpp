@@ -56,11 +56,15 @@ void DisplayConfig::takeTableLocked(const kelvo::HeatTable<NamedFigure>& table) 
     }
 }
 
-/** The configured standard is only shown: the model's constants hold in any case. */
+/**
+ * The configured standard is only shown: the model's constants hold in any case. What is not
+ * configured becomes a figure of 0, so that the table is not empty from here on.
+ */
 void DisplayConfig::noteStandardLocked() {
-    KLOGD("displayComp init stanBrightness:%d, stanLevel:%d",
-          saturatingInt32(mDisplayCoeffs[figure::kStandardNits]),
-          saturatingInt32(mDisplayCoeffs[figure::kStandardLevel]));
+    const float nits = mDisplayCoeffs[figure::kStandardNits];
+    const float level = mDisplayCoeffs[figure::kStandardLevel];
+    KLOGD("displayComp init stanBrightness:%d, stanLevel:%d", saturatingInt32(nits),
+          saturatingInt32(level));
 }
 
 float DisplayConfig::getCoeffs(const std::string& name) {
