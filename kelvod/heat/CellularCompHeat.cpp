@@ -98,8 +98,10 @@ int CellularCompHeat::getTzTemp(const ThermalZone& zone) const {
         KLOGE("specified Tz is empty!");
         return kNoTemp;
     }
+    // Set whenever the node gave a number: one out of range is a temperature here, too.
     int temp = kNoTemp;
-    return ShellTempFitting::getInstance().getThermalTemp(zone, temp) == 0 ? temp : kNoTemp;
+    ShellTempFitting::getInstance().getThermalTemp(zone, temp);
+    return temp;
 }
 
 int CellularCompHeat::processRawSample() {

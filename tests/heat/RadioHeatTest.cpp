@@ -152,16 +152,28 @@ TEST_F(RadioHeatTest, ignoresTextsWhileTheFeedHasAFigure) {
     EXPECT_EQ(currentFor(""), -700) << "the signal is new; 0 dBm lies far beyond the table";
 }
 
-TEST_F(RadioHeatTest, countsAZoneThatCannotBeReadAsMinusOne) {
+TEST_F(RadioHeatTest, takesWhatAZonesNodeSaysAndElseMinusOne) {
     addZone("pa", std::nullopt);
     addZone("base", 40000);
     startWithTable(kTable + ",'thermal_zone_type':['pa','base']");
     monitor();
     EXPECT_EQ(errors("cellularComp processRawSample tempDiff=-40001, mTzPa=-1, mTzBase=40000"), 1U);
-    setTemp(0, 200000);
-    runUntil(5);
-    EXPECT_EQ(errors("cellularComp processRawSample tempDiff=-40001, mTzPa=-1, mTzBase=40000"), 2U)
-            << "out of range";
+    const struct {
+        std::optional<int32_t> amplifier;
+        const char* line;
+    } rows[] = {
+            {200000, "tempDiff=160000, mTzPa=200000, mTzBase=40000"},
+            {-274000, "tempDiff=-314000, mTzPa=-274000, mTzBase=40000"},
+            {39000, "tempDiff=-1000, mTzPa=39000, mTzBase=40000"},
+            {std::nullopt, "tempDiff=-40001, mTzPa=-1, mTzBase=40000"},
+    };
+    double time = 0;
+    for (const auto& row : rows) {
+        setTemp(0, row.amplifier);
+        log.clear();
+        runUntil(time += 5);
+        EXPECT_EQ(errors("cellularComp processRawSample " + std::string(row.line)), 1U) << row.line;
+    }
 }
 
 TEST_F(RadioHeatTest, countsWifiTrafficWhileWifiIsEnabled) {
