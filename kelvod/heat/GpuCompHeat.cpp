@@ -26,7 +26,7 @@ constexpr char kQcomClock[] = "/sys/class/kgsl/kgsl-3d0/gpuclk";
 constexpr char kMtkLoad[] = "/sys/module/ged/parameters/gpu_loading";
 constexpr char kMtkClock[] = "/sys/kernel/ged/hal/current_freqency";
 
-constexpr int32_t kHzPerMHz = 1000000;
+constexpr int64_t kHzPerMHz = 1000000;
 constexpr float kPercent = 100.0F;
 
 bool isQcom() {
@@ -93,8 +93,8 @@ int GpuCompHeat::getGpuFreq() {
     if (text.empty()) {
         return -1;
     }
-    const int32_t number = clampToInt32(firstNumber(text));
-    const int32_t freq = isQcom() ? number / kHzPerMHz : number;
+    // Divided before it is narrowed: Hz of fast clocks do not fit into 32 bits.
+    const int32_t freq = clampToInt32(firstNumber(text) / (isQcom() ? kHzPerMHz : 1));
     KLOGD("gpuComp freq is: %d", freq);
     return freq;
 }

@@ -134,6 +134,8 @@ TEST_F(GpuHeatTest, scalesTheCurrentAtTheClockWithTheLoad) {
             {std::nullopt, "600000000", "-2", "no load counts as -1"},
             {"50", std::nullopt, "0", "no clock"},
             {"garbage", "600000000", "0", ""},
+            {"100", "2500000000", "1200", "more Hz than 32 bits hold"},
+            {"100", "5000000000000000", "1073741824", "more MHz than 32 bits hold"},
             {"99999999999999999999", "600000000", "2147483647", "saturates"},
     };
     for (const auto& row : rows) {
