@@ -56,7 +56,7 @@ class Columns {
     }
     std::string text(size_t column, Json::ArrayIndex row) const {
         const Json::Value& value = (*mColumns[column].values)[row];
-        return value.isString() ? value.asString() : "";
+        return value.isConvertibleTo(Json::stringValue) ? value.asString() : "";
     }
 
   private:

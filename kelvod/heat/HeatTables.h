@@ -41,7 +41,7 @@ struct HeatTable {
 
 /** A figure of "heatsource_model" (mW or mA per m°C) or of "brightness_model". */
 struct NamedFigure {
-    std::string name;
+    std::string name;  // in a bad row also of a number, as text
     float value = 0.0F;
 };
 

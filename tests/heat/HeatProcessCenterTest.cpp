@@ -18,7 +18,12 @@ struct ModelCase {
     const char* model;  // "heatsource_model"; empty: none
     bool valid;
     float cpu;
+    const char* lastRow = nullptr;  // that is logged
 };
+
+void PrintTo(const ModelCase& row, std::ostream* stream) {
+    *stream << row.model;
+}
 
 class HeatModelTest : public EngineTest, public testing::WithParamInterface<ModelCase> {};
 
@@ -42,6 +47,11 @@ TEST_P(HeatModelTest, isUsableWholeOrNotAtAll) {
     startPhone();
     EXPECT_EQ(center().isInvalid(), !GetParam().valid);
     EXPECT_EQ(center().getCoeffs("cpu"), GetParam().cpu);
+    std::string lastRow;
+    for (const auto& line : log.lines()) {
+        lastRow = line.text.starts_with("heatpc device_name:") ? line.text : lastRow;
+    }
+    EXPECT_EQ(lastRow, GetParam().lastRow != nullptr ? GetParam().lastRow : "");
     center().startMonitor();
     EXPECT_EQ(center().getCompentsHeatDetailInfo().empty(), !GetParam().valid);
     EXPECT_EQ(center().stopMonitor(), GetParam().valid);
@@ -51,16 +61,26 @@ TEST_P(HeatModelTest, isUsableWholeOrNotAtAll) {
 INSTANTIATE_TEST_SUITE_P(
         Models, HeatModelTest,
         testing::Values(
-                ModelCase{"good", "{'device_name':['gpu','cpu'],'coefficient':[0.5,2]}", true, 2},
-                ModelCase{"twice", "{'device_name':['cpu','cpu'],'coefficient':[1,3]}", true, 3},
-                ModelCase{"otherName", "{'device_name':['npu'],'coefficient':[1]}", true, -1},
+                ModelCase{"good", "{'device_name':['gpu','cpu'],'coefficient':[0.5,2]}", true, 2,
+                          "heatpc device_name:cpu, coefficient:2.000000"},
+                ModelCase{"twice", "{'device_name':['cpu','cpu'],'coefficient':[1,3]}", true, 3,
+                          "heatpc device_name:cpu, coefficient:3.000000"},
+                ModelCase{"otherName", "{'device_name':['npu'],'coefficient':[1]}", true, -1,
+                          "heatpc device_name:npu, coefficient:1.000000"},
                 ModelCase{"noNames", "{'coefficient':[1]}", true, -1},
                 ModelCase{"noArray", "{'device_name':'cpu','coefficient':[1]}", true, -1},
                 ModelCase{"emptyArrays", "{'device_name':[],'coefficient':[]}", true, -1},
                 ModelCase{"noObject", "3", true, -1}, ModelCase{"absent", "", false, -1},
-                ModelCase{"zero", "{'device_name':['cpu','gpu'],'coefficient':[1,0]}", false, -1},
-                ModelCase{"text", "{'device_name':['cpu'],'coefficient':['1']}", false, -1},
-                ModelCase{"numberAsName", "{'device_name':[1],'coefficient':[1]}", false, -1},
+                ModelCase{"zero", "{'device_name':['cpu','gpu','x'],'coefficient':[1,0,2]}", false,
+                          -1, "heatpc device_name:gpu, coefficient:0.000000"},
+                ModelCase{"text", "{'device_name':['cpu'],'coefficient':['1']}", false, -1,
+                          "heatpc device_name:cpu, coefficient:0.000000"},
+                ModelCase{"numberAsName", "{'device_name':['gpu',-7],'coefficient':[1,2.5]}", false,
+                          -1, "heatpc device_name:-7, coefficient:2.500000"},
+                ModelCase{"truthAsName", "{'device_name':[true],'coefficient':[1]}", false, -1,
+                          "heatpc device_name:true, coefficient:1.000000"},
+                ModelCase{"listAsName", "{'device_name':[['cpu']],'coefficient':[1]}", false, -1,
+                          "heatpc device_name:, coefficient:1.000000"},
                 ModelCase{"sizes", "{'device_name':['cpu'],'coefficient':[1,2]}", false, -1}),
         [](const auto& row) { return row.param.name; });
 

@@ -72,7 +72,7 @@ TEST(HeatTablesTest, saysWhatIsWrongAndWhere) {
             {"{'device_name':['a','b','c'],'coefficient':[1,0,0]}",
              "columns|a=1;|b=0;|coefficient[1] no number;"},
             {"{'device_name':['a',7,null],'coefficient':[1,2,'3']}",
-             "columns|a=1;|=2;|coefficient[2] no number;device_name[1] no text;"},
+             "columns|a=1;|7=2;|coefficient[2] no number;device_name[1] no text;"},
             {"{'device_name':['a',{}],'coefficient':[true,2]}",
              "columns||a=0;|coefficient[0] no number;device_name[1] no text;"},
             {"{'device_name':[[1]],'coefficient':[1e-60]}",
