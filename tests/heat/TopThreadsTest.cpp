@@ -128,17 +128,19 @@ TEST(TopThreadsTest, findsThreadsThatStayTooLong) {
 TEST(TopThreadsTest, letsTheWeakestGiveWayWhenItIsFull) {
     TopThreads threads;
     threads.startPeriod(0);
-    threads.add({thread(-1, -1, 40000, "early")});
+    threads.add({thread(-1, -1, 40000, "early"), thread(-3, -3, 50000, "calmer")});
     for (int i = 0; i < 100000; ++i) {
         threads.add({thread(i, i, i == 99999 ? 1000000 : 1), thread(i, i + 100000, 5)});
     }
-    threads.add({thread(-2, -2, 20000, "late"), thread(7, 300000, 4, "weak")});
+    threads.add({thread(-2, -2, 20000, "late"), thread(7, 300000, 4, "weak"),
+                 thread(-3, -3, 0, "calmer")});
     ASSERT_EQ(threads.getTopKeepPowerTid(5, 1.0F), 0);
     const auto top = threads.byShare();
     ASSERT_EQ(top.size(), 8U);
     EXPECT_TRUE(list(top).starts_with("99999:1000000 -2:20000 -1:40000 ")) << list(top);
     EXPECT_FLOAT_EQ(top[0].powerToThermal, 1000005 / 100002 / 5000.0F / 100002);
     EXPECT_EQ(list(top).find("300000:"), std::string::npos);
+    EXPECT_EQ(list(top).find("-3:"), std::string::npos) << "the latest reading counts";
 }
 
 TEST(TableInterpolationTest, goesOnAboveTheTableAndIsZeroBelow) {
