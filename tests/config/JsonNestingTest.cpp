@@ -1,0 +1,206 @@
+#include "config/JsonNesting.h"
+
+#include <gtest/gtest.h>
+#include <json/reader.h>
+
+#include <exception>
+#include <memory>
+#include <random>
+#include <string>
+
+namespace {
+
+using kelvo::findTooDeepJson;
+using kelvo::jsonCommentEnd;
+
+constexpr size_t kNone = std::string_view::npos;
+
+enum class Verdict { PARSED, REFUSED, THREW };
+
+template <typename Parse>
+Verdict verdictOf(const Parse& parse) {
+    try {
+        return parse() ? Verdict::PARSED : Verdict::REFUSED;
+    } catch (const std::exception&) {
+        return Verdict::THREW;
+    }
+}
+
+/** The daemon's reader. */
+Verdict readByReader(const std::string& text) {
+    Json::Value root;
+    return verdictOf([&] { return Json::Reader().parse(text, root, false); });
+}
+
+/** The tools' reader. */
+Verdict readByCharReader(const std::string& text) {
+    const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
+    Json::Value root;
+    return verdictOf(
+            [&] { return reader->parse(text.data(), text.data() + text.size(), &root, nullptr); });
+}
+
+std::string arrays(size_t depth, const std::string& inner) {
+    return std::string(depth, '[') + inner + std::string(depth, ']');
+}
+
+/** `open` ends where a member's value is due. */
+std::string nested(const std::string& open, size_t depth, const std::string& inner) {
+    std::string text;
+    for (size_t i = 0; i < depth; ++i) {
+        text += open;
+    }
+    return text + inner + std::string(depth, '}');
+}
+
+std::string objects(size_t depth, const std::string& inner) {
+    return nested("{\"a\":", depth, inner);
+}
+
+/** The library throws what is found, takes what is not; what it refuses may be found or not. */
+void expectAgreement(const std::string& text) {
+    const bool isTooDeep = findTooDeepJson(text) != kNone;
+    for (const auto read : {readByReader, readByCharReader}) {
+        const Verdict verdict = read(text);
+        EXPECT_FALSE(verdict == Verdict::THREW && !isTooDeep) << "missed: " << text;
+        EXPECT_FALSE(verdict == Verdict::PARSED && isTooDeep) << "too strict: " << text;
+    }
+}
+
+/** Texts around the deepest level, correct ones and such as lack or have a byte too many. */
+class TextMaker {
+  public:
+    std::string make() {
+        std::string text = oneIn(8) ? "\xef\xbb\xbf" : "";
+        std::string closing;
+        const int depth = 996 + below(6);
+        for (int i = 0; i < depth; ++i) {
+            const bool isArray = oneIn(2);
+            const bool isNoisy = i < 3 || i > 993;
+            text += isArray ? "[" : "{";
+            if (isNoisy) {
+                text += isArray ? sibling("") : blanks() + sibling("\"b\":");
+            }
+            text += isArray ? "" : "\"a\":";
+            closing.insert(0, (isNoisy ? blanks() : "") + (isArray ? "]" : "}"));
+        }
+        text += oneIn(2) ? "1" : oneIn(2) ? "[]" : "{" + blanks() + "}";
+        return spoil(text + blanks() + closing + (oneIn(4) ? blanks() + "[[" : ""));
+    }
+
+  private:
+    int below(int limit) { return std::uniform_int_distribution(0, limit - 1)(mRandom); }
+    bool oneIn(int count) { return below(count) == 0; }
+    std::string blanks() {
+        static constexpr const char* kBlanks[] = {
+                "",      " ",         "\r",   "\n\t",   "//[{\r", "//]\r\n", "//\"\n",
+                "/*[*/", "/*/ ]\"*/", "/**/", "/*//*/", "//*\r[", "//\\\n"};
+        return kBlanks[below(static_cast<int>(std::size(kBlanks)) - (oneIn(9) ? 0 : 2))];
+    }
+    std::string sibling(const std::string& name) {
+        static constexpr const char* kValues[] = {"\"[\"",  R"("\"[")", R"("\\")", "\"//\"",
+                                                  "\"/*\"", "null",     "-1e3",    "[]",
+                                                  "{}",     "[1,[2]]"};
+        static constexpr const char* kCommas[] = {
+                ",", "/**/]", "/**/[", "/**/}", "//\r:", "/**/1", "/**/t", "/**/ /\"", "/**/\"]\""};
+        const int comma = oneIn(4) ? below(static_cast<int>(std::size(kCommas))) : 0;
+        const char* const value = kValues[below(static_cast<int>(std::size(kValues)))];
+        return oneIn(3) ? "" : name + value + blanks() + kCommas[comma];
+    }
+    std::string spoil(std::string text) {
+        static constexpr std::string_view kBytes = "[]{}\",:/*\\'\r\n 1";
+        const auto place = [&] {
+            return oneIn(2) ? below(static_cast<int>(text.size()))
+                            : static_cast<int>(text.size()) / 2 + below(60) - 30;
+        };
+        if (oneIn(2)) {
+            text.insert(static_cast<size_t>(place()), 1, kBytes[static_cast<size_t>(below(16))]);
+        }
+        if (oneIn(3)) {
+            text.erase(static_cast<size_t>(place()), 1);
+        }
+        if (oneIn(6)) {
+            text.resize(static_cast<size_t>(place()));
+        }
+        return text;
+    }
+
+    std::mt19937 mRandom{20260301};
+};
+
+}  // namespace
+
+TEST(JsonNesting, commentsEndWhereTheLibraryEndsThem) {
+    const struct {
+        const char* text;
+        size_t end;
+    } cases[] = {
+            {"// a\nb", 5},    {"// a\rb", 5},     {"// a\r\nb", 6},  {"// a\n\rb", 5},
+            {"// a", 4},       {"//", 2},          {"// /* \n*/", 7}, {"/* a */b", 7},
+            {"/* // */\n", 8}, {"/* /* */ */", 8}, {"/*\r\n*/b", 6},  {"/**/b", 4},
+            {"/*/b*/", 6},     {"/* a", 4},        {"/* a *", 6},     {"/a", kNone},
+            {"/", kNone},      {"\"//\"", kNone},  {"", kNone},       {"// \"\n\"", 5},
+    };
+    for (const auto& test : cases) {
+        EXPECT_EQ(jsonCommentEnd(test.text, 0), test.end) << test.text;
+        EXPECT_EQ(jsonCommentEnd(std::string("[1") + test.text, 2),
+                  test.end == kNone ? kNone : test.end + 2);
+    }
+}
+
+TEST(JsonNesting, findsTheFirstValueBeyondTheLimit) {
+    const struct {
+        const char* what;
+        std::string text;
+        size_t place;
+    } cases[] = {
+            {"arrays at the limit", arrays(1000, ""), kNone},
+            {"a value at the limit", arrays(999, "1"), kNone},
+            {"a value beyond", arrays(1000, " 1"), 1001},
+            {"an array beyond", arrays(1001, ""), 1000},
+            {"objects at the limit", objects(999, "{}"), kNone},
+            {"a member beyond", objects(999, "{ \"a\":1}"), 5001},
+            {"a comment in an object at the limit", objects(999, "{/*[*/ //\r}"), kNone},
+            {"a comment in an array at the limit", arrays(1000, "/**/"), 1000},
+            {"the text's end in an array at the limit", std::string(1000, '['), 1000},
+            {"the text's end before it", std::string(999, '['), kNone},
+            {"behind a comment that ends with \\r", "[// [\r" + arrays(1000, "1"), 1005},
+            {"behind a comment that ends with \\n", "[// [\r\n" + arrays(1000, "1"), 1006},
+            {"in a comment that a \\r does not end", "[/*\r" + arrays(1000, "1"), kNone},
+            {"behind a string of openers", "[\"/*\",\"//\"," + arrays(1000, ""), 1010},
+            {"behind escapes", R"(["\"","\\",)" + arrays(1000, ""), 1010},
+            {"in a string", "[\"\\\"" + arrays(1000, "1") + "\"]", kNone},
+            {"behind a byte-order mark", "\xef\xbb\xbf" + arrays(1001, ""), 1003},
+            {"behind the document", "{} " + arrays(1001, ""), kNone},
+            {"behind a document that is no array", "1 " + arrays(1001, ""), kNone},
+            {"beside shallow ones", "[[[]]," + arrays(998, "1") + "]", kNone},
+            {"beside deep ones", "[" + arrays(999, "") + "," + arrays(999, "1") + "]", 2999},
+            {"behind what is no comment", "[/" + arrays(1001, ""), kNone},
+            {"behind a mistake", "[1 2," + arrays(1001, ""), kNone},
+            // Behind a comment the library takes any token for the comma of an object.
+            {"where a bracket is a comma", nested("{\"b\":1/**/]\"a\":", 1001, "1"), 14990},
+            {"where an opening one is", nested("{\"b\":1/**/[\"a\":", 1000, "1"), 14990},
+            {"where it is not too deep", nested("{\"b\":1/**/[\"a\":", 999, "{}"), kNone},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.what);
+        EXPECT_EQ(findTooDeepJson(test.text), test.place);
+        expectAgreement(test.text);
+    }
+}
+
+TEST(JsonNesting, agreesWithTheLibraryOnTextsThatSomebodySpoilt) {
+    constexpr int kTexts = 700;  // about 4 s without optimisation
+    TextMaker maker;
+    int parsed = 0;
+    int threw = 0;
+    for (int i = 0; i < kTexts && !testing::Test::HasFailure(); ++i) {
+        const std::string text = maker.make();
+        expectAgreement(text);
+        const Verdict verdict = readByCharReader(text);
+        parsed += verdict == Verdict::PARSED ? 1 : 0;
+        threw += verdict == Verdict::THREW ? 1 : 0;
+    }
+    EXPECT_GT(parsed, kTexts / 20) << "the texts try both sides of the limit";
+    EXPECT_GT(threw, kTexts / 20);
+}
