@@ -1,9 +1,10 @@
 #include "client/StatusListener.h"
 
-#include <json/reader.h>
 #include <utils/String8.h>
 
 #include <algorithm>
+
+#include "common/JsonText.h"
 
 namespace client {
 
@@ -37,10 +38,7 @@ const CallKind* findKind(uint32_t code) {
 /** The report as JSON, or as the text that it should not be. */
 Json::Value parseDetail(const android::String16& text) {
     const std::string utf8 = android::String8(text).string();
-    const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
-    Json::Value detail;
-    const bool parsed = reader->parse(utf8.data(), utf8.data() + utf8.size(), &detail, nullptr);
-    return parsed ? detail : Json::Value(utf8);
+    return common::parseJson(utf8).value_or(utf8);
 }
 
 }  // namespace

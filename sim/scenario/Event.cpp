@@ -1,14 +1,12 @@
 #include "sim/scenario/Event.h"
 
-#include <json/writer.h>
-
 #include <algorithm>
 #include <array>
 #include <cinttypes>
 #include <cstdio>
-#include <memory>
-#include <sstream>
 #include <string_view>
+
+#include "common/JsonText.h"
 
 namespace sim {
 
@@ -20,17 +18,6 @@ bool isPlain(std::string_view text) {
             text, [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; });
 }
 
-std::string toCompactJson(const Json::Value& value) {
-    static const std::unique_ptr<Json::StreamWriter> writer = [] {
-        Json::StreamWriterBuilder compact;
-        compact["indentation"] = "";
-        return std::unique_ptr<Json::StreamWriter>(compact.newStreamWriter());
-    }();
-    std::ostringstream text;
-    writer->write(value, &text);
-    return text.str();
-}
-
 void appendValue(std::string& line, const Json::Value& value) {
     const char* begin = nullptr;
     const char* end = nullptr;
@@ -39,7 +26,7 @@ void appendValue(std::string& line, const Json::Value& value) {
     } else if (value.getString(&begin, &end) && isPlain({begin, end})) {
         line.append(1, '"').append(begin, end).append(1, '"');
     } else {
-        line += toCompactJson(value);
+        line += common::compactJson(value);
     }
 }
 

@@ -7,7 +7,9 @@
 #include <limits>
 #include <memory>
 
+#include "common/JsonText.h"
 #include "common/NearestName.h"
+#include "config/JsonNesting.h"
 #include "sim/scenario/Scenario.h"
 
 namespace sim {
@@ -47,6 +49,12 @@ std::string range(int64_t least, int64_t most) {
 }  // namespace
 
 Json::Value parseJson(std::string_view text, const std::string& file) {
+    if (const size_t tooDeep = kelvo::findTooDeepJson(text); tooDeep != text.npos) {
+        const common::TextPlace place = common::placeIn(text, tooDeep);
+        throw ScenarioError(
+                std::string("not JSON: ") + kelvo::kTooDeepJson, file,
+                "line " + std::to_string(place.line) + ", column " + std::to_string(place.column));
+    }
     Json::CharReaderBuilder builder;
     builder["rejectDupKeys"] = true;
     builder["failIfExtra"] = true;

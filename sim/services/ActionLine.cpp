@@ -1,7 +1,6 @@
 #include "sim/services/ActionLine.h"
 
-#include <json/writer.h>
-
+#include "common/JsonText.h"
 #include "sim/scenario/TimelineParser.h"
 #include "sim/services/ServiceValues.h"
 
@@ -106,9 +105,7 @@ std::string toActionLine(const Deed& deed) {
                 }
             },
             deed);
-    Json::StreamWriterBuilder compact;
-    compact["indentation"] = "";
-    return Json::writeString(compact, action);
+    return common::compactJson(action);
 }
 
 Deed parseActionLine(const std::string& line) {

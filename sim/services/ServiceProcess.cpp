@@ -1,6 +1,5 @@
 #include "sim/services/ServiceProcess.h"
 
-#include <json/reader.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -8,6 +7,7 @@
 #include <array>
 #include <system_error>
 
+#include "common/JsonText.h"
 #include "sim/process/ServeWait.h"
 #include "sim/services/ActionLine.h"
 
@@ -27,14 +27,14 @@ bool receive(int fd, std::string* text) {
 
 /** An event as toJsonLine() writes it; the order of members is lost but for the first two. */
 std::optional<Event> parseEvent(const std::string& line) {
-    Json::Value root;
-    if (!Json::Reader().parse(line, root) || !root.isObject() || !root["event"].isString()) {
+    const auto root = common::parseJson(line);
+    if (!root || !root->isObject() || !(*root)["event"].isString()) {
         return std::nullopt;
     }
-    Event event{0, root["event"].asString(), {}};
-    for (const std::string& name : root.getMemberNames()) {
+    Event event{0, (*root)["event"].asString(), {}};
+    for (const std::string& name : root->getMemberNames()) {
         if (name != "t" && name != "event") {
-            event.members.emplace_back(name, root[name]);
+            event.members.emplace_back(name, (*root)[name]);
         }
     }
     return event;

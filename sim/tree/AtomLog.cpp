@@ -1,14 +1,14 @@
 #include "sim/tree/AtomLog.h"
 
 #include <fcntl.h>
-#include <json/reader.h>
 #include <sys/inotify.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <system_error>
+
+#include "common/JsonText.h"
 
 namespace sim {
 
@@ -17,11 +17,8 @@ namespace {
 constexpr char kPath[] = "/data/zstats/atoms.jsonl";
 
 void takeLine(const std::string& line, const AtomLog::Take& take) {
-    static const std::unique_ptr<Json::CharReader> reader(
-            Json::CharReaderBuilder().newCharReader());
-    Json::Value record;
-    if (reader->parse(line.data(), line.data() + line.size(), &record, nullptr)) {
-        take(record["id"].asInt(), record["text"].asString(), record["value"].asInt());
+    if (const auto record = common::parseJson(line)) {
+        take((*record)["id"].asInt(), (*record)["text"].asString(), (*record)["value"].asInt());
     }
 }
 

@@ -192,7 +192,7 @@ TEST(KelvosimReplayTest, comparesWithAnotherConfiguration) {
     EXPECT_THAT(read(page), HasSubstr("\"other\":{\"config\":\"" + other + "\""));
     std::ofstream(other) << "{\n\"a\": }";
     EXPECT_EQ(against(other).status, 1);
-    EXPECT_THAT(against(other).err, HasSubstr(other + ": line 2\n"));
+    EXPECT_THAT(against(other).err, HasSubstr(other + ": line 2, column 6\n"));
 }
 
 TEST(KelvosimReplayTest, tellsATerminalHowFarItHasCome) {

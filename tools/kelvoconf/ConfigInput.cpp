@@ -3,26 +3,15 @@
 #include <algorithm>
 
 #include "Files.h"
+#include "common/JsonText.h"
 #include "config/ConfigCipher.h"
+#include "config/JsonNesting.h"
 
 namespace kelvoconf {
 
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
-
-// End of the comment that begins at `start`; npos when none does or it does not end.
-size_t commentEnd(std::string_view text, size_t start) {
-    const std::string_view mark = text.substr(start, 2);
-    if (mark == "//") {
-        return text.find('\n', start);
-    }
-    if (mark != "/*") {
-        return std::string_view::npos;
-    }
-    const size_t end = text.find("*/", start + 2);
-    return end == std::string_view::npos ? end : end + 2;
-}
 
 std::string nameOf(const std::string& path) {
     return path == "-" ? "standard input" : path;
@@ -38,17 +27,14 @@ size_t prefixSize(std::string_view text) {
         }
         const bool isBlank =
                 std::string_view(" \t\r\n\v\f").find(text[i]) != std::string_view::npos;
-        i = isBlank ? i + 1 : commentEnd(text, i);
+        i = isBlank ? i + 1 : kelvo::jsonCommentEnd(text, i);
     }
     return std::string_view::npos;
 }
 
 std::string placeOf(const std::string& file, std::string_view text, size_t offset) {
-    const std::string_view before = text.substr(0, offset);
-    const auto line = std::ranges::count(before, '\n') + 1;
-    const size_t lineStart = before.rfind('\n') + 1;  // npos + 1 is 0
-    return nameOf(file) + ":" + std::to_string(line) + ":" +
-           std::to_string(before.size() - lineStart + 1);
+    const common::TextPlace place = common::placeIn(text, offset);
+    return nameOf(file) + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
 }
 
 std::string describe(const kelvo::ConfigTextError& error, const std::string& file,

@@ -5,7 +5,7 @@
 #include "Commands.h"
 #include "DeviceZones.h"
 #include "Files.h"
-#include "JsonText.h"
+#include "JsonLayout.h"
 #include "Skeleton.h"
 #include "TextTable.h"
 

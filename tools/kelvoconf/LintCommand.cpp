@@ -8,6 +8,7 @@
 #include "ConfigInput.h"
 #include "DeviceZones.h"
 #include "Files.h"
+#include "common/JsonText.h"
 #include "kelvoconf/lint/FindingText.h"
 #include "kelvoconf/lint/Lint.h"
 
@@ -25,10 +26,8 @@ constexpr int kErrors = 3;
 
 kelvo::lint::ConfigFile readFile(const std::string& path) {
     const ConfigText config = readConfigText(path);
-    const auto start = config.whole.begin() + static_cast<std::ptrdiff_t>(config.start);
-    const auto linesBefore = std::count(config.whole.begin(), start, '\n');
-    return {path == "-" ? "standard input" : path, std::string(start, config.whole.end()),
-            1 + static_cast<int32_t>(linesBefore)};
+    return {path == "-" ? "standard input" : path, config.whole.substr(config.start),
+            common::placeIn(config.whole, config.start).line};
 }
 
 LintInput readInputs(const LintOptions& options) {

@@ -3,7 +3,7 @@
 #include "Commands.h"
 #include "ConfigInput.h"
 #include "Files.h"
-#include "JsonText.h"
+#include "JsonLayout.h"
 #include "MergeExplanation.h"
 #include "config/ConfigMerge.h"
 #include "config/PlatformTable.h"

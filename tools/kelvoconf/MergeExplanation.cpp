@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "JsonText.h"
+#include "JsonLayout.h"
 #include "kelvoconf/lint/KeyPath.h"
 
 namespace kelvoconf {

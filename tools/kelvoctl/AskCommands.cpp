@@ -1,10 +1,10 @@
 // Commands that ask for lists, values and documents.
 
-#include <json/reader.h>
 #include <utils/String8.h>
 
 #include "Commands.h"
 #include "KelvoCall.h"
+#include "common/JsonText.h"
 
 namespace kelvoctl {
 
@@ -51,13 +51,11 @@ void printDocument(const std::string& text, const Output& output) {
         output.print({}, text);
         return;
     }
-    Json::Value document(Json::objectValue);
-    const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
-    if (!text.empty() &&
-        !reader->parse(text.data(), text.data() + text.size(), &document, nullptr)) {
+    const auto document = common::parseJson(text.empty() ? "{}" : text);
+    if (!document) {
         throw Failure("the daemon's document is no JSON", "reply");
     }
-    const std::string line = compactJson(document) + "\n";
+    const std::string line = compactJson(*document) + "\n";
     output.write(line.data(), line.size());
 }
 

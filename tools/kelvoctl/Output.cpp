@@ -1,16 +1,13 @@
 #include "Output.h"
 
-#include <json/writer.h>
-
 #include <iostream>
+
+#include "common/JsonText.h"
 
 namespace kelvoctl {
 
 std::string compactJson(const Json::Value& value) {
-    Json::StreamWriterBuilder builder;
-    builder["indentation"] = "";
-    builder["emitUTF8"] = true;
-    return Json::writeString(builder, value);
+    return common::compactJson(value, common::JsonStyle::UTF8);
 }
 
 void Output::print(const Members& object, const std::string& text) const {

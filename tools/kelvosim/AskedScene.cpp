@@ -1,7 +1,6 @@
 #include "AskedScene.h"
 
-#include <json/reader.h>
-
+#include "config/ConfigText.h"
 #include "core/Scene.h"
 #include "service/ServiceCodes.h"
 
@@ -13,7 +12,7 @@ using OpCode = kelvo::ShellFittingSceneOpCode;
 std::set<std::string> readScenes(const sim::ConfigFiles& config) {
     std::set<std::string> names;
     Json::Value root;
-    if (!Json::Reader().parse(config.data.value_or(config.main.value_or("")), root) ||
+    if (kelvo::parseConfigText(config.data.value_or(config.main.value_or("")), root) != 0 ||
         !root.isObject() || !root["shell_temp_fitting_model"].isObject()) {
         return names;
     }

@@ -1,7 +1,5 @@
 #include "OtherConfig.h"
 
-#include <json/writer.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -10,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/JsonText.h"
 #include "config/ConfigCipher.h"
 #include "config/ConfigText.h"
 #include "sim/process/RootedRun.h"
@@ -36,9 +35,10 @@ Json::Value parse(const std::string& text, const std::string& file) {
         return root;
     }
     const std::string what = error.what.substr(0, error.what.find('\n'));
-    const auto lines = std::ranges::count(text.substr(0, error.offset), '\n');
-    throw sim::ScenarioError(what.empty() ? "expected a JSON object" : "not JSON: " + what, file,
-                             "line " + std::to_string(lines + 1));
+    const common::TextPlace place = common::placeIn(text, error.offset);
+    throw sim::ScenarioError(
+            what.empty() ? "expected a JSON object" : "not JSON: " + what, file,
+            "line " + std::to_string(place.line) + ", column " + std::to_string(place.column));
 }
 
 /** Runs the program with one option more. */
@@ -63,7 +63,7 @@ std::string readOtherConfig(const std::string& file) {
     }
     const Json::Value root = parse(stored, file);
     // The daemon takes a stored file for broken when its text does not begin with the object.
-    return stored.front() == '{' ? stored : Json::writeString(Json::StreamWriterBuilder(), root);
+    return stored.front() == '{' ? stored : common::indentedJson(root);
 }
 
 int runBothWays(char** argv, const std::function<void(sim::DeviceTree&)>& prepare) {

@@ -1,15 +1,13 @@
 #include "kelvoconf/lint/ConfigNode.h"
 
-#include <json/writer.h>
-
+#include "common/JsonText.h"
 #include "config/ConfigPath.h"
 
 namespace kelvo::lint {
 
 namespace {
 
-constexpr size_t kMostShown = 40;    // bytes of a value in a message
-constexpr unsigned kPrecision = 15;  // digits: numbers come out as they were written
+constexpr size_t kMostShown = 40;  // bytes of a value in a message
 
 }  // namespace
 
@@ -44,11 +42,7 @@ std::vector<ConfigNode> ConfigNode::elements() const {
 }
 
 std::string shown(const Json::Value& value) {
-    Json::StreamWriterBuilder builder;
-    builder["indentation"] = "";
-    builder["emitUTF8"] = true;
-    builder["precision"] = kPrecision;
-    std::string text = Json::writeString(builder, value);
+    std::string text = common::compactJson(value, common::JsonStyle::AS_WRITTEN);
     if (text.size() <= kMostShown) {
         return text;
     }

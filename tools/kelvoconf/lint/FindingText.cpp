@@ -1,19 +1,8 @@
 #include "kelvoconf/lint/FindingText.h"
 
-#include <json/writer.h>
+#include "kelvoconf/lint/Rules.h"
 
 namespace kelvo::lint {
-
-namespace {
-
-std::string quoted(const std::string& text) {
-    Json::StreamWriterBuilder builder;
-    builder["indentation"] = "";
-    builder["emitUTF8"] = true;
-    return Json::writeString(builder, text);
-}
-
-}  // namespace
 
 const char* severityName(Severity severity) {
     return severity == Severity::ERROR ? "error" : "warning";

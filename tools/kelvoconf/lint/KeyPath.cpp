@@ -1,8 +1,8 @@
 #include "kelvoconf/lint/KeyPath.h"
 
-#include <json/writer.h>
-
 #include <utility>
+
+#include "common/JsonText.h"
 
 namespace kelvo::lint {
 
@@ -32,10 +32,7 @@ std::string nameInPath(const std::string& name) {
     if (isPlain) {
         return name;
     }
-    Json::StreamWriterBuilder builder;
-    builder["indentation"] = "";
-    builder["emitUTF8"] = true;
-    return Json::writeString(builder, name);
+    return common::compactJson(name, common::JsonStyle::UTF8);
 }
 
 }  // namespace kelvo::lint

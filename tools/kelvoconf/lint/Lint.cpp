@@ -1,7 +1,6 @@
 #include "kelvoconf/lint/Lint.h"
 
-#include <json/writer.h>
-
+#include "common/JsonText.h"
 #include "kelvoconf/lint/Readings.h"
 #include "kelvoconf/lint/Rules.h"
 #include "kelvoconf/lint/SceneSet.h"
@@ -42,10 +41,7 @@ void checkDocument(const LintContext& context) {
 }  // namespace
 
 std::string quoted(const std::string& name) {
-    Json::StreamWriterBuilder builder;
-    builder["indentation"] = "";
-    builder["emitUTF8"] = true;
-    return Json::writeString(builder, name);
+    return common::compactJson(name, common::JsonStyle::UTF8);
 }
 
 std::vector<Finding> lintConfig(const LintInput& input) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/JsonText.h"
+
 namespace kelvo::lint {
 
 namespace {
@@ -38,9 +40,7 @@ SourceFile::SourceFile(ConfigFile file) : mFile(std::move(file)) {
 }
 
 int32_t SourceFile::lineAt(size_t offset) const {
-    const auto end =
-            mFile.text.begin() + static_cast<std::ptrdiff_t>(std::min(offset, mFile.text.size()));
-    return mFile.firstLine + static_cast<int32_t>(std::count(mFile.text.begin(), end, '\n'));
+    return mFile.firstLine + common::placeIn(mFile.text, offset).line - 1;
 }
 
 int32_t SourceFile::lineOf(const KeyPath& path) const {

@@ -1,7 +1,5 @@
 #include "comparison/Comparison.h"
 
-#include <json/writer.h>
-
 #include <algorithm>
 #include <cmath>
 #include <deque>
@@ -9,6 +7,8 @@
 #include <iterator>
 #include <set>
 #include <utility>
+
+#include "common/JsonText.h"
 
 namespace {
 
@@ -152,9 +152,7 @@ std::string values(const Notification& notification) {
     for (const auto& [name, value] : notification.values) {
         json[name] = value;
     }
-    Json::StreamWriterBuilder compact;
-    compact["indentation"] = "";
-    return Json::writeString(compact, json);
+    return common::compactJson(json);
 }
 
 /** Values to find it again by: of the temperature at which it happened to be sent whole degrees. */

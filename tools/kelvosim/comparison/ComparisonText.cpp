@@ -1,12 +1,12 @@
 #include "comparison/ComparisonText.h"
 
-#include <json/writer.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdarg>
 #include <cstdio>
 #include <ostream>
+
+#include "common/JsonText.h"
 
 namespace {
 
@@ -78,12 +78,10 @@ void writeStretches(std::ostream& out, const char* what, const std::vector<Stret
 }
 
 std::string valuesOf(const Notification& notification) {
-    Json::StreamWriterBuilder compact;
-    compact["indentation"] = "";
     std::string text;
     for (const auto& [name, value] : notification.values) {
         if (!value.isObject()) {  // a report of heat would fill the line
-            text += " " + name + " " + Json::writeString(compact, value);
+            text += " " + name + " " + common::compactJson(value);
         }
     }
     return text;

@@ -1,10 +1,10 @@
 #include "comparison/RunOutcome.h"
 
-#include <json/reader.h>
-#include <json/writer.h>
-
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
+
+#include "common/JsonText.h"
 
 namespace {
 
@@ -63,23 +63,20 @@ void writeOutcome(std::ostream& out, const RunOutcome& outcome) {
     for (const Notification& notification : outcome.notifications) {
         json["notifications"].append(toJson(notification));
     }
-    Json::StreamWriterBuilder compact;
-    compact["indentation"] = "";
-    out << Json::writeString(compact, json) << '\n';
+    out << common::compactJson(json) << '\n';
 }
 
 RunOutcome readOutcome(const std::string& file) {
     std::ifstream in(file, std::ios::binary);
-    Json::Value json;
-    std::string problem;
-    if (!Json::parseFromStream(Json::CharReaderBuilder(), in, &json, &problem)) {
+    const auto json = common::parseJson(std::string(std::istreambuf_iterator<char>(in), {}));
+    if (!json) {
         throw std::runtime_error("the other run left no outcome: " + file);
     }
     RunOutcome outcome;
-    fill(outcome.shell, json["shell"]);
-    fill(outcome.level, json["level"]);
-    fill(outcome.status, json["status"]);
-    for (const Json::Value& notification : json["notifications"]) {
+    fill(outcome.shell, (*json)["shell"]);
+    fill(outcome.level, (*json)["level"]);
+    fill(outcome.status, (*json)["status"]);
+    for (const Json::Value& notification : (*json)["notifications"]) {
         outcome.notifications.push_back(toNotification(notification));
     }
     return outcome;

@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+#include "common/JsonText.h"
+
 namespace {
 
 constexpr int64_t kMicrosPerMilli = 1000;
@@ -26,15 +28,6 @@ enum Track { SCENE = 1, LEVEL, STATUS, MONITORING, NOTIFICATIONS, ACTIONS, DAEMO
 
 std::string quoted(const std::string& text) {
     return Json::valueToQuotedString(text.c_str());
-}
-
-std::string compact(const Json::Value& value) {
-    static const Json::StreamWriterBuilder kBuilder = [] {
-        Json::StreamWriterBuilder builder;
-        builder["indentation"] = "";
-        return builder;
-    }();
-    return Json::writeString(kBuilder, value);
 }
 
 std::string thousandth(int32_t value) {
@@ -75,7 +68,7 @@ class EventList {
     void addInstant(Track track, int64_t timeMs, const std::string& name,
                     const Json::Value& arguments) {
         addText(timeMs, "\"ph\":\"i\",\"s\":\"t\",\"name\":" + quoted(name) + place(STATE, track) +
-                                ",\"args\":" + compact(arguments));
+                                ",\"args\":" + common::compactJson(arguments));
     }
 
     void write(std::ostream& stream) {

@@ -1,12 +1,11 @@
 #include "recording/Recorder.h"
 
-#include <json/writer.h>
-
 #include <algorithm>
 #include <cmath>
 
 #include "ambient/AmbientTempWatcher.h"
 #include "base/Numeric.h"
+#include "common/JsonText.h"
 #include "core/KelvoState.h"
 #include "recording/ActionText.h"
 #include "recording/RunInfo.h"
@@ -35,15 +34,10 @@ std::string memberOf(const sim::Event& event, const std::string& name) {
 }
 
 std::string membersAsText(const sim::Event& event) {
-    static const Json::StreamWriterBuilder kCompact = [] {
-        Json::StreamWriterBuilder builder;
-        builder["indentation"] = "";
-        return builder;
-    }();
     std::string text = event.name;
     for (const auto& [name, value] : event.members) {
         text += " " + name + ": " +
-                (value.isString() ? value.asString() : Json::writeString(kCompact, value));
+                (value.isString() ? value.asString() : common::compactJson(value));
     }
     return text;
 }

@@ -1,9 +1,8 @@
 #include "recording/RunInfo.h"
 
-#include <json/reader.h>
-
 #include <algorithm>
 
+#include "config/ConfigText.h"
 #include "sim/tree/PhoneTree.h"
 
 namespace {
@@ -27,9 +26,8 @@ std::string filesOf(const sim::ConfigFiles& config) {
 // The file may be any text: the daemon has to cope with it, so its version is no matter of course.
 std::string versionIn(const std::string& text) {
     Json::Value root;
-    const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
-    if (!reader->parse(text.data(), text.data() + text.size(), &root, nullptr) ||
-        !root.isObject() || !root["config_version"].isString()) {
+    if (kelvo::parseConfigText(text, root) != 0 || !root.isObject() ||
+        !root["config_version"].isString()) {
         return {};
     }
     return root["config_version"].asString();

@@ -1,12 +1,11 @@
 #include "report/HtmlReport.h"
 
-#include <json/writer.h>
-
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
 #include <string_view>
 
+#include "common/JsonText.h"
 #include "report/PageAssets.h"
 #include "report/ReportData.h"
 
@@ -40,11 +39,8 @@ Json::Value warningsData(const std::vector<ReportWarning>& warnings) {
 
 /** JSON that can stand in a script element: nothing in it ends the element. */
 std::string inScript(const Json::Value& data) {
-    Json::StreamWriterBuilder builder;
-    builder["indentation"] = "";
-    builder["emitUTF8"] = true;
     std::string text;
-    for (const char byte : Json::writeString(builder, data)) {
+    for (const char byte : common::compactJson(data, common::JsonStyle::UTF8)) {
         if (byte == '<') {
             text += "\\u003c";
         } else {

@@ -1,21 +1,10 @@
-#include "JsonText.h"
+#include "JsonLayout.h"
 
-#include <json/writer.h>
+#include "common/JsonText.h"
 
 namespace kelvoconf {
 
 namespace {
-
-// The most decimal digits that every double gives back unchanged.
-constexpr unsigned kDigits = 15;
-
-std::string write(const Json::Value& value, const char* indentation) {
-    Json::StreamWriterBuilder builder;
-    builder["indentation"] = indentation;
-    builder["emitUTF8"] = true;
-    builder["precision"] = kDigits;
-    return Json::writeString(builder, value);
-}
 
 void layOut(const Json::Value& value, const std::string& indent, std::string& text) {
     if (!value.isObject() && !value.isArray()) {
@@ -45,11 +34,11 @@ std::string configJson(const Json::Value& value) {
 }
 
 std::string compactJson(const Json::Value& value) {
-    return write(value, "");
+    return common::compactJson(value, common::JsonStyle::AS_WRITTEN);
 }
 
 std::string styledJson(const Json::Value& value) {
-    return write(value, "\t") + "\n";
+    return common::indentedJson(value, common::JsonStyle::AS_WRITTEN) + "\n";
 }
 
 }  // namespace kelvoconf
