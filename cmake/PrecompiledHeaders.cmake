@@ -20,7 +20,10 @@ endfunction()
 # CLI11 is inline functions throughout, which take most of a program's build to optimise and run once.
 function(kelvo_command_line target)
     set(fast_build "$<$<NOT:$<CONFIG:Release>>:-O0>")
-    target_link_libraries(${target} PRIVATE CLI11::CLI11)
+    target_link_libraries(${target} PUBLIC CLI11::CLI11)
+    if(NOT target STREQUAL "command_line")
+        target_link_libraries(${target} PUBLIC command_line)
+    endif()
     if(ARGN)
         set_source_files_properties(${ARGN} TARGET_DIRECTORY ${target} PROPERTIES
             COMPILE_OPTIONS ${fast_build})

@@ -10,6 +10,7 @@
 namespace kelvo {
 
 inline constexpr int64_t kNanosPerSecond = 1'000'000'000;
+inline constexpr int64_t kNanosPerMilli = 1'000'000;
 
 /** Time since boot, without the time spent suspended. */
 inline int64_t monotonicNanos() {

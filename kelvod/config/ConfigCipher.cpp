@@ -10,6 +10,7 @@
 #include <iterator>
 #include <memory>
 
+#include "base/FreeDeleter.h"
 #include "base/Log.h"
 #include "config/ConfigKey.h"
 
@@ -20,9 +21,6 @@ namespace {
 constexpr size_t kLengthSize = 4;  // bytes
 constexpr uint32_t kMaxFiller = AES_BLOCK_SIZE;
 
-struct FreeDeleter {
-    void operator()(unsigned char* memory) const { free(memory); }
-};
 using Buffer = std::unique_ptr<unsigned char, FreeDeleter>;
 
 uint32_t alignedSize(const std::string& in) {

@@ -12,16 +12,13 @@
 #include <utility>
 
 #include "base/DeviceRoot.h"
+#include "base/FreeDeleter.h"
 #include "base/Log.h"
 #include "config/ConfigCipher.h"
 
 namespace kelvo {
 
 namespace {
-
-struct FreeDeleter {
-    void operator()(char* memory) const { free(memory); }
-};
 
 /** Opens a candidate; the descriptor is invalid when the candidate is to be passed over. */
 android::base::unique_fd openCandidate(const std::string& path, struct stat* info) {

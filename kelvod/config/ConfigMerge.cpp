@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/SplitText.h"
 #include "config/ConfigPath.h"
 
 namespace kelvo {
@@ -65,16 +66,8 @@ void applyMember(Json::Value& destination, const Json::Value& source,
 
 // Empty pieces count too: "A,,B" also names a phone whose project is unknown.
 bool listsProject(const std::string& list, const std::string& project) {
-    for (size_t start = 0;;) {
-        const size_t comma = list.find(',', start);
-        if (list.substr(start, comma - start) == project) {
-            return true;
-        }
-        if (comma == std::string::npos) {
-            return false;
-        }
-        start = comma + 1;
-    }
+    const std::vector<std::string_view> projects = splitText(list, ',');
+    return std::find(projects.begin(), projects.end(), project) != projects.end();
 }
 
 void applySubFile(Json::Value& root, const Json::Value& subRoot, const std::string& project,

@@ -1,19 +1,16 @@
 // binderhub: the binder driver in user space, for machines whose kernel has none.
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 
+#include "CommandLine.h"
 #include "HubClient.h"
 #include "Server.h"
 
 namespace {
 
-constexpr int kFailure = 1;
-constexpr int kWrongUsage = 2;
-
 int fail(const std::string& problem) {
-    std::cerr << "binderhub: " << problem << "\n";
-    return kFailure;
+    command_line::complain("binderhub", problem);
+    return command_line::kFailed;
 }
 
 int printState(const std::string& socket) {
@@ -31,34 +28,22 @@ int serve(const std::string& socket) {
     return error.empty() ? 0 : fail(error + ": " + socket);
 }
 
-int run(int argc, char** argv) {
-    CLI::App app("The binder driver in user space: serves until SIGTERM or SIGINT", "binderhub");
-    app.set_version_flag("--version", "binderhub " KELVO_VERSION);
-    std::string socket = binderhub::defaultSocket();
+void setUp(CLI::App& app, int& status) {
+    static std::string socket = binderhub::defaultSocket();
     app.add_option("--socket", socket,
                    "Its socket, else dev/binderhub below the folder that KELVO_ROOT names");
     app.fallthrough();
     const CLI::App* const state = app.add_subcommand(
             "state", "Print what the running hub holds, as JSON; for its user and root only");
     app.require_subcommand(0, 1);
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::Success& request) {
-        return app.exit(request);
-    } catch (const CLI::ParseError& error) {
-        std::cerr << "binderhub: " << error.what() << ": command line\n"
-                  << "Run binderhub --help for the usage.\n";
-        return kWrongUsage;
-    }
-    return state->parsed() ? printState(socket) : serve(socket);
+    app.callback(
+            [state, &status] { status = state->parsed() ? printState(socket) : serve(socket); });
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    try {
-        return run(argc, argv);
-    } catch (const std::exception& error) {
-        return fail(error.what());
-    }
+    return command_line::run(argc, argv, "binderhub",
+                             "The binder driver in user space: serves until SIGTERM or SIGINT",
+                             setUp);
 }

@@ -10,9 +10,9 @@
 #include <binder/ProcessState.h>
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 
+#include "CommandLine.h"
 #include "ServiceManager.h"
 
 using android::IPCThreadState;
@@ -22,13 +22,11 @@ using android::sp;
 
 namespace {
 
-constexpr int kFailure = 1;
-constexpr int kWrongUsage = 2;
 constexpr uid_t kSystemUid = 1000;
 
 int fail(const std::string& problem) {
-    std::cerr << "servicemanager: " << problem << '\n';
-    return kFailure;
+    command_line::complain("servicemanager", problem);
+    return command_line::kFailed;
 }
 
 void registerItself(const sp<ServiceManager>& manager) {
@@ -60,33 +58,19 @@ int serve() {
     return fail("the binder driver is gone: " + driver);
 }
 
-int run(int argc, char** argv) {
-    CLI::App app(
-            "The service manager of binder: becomes the context manager and serves until it is "
-            "stopped",
-            "servicemanager");
-    app.set_version_flag("--version", "servicemanager " KELVO_VERSION);
+void setUp(CLI::App& app, int& status) {
     app.footer(
             "The driver is what KELVO_BINDER names (kernel or hub), else /dev/binder when it\n"
             "opens, else the hub at dev/binderhub below KELVO_ROOT.");
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::Success& request) {
-        return app.exit(request);
-    } catch (const CLI::ParseError& error) {
-        std::cerr << "servicemanager: " << error.what() << ": command line\n"
-                  << "Run servicemanager --help for the usage.\n";
-        return kWrongUsage;
-    }
-    return serve();
+    app.callback([&status] { status = serve(); });
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    try {
-        return run(argc, argv);
-    } catch (const std::exception& error) {
-        return fail(error.what());
-    }
+    return command_line::run(
+            argc, argv, "servicemanager",
+            "The service manager of binder: becomes the context manager and serves "
+            "until it is stopped",
+            setUp);
 }

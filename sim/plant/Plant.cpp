@@ -129,30 +129,6 @@ int32_t Plant::zoneTemp(size_t zone) const {
     return kelvo::saturatingInt32(exact) / params.resolution * params.resolution;
 }
 
-std::optional<int32_t> Plant::zoneTemp(std::string_view type) const {
-    const auto found = std::ranges::find(mParams.zones, type, &PlantParams::Zone::type);
-    if (found == mParams.zones.end()) {
-        return std::nullopt;
-    }
-    return zoneTemp(static_cast<size_t>(found - mParams.zones.begin()));
-}
-
-std::optional<double> Plant::nodeTemp(std::string_view name) const {
-    const auto found = std::ranges::find(mParams.nodes, name, &PlantParams::Node::name);
-    if (found == mParams.nodes.end()) {
-        return std::nullopt;
-    }
-    return nodeTemp(static_cast<size_t>(found - mParams.nodes.begin()));
-}
-
-double Plant::totalPower() const {
-    double total = 0;
-    for (size_t i = 0; i < mParams.sources.size(); ++i) {
-        total += sourcePower(i);
-    }
-    return total;
-}
-
 std::optional<int32_t> Plant::batteryCurrent() const {
     if (!mParams.battery) {
         return std::nullopt;

@@ -3,8 +3,6 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
-#include <string>
-#include <string_view>
 #include <vector>
 
 #include "sim/plant/PlantParams.h"
@@ -47,14 +45,10 @@ class Plant {
 
     /** What the sensor of a zone shows, m°C. `zone` counts in params().zones. */
     int32_t zoneTemp(size_t zone) const;
-    /** The same by type; none for a type that the plant does not drive. */
-    std::optional<int32_t> zoneTemp(std::string_view type) const;
 
-    double nodeTemp(size_t node) const { return mTemps[node]; }  // °C
-    std::optional<double> nodeTemp(std::string_view name) const;
+    double nodeTemp(size_t node) const { return mTemps[node]; }          // °C
     double ambient() const { return mTemps.back(); }                     // °C
     double sourcePower(size_t source) const { return mPowers[source]; }  // W
-    double totalPower() const;                                           // W, of all sources
     /** mA out of the battery, below 0 while charging; none without a battery in the parameters. */
     std::optional<int32_t> batteryCurrent() const;
 

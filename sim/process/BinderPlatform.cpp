@@ -31,6 +31,18 @@ bool becomesReadable(int fd, const ServeWait& wait) {
     return poll(&entry, 1, wait.leftMs()) == 1 && read(fd, &byte, 1) == 1;
 }
 
+/**
+ * Whether programs that are started now choose the kernel's driver: as KELVO_BINDER says, else
+ * when /dev/binder opens.
+ */
+bool usesKernelDriver() {
+    const char* const choice = getenv("KELVO_BINDER");
+    if (choice != nullptr && *choice != '\0') {
+        return std::string(choice) == "kernel";
+    }
+    return unique_fd(open("/dev/binder", O_RDWR | O_CLOEXEC)) >= 0;
+}
+
 }  // namespace
 
 BinderPlatform::BinderPlatform(const std::string& programs, const std::string& root,
@@ -49,14 +61,6 @@ BinderPlatform::~BinderPlatform() {
         mHub.reset();
         unlink(hubSocket().c_str());
     }
-}
-
-bool BinderPlatform::usesKernelDriver() {
-    const char* const choice = getenv("KELVO_BINDER");
-    if (choice != nullptr && *choice != '\0') {
-        return std::string(choice) == "kernel";
-    }
-    return unique_fd(open("/dev/binder", O_RDWR | O_CLOEXEC)) >= 0;
 }
 
 void BinderPlatform::startHub() {

@@ -35,12 +35,6 @@ class BinderPlatform {
     /** The first of them that has ended. */
     std::optional<ProcessEnding> ending();
 
-    /**
-     * Whether programs that are started now choose the kernel's driver: as KELVO_BINDER says, else
-     * when /dev/binder opens.
-     */
-    static bool usesKernelDriver();
-
   private:
     void startHub();
     void startServiceManager();

@@ -3,11 +3,11 @@
 #include <charconv>
 #include <chrono>
 
+#include "base/Time.h"
+
 namespace sim {
 
 namespace {
-
-constexpr int64_t kNsPerSecond = 1000000000;
 
 /** The number that fills text[at .. at + size). */
 std::optional<unsigned> digits(std::string_view text, size_t at, size_t size) {
@@ -65,7 +65,7 @@ std::optional<int64_t> parseStartTime(std::string_view text) {
         return std::nullopt;
     }
     const int64_t days = std::chrono::sys_days(date).time_since_epoch().count();
-    return (days * 86400 + *hour * 3600 + *minute * 60 + *second) * kNsPerSecond + *ns;
+    return (days * 86400 + *hour * 3600 + *minute * 60 + *second) * kelvo::kNanosPerSecond + *ns;
 }
 
 }  // namespace sim

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <vector>
 
 #include "sim/services/AidlHealthService.h"
 #include "sim/services/ChargerService.h"
@@ -27,8 +28,7 @@ std::unique_ptr<PhoneService> make(const ServiceContext& context) {
 
 constexpr char kHidlHealth[] = "health-hidl";
 
-}  // namespace
-
+/** All kinds; "health-hidl" is what the scenario's "health" is on a phone with the older HAL. */
 const std::vector<ServiceKind>& serviceKinds() {
     static const std::vector<ServiceKind> kKinds = {
             {"health", AidlHealthService::kInstance, isOneOf<Health>, make<AidlHealthService>},
@@ -42,6 +42,8 @@ const std::vector<ServiceKind>& serviceKinds() {
     };
     return kKinds;
 }
+
+}  // namespace
 
 const ServiceKind& serviceKind(const std::string& name) {
     const auto found = std::ranges::find(serviceKinds(), name, &ServiceKind::name);

@@ -3,7 +3,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "sim/scenario/Scenario.h"
 #include "sim/services/PhoneService.h"
@@ -22,9 +21,6 @@ struct ServiceKind {
 inline bool isHidlInstance(std::string_view instance) {
     return instance.starts_with("hidl/");
 }
-
-/** All kinds; "health-hidl" is what the scenario's "health" is on a phone with the older HAL. */
-const std::vector<ServiceKind>& serviceKinds();
 
 /** The kind of this name; throws std::invalid_argument when there is none. */
 const ServiceKind& serviceKind(const std::string& name);

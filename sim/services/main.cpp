@@ -6,23 +6,27 @@
 // The binder headers need the two above.
 #include <binder/BinderProbe.h>
 
-#include <iostream>
-
+#include "CommandLine.h"
 #include "sim/services/ServiceProcess.h"
 
+namespace {
+
+int serve(const std::string& name) {
+    std::string error;
+    if (!android::isBinderDriverReachable(&error)) {
+        throw std::runtime_error(error);
+    }
+    return sim::serveService(name);
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::cerr << "phoneservice: expected the name of a service: command line\n";
-        return 2;
-    }
-    try {
-        std::string error;
-        if (!android::isBinderDriverReachable(&error)) {
-            throw std::runtime_error(error);
-        }
-        return sim::serveService(argv[1]);
-    } catch (const std::exception& error) {
-        std::cerr << "phoneservice: " << error.what() << '\n';
-        return 1;
-    }
+    return command_line::run(argc, argv, "phoneservice",
+                             "One service of a simulated phone, as kelvosim starts it",
+                             [](CLI::App& app, int& status) {
+                                 static std::string name;
+                                 app.add_option("NAME", name, "The service")->required();
+                                 app.callback([&status] { status = serve(name); });
+                             });
 }

@@ -10,6 +10,7 @@
 #include <system_error>
 
 #include "base/FileUtils.h"
+#include "base/Time.h"
 #include "common/ConfigStore.h"
 #include "config/ChipNodes.h"
 #include "config/PlatformTable.h"
@@ -19,9 +20,6 @@
 namespace sim {
 
 namespace {
-
-constexpr int64_t kNsPerMs = 1000000;
-constexpr int64_t kNsPerSecond = 1000000000;
 
 /** What a node of the scenario holds; nothing when it is absent. */
 std::string textOf(const std::vector<NodeChange>& nodes, std::string_view path) {
@@ -101,9 +99,9 @@ void PhoneTree::storeConfig(std::string_view path, const std::optional<std::stri
 
 /** The daemon takes the newest file, so its age must not depend on the host's clock. */
 void PhoneTree::stamp(std::string_view path, int64_t timeMs) const {
-    const int64_t ns = mScenario.startNs + timeMs * kNsPerMs;
-    const timespec time{.tv_sec = static_cast<time_t>(ns / kNsPerSecond),
-                        .tv_nsec = static_cast<long>(ns % kNsPerSecond)};
+    const int64_t ns = mScenario.startNs + timeMs * kelvo::kNanosPerMilli;
+    const timespec time{.tv_sec = static_cast<time_t>(ns / kelvo::kNanosPerSecond),
+                        .tv_nsec = static_cast<long>(ns % kelvo::kNanosPerSecond)};
     const timespec times[2] = {time, time};
     if (utimensat(AT_FDCWD, mTree.hostPath(path).c_str(), times, 0) != 0) {
         throw std::system_error(errno, std::generic_category(), mTree.hostPath(path));
@@ -111,7 +109,6 @@ void PhoneTree::stamp(std::string_view path, int64_t timeMs) const {
 }
 
 void PhoneTree::setShellTemp(bool present) {
-    mShellTempPresent = present;
     if (mHook) {
         mHook(present);
     } else if (present) {

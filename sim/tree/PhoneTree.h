@@ -35,7 +35,6 @@ class PhoneTree {
 
     /** Whether the scenario's nodes are those of a Qualcomm phone. */
     bool isQcom() const { return mIsQcom; }
-    bool shellTempPresent() const { return mShellTempPresent; }
     DeviceTree& tree() { return mTree; }
 
     void apply(const ZoneChange& change);
@@ -62,7 +61,6 @@ class PhoneTree {
     const std::string mPlatformConfigPath;
     const bool mIsQcom;
     std::set<int32_t> mUnreadable;  // zones that an action or the trace made so
-    bool mShellTempPresent = false;
 };
 
 }  // namespace sim

@@ -4,11 +4,11 @@
 
 #include <algorithm>
 
+#include "base/Time.h"
+
 namespace sim {
 
 namespace {
-
-constexpr int64_t kNanosPerMilli = 1'000'000;
 
 int64_t sUptimeNs = 0;  // monotonic clock at t = 0
 int64_t sWallNs = 0;    // wall clock at t = 0
@@ -17,7 +17,7 @@ int64_t sNowMs = 0;
 }  // namespace
 
 void VirtualTime::start(int64_t uptimeMs, int64_t wallNs) {
-    sUptimeNs = uptimeMs * kNanosPerMilli;
+    sUptimeNs = uptimeMs * kelvo::kNanosPerMilli;
     sWallNs = wallNs;
     sNowMs = 0;
 }
@@ -32,7 +32,7 @@ int64_t VirtualTime::now() {
 
 int64_t VirtualTime::fromMonotonic(int64_t monotonicNs) {
     const int64_t sinceStart = std::max<int64_t>(monotonicNs - sUptimeNs, 0);
-    return sinceStart / kNanosPerMilli + (sinceStart % kNanosPerMilli != 0 ? 1 : 0);
+    return sinceStart / kelvo::kNanosPerMilli + (sinceStart % kelvo::kNanosPerMilli != 0 ? 1 : 0);
 }
 
 }  // namespace sim
@@ -41,5 +41,5 @@ int64_t VirtualTime::fromMonotonic(int64_t monotonicNs) {
 nsecs_t systemTime(int clock) {
     using namespace sim;
     const int64_t start = clock == SYSTEM_TIME_REALTIME ? sWallNs : sUptimeNs;
-    return start + sNowMs * kNanosPerMilli;
+    return start + sNowMs * kelvo::kNanosPerMilli;
 }

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <filesystem>
 
-#include "sim/plant/Plant.h"
+#include "PlantNames.h"
 #include "sim/scenario/JsonPlace.h"
 #include "sim/scenario/ScenarioParser.h"
 #include "sim/scenario/Trace.h"
@@ -21,7 +21,7 @@ double fitted(const Json::Value& model, const sim::Plant& plant) {
     const Json::Value& zones = model["thermal_zone"];
     double sum = model["coefficient"][zones.size()].asDouble();
     for (Json::ArrayIndex i = 0; i < zones.size(); ++i) {
-        sum += model["coefficient"][i].asDouble() * *plant.zoneTemp(zones[i].asString());
+        sum += model["coefficient"][i].asDouble() * *zoneTemp(plant, zones[i].asString());
     }
     return sum / 1000;
 }
@@ -49,7 +49,7 @@ TEST(Examples, fitTheShellWithinOneDegree) {
         for (int64_t t = 0; t <= scenario.durationMs / 1000; ++t) {
             plant.advanceTo(t);
             for (const char* shell : {"front", "back", "frame"}) {
-                const double truth = *plant.nodeTemp(shell);
+                const double truth = nodeTemp(plant, shell);
                 ASSERT_NEAR(fitted(models[shell], plant), truth, 1.0) << name << shell << t;
                 hottest = std::max(hottest, truth);
             }

@@ -17,6 +17,17 @@ std::string nameOf(const std::string& path) {
     return path == "-" ? "standard input" : path;
 }
 
+/** One line for a JSON error: "what: FILE:LINE:COLUMN". */
+std::string describe(const kelvo::ConfigTextError& error, const std::string& file,
+                     std::string_view text) {
+    std::string what = error.what;
+    std::ranges::replace(what, '\n', ' ');
+    while (!what.empty() && (what.back() == '.' || what.back() == ' ')) {
+        what.pop_back();
+    }
+    return what + ": " + placeOf(file, text, error.offset);
+}
+
 }  // namespace
 
 size_t prefixSize(std::string_view text) {
@@ -35,16 +46,6 @@ size_t prefixSize(std::string_view text) {
 std::string placeOf(const std::string& file, std::string_view text, size_t offset) {
     const common::TextPlace place = common::placeIn(text, offset);
     return nameOf(file) + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
-}
-
-std::string describe(const kelvo::ConfigTextError& error, const std::string& file,
-                     std::string_view text) {
-    std::string what = error.what;
-    std::ranges::replace(what, '\n', ' ');
-    while (!what.empty() && (what.back() == '.' || what.back() == ' ')) {
-        what.pop_back();
-    }
-    return what + ": " + placeOf(file, text, error.offset);
 }
 
 ConfigText readConfigText(const std::string& path) {

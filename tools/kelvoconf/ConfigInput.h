@@ -19,10 +19,6 @@ size_t prefixSize(std::string_view text);
 /** "FILE:LINE:COLUMN" of a byte of a text; lines and columns (in bytes) count from 1. */
 std::string placeOf(const std::string& file, std::string_view text, size_t offset);
 
-/** One line for a JSON error: "what: FILE:LINE:COLUMN". */
-std::string describe(const kelvo::ConfigTextError& error, const std::string& file,
-                     std::string_view text);
-
 /** The text of a configuration file. */
 struct ConfigText {
     std::string whole;

@@ -24,12 +24,13 @@ bool standsRight(const std::vector<std::vector<std::string>>& rows, size_t colum
     return some && column > 0;
 }
 
-}  // namespace
-
+/** Columns that a text takes on a terminal: its characters, not its bytes. */
 size_t widthOf(const std::string& text) {
     return static_cast<size_t>(std::ranges::count_if(
             text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
 }
+
+}  // namespace
 
 std::string TextTable::text(const std::string& indent) const {
     const size_t columns = mRows.front().size();

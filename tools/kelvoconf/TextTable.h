@@ -20,7 +20,4 @@ class TextTable {
     std::vector<std::vector<std::string>> mRows;
 };
 
-/** Columns that a text takes on a terminal: its characters, not its bytes. */
-size_t widthOf(const std::string& text);
-
 }  // namespace kelvoconf

@@ -1,18 +1,12 @@
 #include <android/log.h>
 #include <signal.h>
 
-#include <CLI/CLI.hpp>
-#include <iostream>
-
+#include "CommandLine.h"
 #include "Commands.h"
-#include "Files.h"
 
 using namespace kelvoconf;
 
 namespace {
-
-constexpr int kFailed = 1;
-constexpr int kWrongUsage = 2;
 
 void addEncrypt(CLI::App& app, std::string& in, std::string& out) {
     CLI::App* command = app.add_subcommand("encrypt", "Store a JSON text as the daemon reads it");
@@ -77,33 +71,20 @@ void addDraft(CLI::App& app, DraftOptions& options) {
     command->final_callback([&] { draftCommand(options); });
 }
 
-int run(int argc, char** argv) {
-    CLI::App app("Configuration files of kelvod", "kelvoconf");
-    app.set_version_flag("--version", "kelvoconf " KELVO_VERSION);
+void setUp(CLI::App& app, int& status) {
+    static std::string in;
+    static std::string out;
+    static MergeOptions merge;
+    static LintOptions lint;
+    static PhoneFiles show;
+    static DraftOptions draft;
     app.require_subcommand(1);
-    std::string in;
-    std::string out;
-    MergeOptions merge;
-    LintOptions lint;
-    PhoneFiles show;
-    DraftOptions draft;
-    int status = 0;
     addEncrypt(app, in, out);
     addDecrypt(app, in, out);
     addMerge(app, merge);
     addLint(app, lint, status);
     addShow(app, show);
     addDraft(app, draft);
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::Success& request) {
-        return app.exit(request);
-    } catch (const CLI::ParseError& error) {
-        std::cerr << "kelvoconf: " << error.what() << ": command line\n"
-                  << "Run kelvoconf --help for the usage.\n";
-        return kWrongUsage;
-    }
-    return status;
 }
 
 }  // namespace
@@ -113,10 +94,5 @@ int main(int argc, char** argv) {
     __android_log_set_logger([](const __android_logger_data*, const char*) {});
     // A closed pipe is a failed write like any other.
     signal(SIGPIPE, SIG_IGN);
-    try {
-        return run(argc, argv);
-    } catch (const std::exception& error) {
-        std::cerr << "kelvoconf: " << error.what() << '\n';
-        return kFailed;
-    }
+    return command_line::run(argc, argv, "kelvoconf", "Configuration files of kelvod", setUp);
 }

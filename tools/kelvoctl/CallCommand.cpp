@@ -3,6 +3,7 @@
 
 #include "Commands.h"
 #include "Services.h"
+#include "base/SplitText.h"
 #include "client/CallValues.h"
 
 namespace kelvoctl {
@@ -25,14 +26,15 @@ std::optional<int32_t> parseInt(std::string_view text) {
 
 std::optional<std::vector<int32_t>> parseInts(std::string_view text) {
     std::vector<int32_t> numbers;
-    while (!text.empty()) {
-        const size_t comma = text.find(',');
-        const auto number = parseInt(text.substr(0, comma));
-        if (!number || comma == text.size() - 1) {
+    if (text.empty()) {
+        return numbers;
+    }
+    for (const std::string_view piece : kelvo::splitText(text, ',')) {
+        const auto number = parseInt(piece);
+        if (!number) {
             return std::nullopt;
         }
         numbers.push_back(*number);
-        text.remove_prefix(comma == std::string_view::npos ? text.size() : comma + 1);
     }
     return numbers;
 }

@@ -2,25 +2,16 @@
 
 #include <json/value.h>
 
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "CommandLine.h"
+
 namespace kelvoctl {
 
-/** Ends the program with status 1 after "kelvoctl: what is wrong: where". */
-class Failure : public std::runtime_error {
-  public:
-    Failure(const std::string& problem, const std::string& place)
-          : std::runtime_error(problem + ": " + place) {}
-};
-
-/** Ends the program with status 2 after the same kind of line. */
-class WrongUsage : public Failure {
-  public:
-    using Failure::Failure;
-};
+using command_line::Failure;
+using command_line::WrongUsage;
 
 /** Where results go: standard output, as a text for a person or as one JSON object on a line. */
 class Output {

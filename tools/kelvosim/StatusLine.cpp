@@ -3,9 +3,10 @@
 #include <cstdio>
 #include <ctime>
 
+#include "base/Time.h"
+
 namespace {
 
-constexpr int64_t kNanosPerSecond = 1'000'000'000;
 constexpr char kRow[] = "%-10s  %-5s  %-5s  %-6s  %-7s  %-11s  %-14s  %s";
 
 std::string celsius(std::optional<double> degrees) {
@@ -49,7 +50,7 @@ std::string StatusLine::line(const PhoneState& state) const {
 }
 
 std::string StatusLine::wallClock(int64_t timeMs) const {
-    const std::time_t seconds = mStartNs / kNanosPerSecond + timeMs / 1000;
+    const std::time_t seconds = mStartNs / kelvo::kNanosPerSecond + timeMs / 1000;
     std::tm utc{};
     gmtime_r(&seconds, &utc);
     char text[16];

@@ -1,17 +1,12 @@
 // kelvosim: the simulated phone.
 
-#include <CLI/CLI.hpp>
-#include <iostream>
-
 #include "Check.h"
+#include "CommandLine.h"
 #include "Live.h"
 #include "OtherConfig.h"
 #include "Replay.h"
 
 namespace {
-
-constexpr int kFailure = 1;
-constexpr int kWrongUsage = 2;
 
 /** Adds the command and what it does; options live as long as the program. */
 void addCheck(CLI::App& app) {
@@ -78,34 +73,15 @@ void addFramework(CLI::App& app) {
     command->callback([] { playFramework(scenario); });
 }
 
-int run(int argc, char** argv) {
-    CLI::App app("A simulated phone for kelvod", "kelvosim");
-    app.set_version_flag("--version", "kelvosim " KELVO_VERSION);
-    app.require_subcommand(1);
-    int status = 0;
-    addCheck(app);
-    addReplay(app, argv, &status);
-    addLive(app, &status);
-    addFramework(app);
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::Success& request) {
-        return app.exit(request);
-    } catch (const CLI::ParseError& error) {
-        std::cerr << "kelvosim: " << error.what() << ": command line\n"
-                  << "Run kelvosim --help for the usage.\n";
-        return kWrongUsage;
-    }
-    return status;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
-    try {
-        return run(argc, argv);
-    } catch (const std::exception& error) {
-        std::cerr << "kelvosim: " << error.what() << '\n';
-        return kFailure;
-    }
+    return command_line::run(argc, argv, "kelvosim", "A simulated phone for kelvod",
+                             [argv](CLI::App& app, int& status) {
+                                 app.require_subcommand(1);
+                                 addCheck(app);
+                                 addReplay(app, argv, &status);
+                                 addLive(app, &status);
+                                 addFramework(app);
+                             });
 }

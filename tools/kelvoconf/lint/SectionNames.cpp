@@ -4,6 +4,7 @@
 #include <cctype>
 #include <string_view>
 
+#include "base/SplitText.h"
 #include "config/PlatformTable.h"
 
 namespace kelvo::lint {
@@ -13,13 +14,8 @@ bool isGroupName(const std::string& name) {
 }
 
 std::vector<std::string> projectsOf(const std::string& groupName) {
-    std::vector<std::string> projects;
-    for (size_t start = 0; start <= groupName.size();) {
-        const size_t comma = std::min(groupName.find(',', start), groupName.size());
-        projects.push_back(groupName.substr(start, comma - start));
-        start = comma + 1;
-    }
-    return projects;
+    const auto pieces = splitText(groupName, ',');
+    return {pieces.begin(), pieces.end()};
 }
 
 bool isListWithoutCommas(const std::string& name) {

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
+#include "base/Time.h"
 #include "config/ConfigText.h"
 #include "sim/tree/PhoneTree.h"
 
 namespace {
 
-constexpr int64_t kNanosPerMilli = 1000000;
 constexpr char kProjectNode[] = "/proc/zentaVersion/prjName";
 
 std::string filesOf(const sim::ConfigFiles& config) {
@@ -48,7 +48,7 @@ RunInfo runInfo(const sim::Scenario& scenario, const std::string& file) {
     info.configVersion = scenario.config.main ? versionIn(*scenario.config.main) : "";
     info.platform = sim::platformOf(scenario.nodes);
     info.project = projectOf(scenario);
-    info.startMs = scenario.startNs / kNanosPerMilli;
+    info.startMs = scenario.startNs / kelvo::kNanosPerMilli;
     info.durationMs = scenario.durationMs;
     return info;
 }

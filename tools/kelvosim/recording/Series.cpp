@@ -22,13 +22,6 @@ void Series::add(int64_t timeMs, std::optional<int32_t> value) {
     append(mPoints, timeMs, &Point::value, value, std::optional<int32_t>{});
 }
 
-std::optional<int32_t> Series::valueAt(int64_t timeMs) const {
-    const auto later =
-            std::upper_bound(mPoints.begin(), mPoints.end(), timeMs,
-                             [](int64_t time, const Point& point) { return time < point.timeMs; });
-    return later == mPoints.begin() ? std::nullopt : std::prev(later)->value;
-}
-
 Series Series::thinned(size_t most) const {
     if (mPoints.size() <= most) {
         return *this;

@@ -28,8 +28,6 @@ class Series {
 
     /** Times never go back; of several values at one time the last one stays. */
     void add(int64_t timeMs, std::optional<int32_t> value);
-    /** What holds at this time; none before the first point and in a gap. */
-    std::optional<int32_t> valueAt(int64_t timeMs) const;
     /** At most `most` of the points, two at least: the extremes of equal stretches of them. */
     Series thinned(size_t most) const;
 

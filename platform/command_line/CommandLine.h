@@ -1,0 +1,41 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <stdexcept>
+#include <string>
+
+// What all programs of this tree have in common towards who runs them: "--help" and "--version",
+// status 0 for success, and for a failure one line "PROGRAM: what is wrong: where" on standard
+// error.
+
+namespace command_line {
+
+inline constexpr int kFailed = 1;      // exit status
+inline constexpr int kWrongUsage = 2;  // likewise
+
+/** Ends the program with status 1. */
+class Failure : public std::runtime_error {
+  public:
+    Failure(const std::string& problem, const std::string& place)
+          : std::runtime_error(problem + ": " + place) {}
+};
+
+/** Ends it with status 2. */
+class WrongUsage : public Failure {
+  public:
+    using Failure::Failure;
+};
+
+/**
+ * Runs a program; what it returns is its exit status. `setUp` describes the command line; what the
+ * program does are callbacks of it, which set the status unless it is 0. Any other exception than
+ * WrongUsage counts as a failure.
+ */
+int run(int argc, char** argv, const std::string& name, const std::string& purpose,
+        const std::function<void(CLI::App& app, int& status)>& setUp);
+
+/** Writes the line of a failure. */
+void complain(const std::string& program, const std::string& problem);
+
+}  // namespace command_line
