@@ -1,8 +1,5 @@
 #pragma once
 
-#include <limits>
-#include <memory>
-
 #include <binder/IBinder.h>
 #include <binder/Parcel.h>
 

@@ -3,15 +3,12 @@
 
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
-#include <limits>
-#include <map>
-#include <memory>
-#include <string>
-
-// Needs <limits> and <memory>.
 #include <binder/Binder.h>
 #include <binder/Parcel.h>
+
+#include <cstdio>
+#include <map>
+#include <string>
 
 #include "BenchPhone.h"
 #include "base/DeviceRoot.h"

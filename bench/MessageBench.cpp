@@ -6,19 +6,16 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <binder/Binder.h>
+
 #include <cstdint>
 #include <cstdio>
 #include <deque>
 #include <functional>
-#include <limits>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
 #include <utility>
-
-// Needs <limits> and <memory>.
-#include <binder/Binder.h>
 
 #include "RoundTrips.h"
 #include "base/WorkThread.h"

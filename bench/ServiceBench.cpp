@@ -7,21 +7,18 @@
 #include <sys/stat.h>
 #include <time.h>
 
-#include <chrono>
-#include <cstdint>
-#include <cstdio>
-#include <filesystem>
-#include <limits>
-#include <memory>
-#include <string>
-#include <vector>
-
-// The binder headers need <limits> and <memory>.
 #include <binder/Binder.h>
 #include <binder/IPCThreadState.h>
 #include <binder/IServiceManager.h>
 #include <binder/Parcel.h>
 #include <binder/ProcessState.h>
+
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
 
 #include "BenchPhone.h"
 #include "ForkedProcess.h"

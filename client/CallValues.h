@@ -1,11 +1,9 @@
 #pragma once
 
-#include <limits>
-#include <memory>
-
-// The binder headers need the standard ones above.
 #include <binder/Parcel.h>
 #include <json/value.h>
+
+#include <vector>
 
 #include "client/CallTypes.h"
 

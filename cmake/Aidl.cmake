@@ -27,8 +27,6 @@ function(kelvo_aidl_library name)
     if(KELVO_SANITIZE)
         target_compile_options(${name} PRIVATE -fsanitize=${KELVO_SANITIZE})
     endif()
-    # Old binder headers take some standard ones for granted.
-    target_compile_options(${name} PRIVATE "SHELL:-include limits" "SHELL:-include memory")
     target_include_directories(${name} SYSTEM PUBLIC ${out})
     target_link_libraries(${name} PUBLIC ${arg_LIBS})
 endfunction()

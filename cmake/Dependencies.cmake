@@ -11,6 +11,15 @@ set(android_library_dir /usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/android)
 # Headers alone: the binder headers are real AOSP headers for which platform/ gives the libraries.
 add_library(android_headers INTERFACE)
 target_include_directories(android_headers SYSTEM INTERFACE ${ANDROID_INCLUDE_DIR})
+# They take these standard headers for granted. A precompiled header has them already, and must be
+# the first thing that is included.
+set(KELVO_TAKEN_FOR_GRANTED --include=limits --include=memory)
+string(CONCAT precompiled
+    "$<AND:$<NOT:$<BOOL:$<TARGET_PROPERTY:DISABLE_PRECOMPILE_HEADERS>>>,"
+    "$<OR:$<BOOL:$<TARGET_PROPERTY:PRECOMPILE_HEADERS>>,"
+    "$<BOOL:$<TARGET_PROPERTY:PRECOMPILE_HEADERS_REUSE_FROM>>>>")
+target_compile_options(android_headers INTERFACE
+    "$<$<NOT:${precompiled}>:${KELVO_TAKEN_FOR_GRANTED}>")
 
 # libutils, liblog and libbase live in a private folder that the loader does not search.
 add_library(android_libs INTERFACE)

@@ -16,6 +16,13 @@ function(kelvo_precompile target)
     target_precompile_headers(${target} PRIVATE ${ARGN})
 endfunction()
 
+# kelvo_skip_precompiled(SOURCES...): those that set a macro before they include anything.
+function(kelvo_skip_precompiled)
+    set_source_files_properties(${ARGN} PROPERTIES
+        SKIP_PRECOMPILE_HEADERS ON
+        COMPILE_OPTIONS "${KELVO_TAKEN_FOR_GRANTED}")
+endfunction()
+
 # kelvo_command_line(TARGET [SOURCES...]): these files, or all of the target's, read the command line.
 # CLI11 is inline functions throughout, which take most of a program's build to optimise and run once.
 function(kelvo_command_line target)

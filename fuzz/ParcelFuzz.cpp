@@ -1,9 +1,6 @@
 // Parcels of other processes: bytes and a list of objects as the driver hands them over, read and
 // then changed in every way that the input asks for.
 
-#include <limits>
-#include <memory>
-
 #include <binder/Binder.h>
 #include <binder/Parcel.h>
 #include <binder/Status.h>
@@ -14,6 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>

@@ -1,9 +1,6 @@
 // Reports of the usage-statistics engine, as the callback takes them off a parcel: the first byte
 // of the input says how, the others are the serialized message.
 
-#include <limits>
-#include <memory>
-
 #include <binder/Parcel.h>
 
 #include <algorithm>

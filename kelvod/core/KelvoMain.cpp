@@ -2,10 +2,6 @@
 
 #include <cutils/properties.h>
 
-#include <limits>
-#include <memory>
-
-// The binder headers need the two above.
 #include <binder/IPCThreadState.h>
 #include <binder/IServiceManager.h>
 #include <binder/ProcessState.h>

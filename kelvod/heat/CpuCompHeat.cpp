@@ -1,12 +1,9 @@
 #include "heat/CpuCompHeat.h"
 
-#include <limits>
-#include <memory>
-
-// The binder headers need the two above.
 #include <aidl/vendor/zenta/hardware/performance/IPerformance.h>
 #include <android/binder_manager.h>
 
+#include <memory>
 #include <string>
 #include <utility>
 

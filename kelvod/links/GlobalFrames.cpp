@@ -1,8 +1,5 @@
 #include "links/GlobalFrames.h"
 
-#include <limits>
-#include <memory>
-
 #include <binder/IServiceManager.h>
 #include <binder/Parcel.h>
 #include <utils/String16.h>

@@ -1,9 +1,5 @@
 #pragma once
 
-#include <limits>
-#include <memory>
-
-// The binder headers need the standard ones above.
 #include <binder/IInterface.h>
 #include <binder/Status.h>
 

@@ -5,8 +5,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <limits>
-#include <memory>
 
 #include "links/IZentaQuorix.h"
 

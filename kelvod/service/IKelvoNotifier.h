@@ -1,11 +1,8 @@
 #pragma once
 
-#include <limits>
-#include <memory>
-#include <string>
-
-// The binder headers need the standard ones above.
 #include <binder/IInterface.h>
+
+#include <string>
 
 namespace kelvo {
 

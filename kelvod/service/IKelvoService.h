@@ -1,9 +1,5 @@
 #pragma once
 
-#include <limits>
-#include <memory>
-
-// The binder headers need the two above.
 #include <binder/IInterface.h>
 
 namespace kelvo {

@@ -1,9 +1,5 @@
 #include "service/PrivilegedCaller.h"
 
-#include <limits>
-#include <memory>
-
-// The binder headers need the two above.
 #include <binder/IPCThreadState.h>
 
 namespace kelvo {

@@ -1,6 +1,3 @@
-#include <limits>
-#include <memory>
-
 #include <binder/Binder.h>
 
 #include <binder/BpBinder.h>
@@ -8,6 +5,8 @@
 #include <binder/Parcel.h>
 #include <unistd.h>
 #include <utils/misc.h>
+
+#include <memory>
 
 namespace android {
 

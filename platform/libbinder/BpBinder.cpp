@@ -1,12 +1,11 @@
-#include <limits>
-#include <memory>
-
 #include <binder/BpBinder.h>
 
 #include <binder/IPCThreadState.h>
 #include <binder/Parcel.h>
 #include <binder/Stability.h>
 #include <log/log.h>
+
+#include <memory>
 
 #include "BpBinderCounts.h"
 

@@ -2,9 +2,6 @@
 
 #include "BpBinderCounts.h"
 
-#include <limits>
-#include <memory>
-
 #include <binder/BpBinder.h>
 
 namespace android {

@@ -1,6 +1,3 @@
-#include <limits>
-#include <memory>
-
 #include <binder/Binder.h>
 
 namespace android {

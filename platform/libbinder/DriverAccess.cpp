@@ -1,8 +1,5 @@
 #include "DriverAccess.h"
 
-#include <limits>
-#include <memory>
-
 #include <binder/LocalProcess.h>
 #include <binder/ProcessState.h>
 #include <log/log.h>
@@ -11,6 +8,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstring>
+#include <memory>
 
 namespace android {
 

@@ -1,8 +1,5 @@
 // The proxies of a process: for each handle at most one.
 
-#include <limits>
-#include <memory>
-
 #include <binder/BpBinder.h>
 #include <binder/IPCThreadState.h>
 #include <binder/Parcel.h>

@@ -1,8 +1,5 @@
 // A thread's exchanges with the driver: calls, their outcome, replies.
 
-#include <limits>
-#include <memory>
-
 #include <binder/IPCThreadState.h>
 #include <log/log.h>
 

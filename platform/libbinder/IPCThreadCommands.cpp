@@ -1,8 +1,5 @@
 // What the driver asks of a thread.
 
-#include <limits>
-#include <memory>
-
 #include <binder/Binder.h>
 #include <binder/BpBinder.h>
 #include <binder/IPCThreadState.h>

@@ -1,8 +1,5 @@
 // What a thread tells the driver about the handles of this process.
 
-#include <limits>
-#include <memory>
-
 #include <binder/Binder.h>
 #include <binder/BpBinder.h>
 #include <binder/IPCThreadState.h>

@@ -1,8 +1,5 @@
 // Threads that carry out the driver's commands: those of the pool, and those that poll.
 
-#include <limits>
-#include <memory>
-
 #include <binder/IPCThreadState.h>
 #include <log/log.h>
 #include <unistd.h>

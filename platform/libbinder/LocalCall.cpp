@@ -1,6 +1,3 @@
-#include <limits>
-#include <memory>
-
 #include <binder/LocalCall.h>
 
 #include <binder/IPCThreadState.h>

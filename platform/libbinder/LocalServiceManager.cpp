@@ -1,6 +1,3 @@
-#include <limits>
-#include <memory>
-
 #include <binder/LocalServiceManager.h>
 
 #include <binder/LocalProcess.h>

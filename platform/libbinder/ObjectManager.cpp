@@ -1,6 +1,3 @@
-#include <limits>
-#include <memory>
-
 #include <binder/BpBinder.h>
 
 namespace android {

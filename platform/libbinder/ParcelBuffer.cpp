@@ -1,8 +1,5 @@
 // Memory of a parcel: size, position, growth, copies of whole ranges.
 
-#include <limits>
-#include <memory>
-
 #include <binder/Parcel.h>
 
 #include <algorithm>

@@ -1,8 +1,5 @@
 // File descriptors in a parcel.
 
-#include <limits>
-#include <memory>
-
 #include <binder/Parcel.h>
 #include <fcntl.h>
 #include <unistd.h>

@@ -1,11 +1,10 @@
 // Descriptors in other forms: Java's parcel file descriptors, vectors, native handles.
 
-#include <limits>
-#include <memory>
-
 #include <binder/Parcel.h>
 #include <binder/ParcelFileDescriptor.h>
 #include <fcntl.h>
+
+#include <memory>
 
 #include "FlatObject.h"
 #include "NullableValues.h"

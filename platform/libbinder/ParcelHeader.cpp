@@ -1,8 +1,5 @@
 // What stands at the head of requests (interface token) and of replies (exception).
 
-#include <limits>
-#include <memory>
-
 #include <binder/IPCThreadState.h>
 #include <binder/Parcel.h>
 #include <binder/Status.h>

@@ -1,8 +1,5 @@
 // A parcel in memory that the driver lent, and what the driver needs to know of one.
 
-#include <limits>
-#include <memory>
-
 #include <binder/Parcel.h>
 #include <log/log.h>
 #include <unistd.h>

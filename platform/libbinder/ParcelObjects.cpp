@@ -1,8 +1,5 @@
 // Binders and other objects in a parcel, and the list of where they stand.
 
-#include <limits>
-#include <memory>
-
 #include <binder/BpBinder.h>
 #include <binder/Parcel.h>
 #include <binder/ProcessState.h>

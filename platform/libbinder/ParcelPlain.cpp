@@ -1,8 +1,5 @@
 // Bytes, numbers and parcelables.
 
-#include <limits>
-#include <memory>
-
 #include <binder/Parcel.h>
 
 #include <algorithm>

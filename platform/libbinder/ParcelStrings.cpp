@@ -1,13 +1,11 @@
 // Strings. Each is a count of characters (-1: null), the characters, a zero, padding.
 
-#include <limits>
-#include <memory>
-
 #include <binder/Parcel.h>
 #include <utils/String8.h>
 #include <utils/Unicode.h>
 
 #include <cstring>
+#include <memory>
 
 #include "NullableValues.h"
 #include "ParcelLimits.h"

@@ -1,11 +1,9 @@
 // Vectors: a count (-1: null), then the elements one behind the other.
 
-#include <limits>
-#include <memory>
-
 #include <binder/Parcel.h>
 
 #include <cstring>
+#include <memory>
 
 #include "FlatObject.h"
 #include "NullableValues.h"

@@ -1,6 +1,3 @@
-#include <limits>
-#include <memory>
-
 #include <binder/ProcessState.h>
 
 #include <binder/BpBinder.h>

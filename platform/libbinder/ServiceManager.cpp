@@ -1,8 +1,5 @@
 #define LOG_TAG "ServiceManager"
 
-#include <limits>
-#include <memory>
-
 #include <binder/IServiceManager.h>
 
 #include <binder/BinderProbe.h>

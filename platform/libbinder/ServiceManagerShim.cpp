@@ -1,8 +1,5 @@
 #define LOG_TAG "ServiceManager"
 
-#include <limits>
-#include <memory>
-
 #include "ServiceManagerShim.h"
 
 #include <android/os/BnServiceCallback.h>

@@ -1,6 +1,3 @@
-#include <limits>
-#include <memory>
-
 #include <binder/Status.h>
 
 namespace android {

@@ -1,12 +1,11 @@
 // What can be asked of a binder.
 
-#include <limits>
-#include <memory>
-
 #include <android/binder_ibinder.h>
 #include <binder/IPCThreadState.h>
 #include <binder/Parcel.h>
 #include <log/log.h>
+
+#include <memory>
 
 #include "BinderClass.h"
 #include "NdkBinder.h"

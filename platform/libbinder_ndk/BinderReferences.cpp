@@ -1,8 +1,5 @@
 // Strong and weak references to binders, and their order.
 
-#include <limits>
-#include <memory>
-
 #include <android/binder_ibinder.h>
 #include <android/binder_libbinder.h>
 #include <android/binder_stability.h>

@@ -1,6 +1,3 @@
-#include <limits>
-#include <memory>
-
 #include <android/binder_manager.h>
 #include <android/os/IServiceManager.h>
 #include <binder/IServiceManager.h>

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <limits>
-#include <memory>
-
 #include <android/binder_parcel.h>
 #include <binder/Parcel.h>
+
+#include <memory>
 
 #include "NdkBinder.h"
 

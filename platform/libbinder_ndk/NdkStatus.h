@@ -1,8 +1,5 @@
 #pragma once
 
-#include <limits>
-#include <memory>
-
 #include <android/binder_status.h>
 #include <binder/Status.h>
 

@@ -1,6 +1,3 @@
-#include <limits>
-#include <memory>
-
 #include <android/binder_process.h>
 #include <binder/IPCThreadState.h>
 #include <binder/ProcessState.h>

@@ -1,13 +1,11 @@
 #pragma once
 
-#include <limits>
+#include <android/os/BnServiceManager.h>
+
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
-
-// The binder headers need the standard ones above.
-#include <android/os/BnServiceManager.h>
 
 namespace android {
 

@@ -1,9 +1,5 @@
 // servicemanager: the context manager, where services are known by their names.
 
-#include <limits>
-#include <memory>
-
-// The binder headers need the two above.
 #include <binder/BinderProbe.h>
 #include <binder/IPCThreadState.h>
 #include <binder/LocalCall.h>

@@ -1,9 +1,5 @@
 #include "sim/live/FrameworkProcess.h"
 
-#include <limits>
-#include <memory>
-
-// The binder headers need the two above.
 #include <binder/IServiceManager.h>
 #include <binder/ProcessState.h>
 #include <unistd.h>

@@ -1,9 +1,5 @@
 #include "sim/services/FramesService.h"
 
-#include <limits>
-#include <memory>
-
-// Needs the two above.
 #include <binder/Parcel.h>
 
 namespace sim {

@@ -1,9 +1,5 @@
 #pragma once
 
-#include <limits>
-#include <memory>
-
-// Needs the two above.
 #include <binder/Binder.h>
 #include <utils/Mutex.h>
 

@@ -1,10 +1,8 @@
 #include "sim/services/QuorixService.h"
 
-#include <limits>
-#include <memory>
-
-// Needs the two above.
 #include <binder/Parcel.h>
+
+#include <memory>
 
 #include "sim/services/PublishedBinder.h"
 #include "sim/services/UsageMessage.h"

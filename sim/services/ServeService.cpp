@@ -1,13 +1,10 @@
 // A service's own process.
 
-#include <limits>
-#include <memory>
-
-// The binder headers need the two above.
 #include <binder/ProcessState.h>
 #include <unistd.h>
 
 #include <iostream>
+#include <memory>
 #include <mutex>
 
 #include "sim/services/ActionLine.h"

@@ -1,9 +1,5 @@
 // phoneservice: one service of a simulated phone as a process, started by kelvosim.
 
-#include <limits>
-#include <memory>
-
-// The binder headers need the two above.
 #include <binder/BinderProbe.h>
 
 #include "CommandLine.h"

@@ -1,9 +1,5 @@
 #include "core/KelvoMain.h"
 
-#include <limits>
-#include <memory>
-
-// The binder header needs the two above.
 #include <binder/LocalServiceManager.h>
 #include <binder/Parcel.h>
 #include <gmock/gmock.h>

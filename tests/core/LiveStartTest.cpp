@@ -1,9 +1,5 @@
 // The start-up with the daemon's own threads.
 
-#include <limits>
-#include <memory>
-
-// The binder header needs the two above.
 #include <binder/LocalServiceManager.h>
 #include <gmock/gmock.h>
 #include <pthread.h>

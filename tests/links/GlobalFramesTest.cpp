@@ -1,8 +1,5 @@
 #include "links/GlobalFrames.h"
 
-#include <limits>
-#include <memory>
-
 #include <binder/Binder.h>
 #include <binder/LocalServiceManager.h>
 #include <binder/Parcel.h>

@@ -1,6 +1,3 @@
-#include <limits>
-#include <memory>
-
 #include <binder/IPCThreadState.h>
 #include <binder/LocalCall.h>
 #include <binder/Parcel.h>

@@ -1,6 +1,3 @@
-#include <limits>
-#include <memory>
-
 #include <binder/Binder.h>
 #include <binder/Parcel.h>
 #include <binder/Status.h>

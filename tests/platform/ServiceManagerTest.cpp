@@ -1,6 +1,3 @@
-#include <limits>
-#include <memory>
-
 #include <binder/BinderService.h>
 #include <binder/LocalServiceManager.h>
 #include <binder/Status.h>

@@ -1,9 +1,5 @@
 // The engine with its own thread and callers on several others; the thread sanitizer watches.
 
-#include <limits>
-#include <memory>
-
-// The binder header needs the two above.
 #include <binder/LocalServiceManager.h>
 #include <gtest/gtest.h>
 #include <poll.h>

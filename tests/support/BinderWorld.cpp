@@ -1,8 +1,5 @@
 #include "support/BinderWorld.h"
 
-#include <limits>
-#include <memory>
-
 #include <binder/IBinder.h>
 #include <binder/ProcessState.h>
 #include <gtest/gtest.h>
@@ -14,6 +11,7 @@
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <sstream>
 #include <stdexcept>
 

@@ -1,12 +1,9 @@
 #pragma once
 
-#include <limits>
-#include <memory>
-#include <vector>
-
-// The binder headers need the standard ones above.
 #include <binder/Parcel.h>
 #include <json/value.h>
+
+#include <vector>
 
 #include "client/CallTypes.h"
 #include "service/ServiceCodes.h"

@@ -1,13 +1,10 @@
 #pragma once
 
-#include <limits>
-#include <memory>
-
-// The binder headers need the two above.
 #include <binder/IBinder.h>
 
 #include <chrono>
 #include <condition_variable>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <thread>

@@ -1,12 +1,11 @@
-#include <limits>
-#include <memory>
-
 #include <android/binder_libbinder.h>
 #include <android/binder_manager.h>
 #include <binder/Binder.h>
 #include <binder/LocalServiceManager.h>
 #include <binder/Parcel.h>
 #include <gtest/gtest.h>
+
+#include <memory>
 
 #include "Echo.h"
 

@@ -1,9 +1,6 @@
 // Processes that call each other at random from many threads while others are killed and started
 // anew. KELVO_STRESS_CALLS (of each thread) and KELVO_STRESS_SEED change a run.
 
-#include <limits>
-#include <memory>
-
 #include <binder/Binder.h>
 #include <binder/IServiceManager.h>
 #include <binder/Parcel.h>
@@ -14,6 +11,7 @@
 #include <array>
 #include <atomic>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <random>
 #include <semaphore>

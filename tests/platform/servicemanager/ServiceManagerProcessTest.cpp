@@ -1,8 +1,5 @@
 // The service manager as a process.
 
-#include <limits>
-#include <memory>
-
 #include <binder/Binder.h>
 #include <binder/IServiceManager.h>
 #include <binder/Status.h>

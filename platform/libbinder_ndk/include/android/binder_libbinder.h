@@ -1,8 +1,5 @@
 #pragma once
 
-#include <limits>
-#include <memory>
-
 #include <android/binder_ibinder.h>
 #include <binder/IBinder.h>
 

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <limits>
-#include <memory>
-
 #include <binder/Parcel.h>
 #include <hidl/DeathLinks.h>
 #include <hidl/HidlCodes.h>
