@@ -1,7 +1,7 @@
 #include <vendor/zenta/hardware/charger/1.0/ICharger.h>
 
-#include <hidl/HidlProxy.h>
-#include <hidl/HidlStub.h>
+#include <hidl_linux/HidlProxy.h>
+#include <hidl_linux/HidlStub.h>
 
 namespace vendor::zenta::hardware::charger::V1_0 {
 

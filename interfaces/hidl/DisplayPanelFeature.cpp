@@ -1,7 +1,7 @@
 #include <vendor/zenta/hardware/displaypanelfeature/1.0/IDisplayPanelFeature.h>
 
-#include <hidl/HidlProxy.h>
-#include <hidl/HidlStub.h>
+#include <hidl_linux/HidlProxy.h>
+#include <hidl_linux/HidlStub.h>
 
 namespace vendor::zenta::hardware::displaypanelfeature::V1_0 {
 

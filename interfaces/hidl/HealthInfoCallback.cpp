@@ -1,7 +1,7 @@
 #include <android/hardware/health/2.0/IHealthInfoCallback.h>
 
-#include <hidl/HidlProxy.h>
-#include <hidl/HidlStub.h>
+#include <hidl_linux/HidlProxy.h>
+#include <hidl_linux/HidlStub.h>
 
 #include "HealthFields.h"
 

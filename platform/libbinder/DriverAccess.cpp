@@ -1,7 +1,7 @@
 #include "DriverAccess.h"
 
-#include <binder/LocalProcess.h>
 #include <binder/ProcessState.h>
+#include <binder_linux/LocalProcess.h>
 #include <log/log.h>
 #include <utils/Mutex.h>
 

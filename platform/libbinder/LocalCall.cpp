@@ -1,4 +1,4 @@
-#include <binder/LocalCall.h>
+#include <binder_linux/LocalCall.h>
 
 #include <binder/IPCThreadState.h>
 

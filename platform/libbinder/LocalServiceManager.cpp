@@ -1,8 +1,8 @@
-#include <binder/LocalServiceManager.h>
+#include <binder_linux/LocalServiceManager.h>
 
-#include <binder/LocalProcess.h>
-#include <binder/ServiceName.h>
 #include <binder/Status.h>
+#include <binder_linux/LocalProcess.h>
+#include <binder_linux/ServiceName.h>
 
 #include <mutex>
 #include <utility>

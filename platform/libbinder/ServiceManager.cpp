@@ -2,8 +2,8 @@
 
 #include <binder/IServiceManager.h>
 
-#include <binder/BinderProbe.h>
 #include <binder/ProcessState.h>
+#include <binder_linux/BinderProbe.h>
 #include <log/log.h>
 #include <unistd.h>
 

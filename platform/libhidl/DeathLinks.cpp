@@ -1,4 +1,4 @@
-#include <hidl/DeathLinks.h>
+#include <hidl_linux/DeathLinks.h>
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include <hidl/HidlBinderSupport.h>
 
 #include <binder/IPCThreadState.h>
-#include <hidl/HidlStub.h>
+#include <hidl_linux/HidlStub.h>
 #include <pthread.h>
 #include <unistd.h>
 

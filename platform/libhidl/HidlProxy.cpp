@@ -1,4 +1,4 @@
-#include <hidl/HidlProxy.h>
+#include <hidl_linux/HidlProxy.h>
 
 #include <binder/Status.h>
 

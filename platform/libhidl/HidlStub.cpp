@@ -1,6 +1,6 @@
-#include <hidl/HidlStub.h>
+#include <hidl_linux/HidlStub.h>
 
-#include <hidl/HidlCodes.h>
+#include <hidl_linux/HidlCodes.h>
 #include <log/log.h>
 
 namespace android::hardware::details {

@@ -1,4 +1,4 @@
-#include <hidl/HidlWire.h>
+#include <hidl_linux/HidlWire.h>
 
 namespace android::hardware::details {
 

@@ -1,6 +1,6 @@
 #include <android/hidl/base/1.0/IBase.h>
 
-#include <hidl/HidlStub.h>
+#include <hidl_linux/HidlStub.h>
 #include <utils/misc.h>
 
 namespace android::hidl::base::V1_0 {

@@ -1,9 +1,9 @@
 #define LOG_TAG "ServiceManagement"
 
-#include <hidl/ServiceManagement.h>
+#include <hidl_linux/ServiceManagement.h>
 
 #include <binder/IServiceManager.h>
-#include <hidl/HidlProxy.h>
+#include <hidl_linux/HidlProxy.h>
 #include <log/log.h>
 #include <unistd.h>
 

@@ -3,7 +3,7 @@
 #include "ServiceManager.h"
 
 #include <binder/IPCThreadState.h>
-#include <binder/ServiceName.h>
+#include <binder_linux/ServiceName.h>
 #include <log/log.h>
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 // servicemanager: the context manager, where services are known by their names.
 
-#include <binder/BinderProbe.h>
 #include <binder/IPCThreadState.h>
-#include <binder/LocalCall.h>
 #include <binder/ProcessState.h>
+#include <binder_linux/BinderProbe.h>
+#include <binder_linux/LocalCall.h>
 #include <unistd.h>
 
 #include <iostream>

@@ -2,8 +2,8 @@
 
 #include <android-base/unique_fd.h>
 #include <binder/IServiceManager.h>
-#include <binder/LocalCall.h>
 #include <binder/Parcel.h>
+#include <binder_linux/LocalCall.h>
 #include <sys/mman.h>
 #include <unistd.h>
 

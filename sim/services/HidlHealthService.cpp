@@ -2,7 +2,7 @@
 
 #include <android/hardware/health/2.0/IHealth.h>
 #include <hidl/HidlTransportSupport.h>
-#include <hidl/ServiceManagement.h>
+#include <hidl_linux/ServiceManagement.h>
 
 #include "sim/services/PublishedBinder.h"
 

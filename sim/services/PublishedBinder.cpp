@@ -1,7 +1,7 @@
 #include "sim/services/PublishedBinder.h"
 
-#include <binder/LocalServiceManager.h>
-#include <hidl/ServiceManagement.h>
+#include <binder_linux/LocalServiceManager.h>
+#include <hidl_linux/ServiceManagement.h>
 
 #include <stdexcept>
 

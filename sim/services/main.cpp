@@ -1,6 +1,6 @@
 // phoneservice: one service of a simulated phone as a process, started by kelvosim.
 
-#include <binder/BinderProbe.h>
+#include <binder_linux/BinderProbe.h>
 
 #include "CommandLine.h"
 #include "sim/services/ServiceProcess.h"

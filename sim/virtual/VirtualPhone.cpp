@@ -1,6 +1,6 @@
 #include "sim/virtual/VirtualPhone.h"
 
-#include <binder/LocalServiceManager.h>
+#include <binder_linux/LocalServiceManager.h>
 #include <poll.h>
 #include <stdlib.h>
 #include <time.h>

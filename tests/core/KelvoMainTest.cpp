@@ -1,7 +1,7 @@
 #include "core/KelvoMain.h"
 
-#include <binder/LocalServiceManager.h>
 #include <binder/Parcel.h>
+#include <binder_linux/LocalServiceManager.h>
 #include <gmock/gmock.h>
 #include <unistd.h>
 

@@ -1,6 +1,6 @@
 // The start-up with the daemon's own threads.
 
-#include <binder/LocalServiceManager.h>
+#include <binder_linux/LocalServiceManager.h>
 #include <gmock/gmock.h>
 #include <pthread.h>
 #include <stdlib.h>

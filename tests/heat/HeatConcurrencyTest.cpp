@@ -2,7 +2,7 @@
 
 #include <aidl/vendor/zenta/hardware/performance/BnPerformance.h>
 #include <android/binder_manager.h>
-#include <binder/LocalServiceManager.h>
+#include <binder_linux/LocalServiceManager.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
 

@@ -1,8 +1,8 @@
 #include "links/GlobalFrames.h"
 
 #include <binder/Binder.h>
-#include <binder/LocalServiceManager.h>
 #include <binder/Parcel.h>
+#include <binder_linux/LocalServiceManager.h>
 #include <gtest/gtest.h>
 
 #include "support/LogCapture.h"

@@ -1,6 +1,6 @@
 #include <binder/IPCThreadState.h>
-#include <binder/LocalCall.h>
 #include <binder/Parcel.h>
+#include <binder_linux/LocalCall.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 

@@ -1,6 +1,6 @@
 #include <binder/BinderService.h>
-#include <binder/LocalServiceManager.h>
 #include <binder/Status.h>
+#include <binder_linux/LocalServiceManager.h>
 #include <gtest/gtest.h>
 
 #include <thread>

@@ -1,6 +1,6 @@
 // The engine with its own thread and callers on several others; the thread sanitizer watches.
 
-#include <binder/LocalServiceManager.h>
+#include <binder_linux/LocalServiceManager.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <stdlib.h>

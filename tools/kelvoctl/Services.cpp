@@ -1,6 +1,6 @@
 #include "Services.h"
 
-#include <binder/BinderProbe.h>
+#include <binder_linux/BinderProbe.h>
 #include <string.h>
 
 #include "Output.h"

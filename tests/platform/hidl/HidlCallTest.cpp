@@ -1,6 +1,6 @@
 #include <android/hardware/health/2.0/IHealth.h>
-#include <binder/LocalServiceManager.h>
 #include <binder/Parcel.h>
+#include <binder_linux/LocalServiceManager.h>
 #include <gtest/gtest.h>
 #include <vendor/zenta/hardware/displaypanelfeature/1.0/IDisplayPanelFeature.h>
 

@@ -1,4 +1,4 @@
-#include <binder/LocalServiceManager.h>
+#include <binder_linux/LocalServiceManager.h>
 #include <gtest/gtest.h>
 #include <healthhalutils/HealthHalUtils.h>
 #include <hidl/HidlTransportSupport.h>

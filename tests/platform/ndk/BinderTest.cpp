@@ -1,8 +1,8 @@
 #include <android/binder_libbinder.h>
 #include <android/binder_manager.h>
 #include <binder/Binder.h>
-#include <binder/LocalServiceManager.h>
 #include <binder/Parcel.h>
+#include <binder_linux/LocalServiceManager.h>
 #include <gtest/gtest.h>
 
 #include <memory>

@@ -3,7 +3,7 @@
 #include "ServiceManager.h"
 
 #include <android/os/BnServiceCallback.h>
-#include <binder/LocalCall.h>
+#include <binder_linux/LocalCall.h>
 #include <gmock/gmock.h>
 #include <stdlib.h>
 

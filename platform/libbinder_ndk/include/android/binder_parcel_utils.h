@@ -2,7 +2,7 @@
 
 #include <android/binder_auto_utils.h>
 #include <android/binder_parcel.h>
-#include <android/binder_parcel_values.h>
+#include <binder_ndk_linux/binder_parcel_values.h>
 
 #include <cstddef>
 #include <cstdint>

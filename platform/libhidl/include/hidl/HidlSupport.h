@@ -1,7 +1,7 @@
 #pragma once
 
-#include <hidl/HidlString.h>
-#include <hidl/HidlVec.h>
+#include <hidl_linux/HidlString.h>
+#include <hidl_linux/HidlVec.h>
 #include <utils/RefBase.h>
 #include <utils/StrongPointer.h>
 

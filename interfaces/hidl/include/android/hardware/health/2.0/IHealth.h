@@ -2,7 +2,7 @@
 
 #include <android/hardware/health/2.0/IHealthInfoCallback.h>
 #include <android/hardware/health/2.0/types.h>
-#include <hidl/HidlInterface.h>
+#include <hidl_linux/HidlInterface.h>
 
 #include <functional>
 

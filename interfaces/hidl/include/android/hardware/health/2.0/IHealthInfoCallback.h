@@ -1,7 +1,7 @@
 #pragma once
 
 #include <android/hardware/health/2.0/types.h>
-#include <hidl/HidlInterface.h>
+#include <hidl_linux/HidlInterface.h>
 
 namespace android::hardware::health::V2_0 {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <hidl/HidlInterface.h>
+#include <hidl_linux/HidlInterface.h>
 
 #include <cstdint>
 #include <functional>

@@ -2,7 +2,7 @@
 
 #include <android/hidl/base/1.0/IBase.h>
 #include <hidl/HidlBinderSupport.h>
-#include <hidl/ServiceManagement.h>
+#include <hidl_linux/ServiceManagement.h>
 
 #include <string>
 

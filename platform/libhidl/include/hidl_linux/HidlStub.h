@@ -2,7 +2,7 @@
 
 #include <binder/Binder.h>
 #include <binder/Parcel.h>
-#include <hidl/HidlWire.h>
+#include <hidl_linux/HidlWire.h>
 
 #include <functional>
 #include <tuple>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <binder/Parcel.h>
-#include <hidl/DeathLinks.h>
-#include <hidl/HidlCodes.h>
-#include <hidl/HidlWire.h>
+#include <hidl_linux/DeathLinks.h>
+#include <hidl_linux/HidlCodes.h>
+#include <hidl_linux/HidlWire.h>
 
 #include <functional>
 #include <tuple>
