@@ -17,7 +17,9 @@
 #include <vector>
 
 #include "Hub.h"
+#include "HubInvariants.h"
 #include "HubSocket.h"
+#include "HubState.h"
 #include "Limits.h"
 
 using android::base::unique_fd;
@@ -79,11 +81,11 @@ class Fuzz {
         }
         mPeers = {};
         settle();
-        if (mHub.state().find(
+        if (stateOf(mHub).find(
                     "\"totals\":{\"processes\":0,\"threads\":0,\"nodes\":0,\"handles\":0,"
                     "\"death_notices\":0,\"transactions\":0,\"buffers\":0,\"bytes\":0}") ==
             std::string::npos) {
-            fail("the hub still holds something: " + mHub.state());
+            fail("the hub still holds something: " + stateOf(mHub));
         }
     }
 
@@ -244,7 +246,7 @@ class Fuzz {
     void settle() {
         mHub.step(0);
         mHub.step(0);
-        const std::string problem = mHub.checkInvariants();
+        const std::string problem = checkInvariants(mHub);
         if (!problem.empty()) {
             fail(problem);
         }

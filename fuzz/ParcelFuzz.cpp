@@ -67,8 +67,6 @@ void readTexts(Parcel& parcel) {
     parcel.setDataPosition(position);
     readValue<String16, &Parcel::readString16>(parcel);
     parcel.setDataPosition(position);
-    readValue<std::unique_ptr<String16>, &Parcel::readString16>(parcel);
-    parcel.setDataPosition(position);
     readValue<std::string, &Parcel::readUtf8FromUtf16>(parcel);
     parcel.setDataPosition(position);
     readValue<std::unique_ptr<std::string>, &Parcel::readUtf8FromUtf16>(parcel);
@@ -98,7 +96,6 @@ void copyPart(Parcel& parcel) {
     copy.setDataPosition(0);
     copy.readStrongBinder();
     copy.hasFileDescriptors();
-    copy.compareData(parcel);
 }
 
 void writeObjects(Parcel& parcel) {
@@ -124,14 +121,10 @@ const Operation kOperations[] = {
         readVector<uint8_t, &Parcel::readByteVector>,
         readVector<int32_t, &Parcel::readInt32Vector>,
         readVector<int64_t, &Parcel::readInt64Vector>,
-        readVector<double, &Parcel::readDoubleVector>,
-        readVector<float, &Parcel::readFloatVector>,
         readVector<bool, &Parcel::readBoolVector>,
-        readVector<char16_t, &Parcel::readCharVector>,
         readVector<String16, &Parcel::readString16Vector>,
         readVector<std::string, &Parcel::readUtf8VectorFromUtf16Vector>,
         readVector<sp<IBinder>, &Parcel::readStrongBinderVector>,
-        readVector<base::unique_fd, &Parcel::readUniqueFileDescriptorVector>,
         readTexts,
         readInplace,
         readObject,

@@ -1,97 +1,52 @@
 #include "Commands.h"
 
-#include <cstring>
-
 namespace binderhub {
 
-namespace {
-
-template <typename T>
-T parameterAs(const uint8_t* parameter) {
-    T value;
-    memcpy(&value, parameter, sizeof(value));
-    return value;
-}
-
-bool isKnown(uint32_t command) {
-    switch (command) {
-        case BC_TRANSACTION:
-        case BC_REPLY:
-        case BC_FREE_BUFFER:
-        case BC_INCREFS:
-        case BC_ACQUIRE:
-        case BC_RELEASE:
-        case BC_DECREFS:
-        case BC_INCREFS_DONE:
-        case BC_ACQUIRE_DONE:
-        case BC_REGISTER_LOOPER:
-        case BC_ENTER_LOOPER:
-        case BC_EXIT_LOOPER:
-        case BC_REQUEST_DEATH_NOTIFICATION:
-        case BC_CLEAR_DEATH_NOTIFICATION:
-        case BC_DEAD_BINDER_DONE:
-            return true;
-        default:
-            return false;
-    }
-}
-
-}  // namespace
-
 bool Commands::run(Thread& thread, InMessage& message) {
-    std::span<const uint8_t> left = message.commands;
-    while (!left.empty()) {
-        uint32_t command = 0;
-        if (left.size() < sizeof(command)) {
+    CommandReader commands(message.commands, isCommand);
+    Command command;
+    while (!commands.atEnd()) {
+        if (!commands.next(&command)) {
             return false;
         }
-        memcpy(&command, left.data(), sizeof(command));
-        left = left.subspan(sizeof(command));
-        const size_t size = _IOC_SIZE(command);
-        if (!isKnown(command) || size > left.size()) {
-            return false;
-        }
-        if (!runOne(command, left.data(), thread, message)) {
+        if (!runOne(command, thread, message)) {
             ++thread.process.mistakes;
         }
         if (thread.process.broken) {
             return false;
         }
-        left = left.subspan(size);
     }
     return true;
 }
 
 /** Returns whether it had an effect. */
-bool Commands::runOne(uint32_t command, const uint8_t* parameter, Thread& thread,
-                      InMessage& message) {
-    switch (command) {
+bool Commands::runOne(const Command& command, Thread& thread, InMessage& message) {
+    switch (command.code) {
         case BC_TRANSACTION:
         case BC_REPLY:
         case BC_FREE_BUFFER:
-            return runTransfer(command, parameter, thread, message);
+            return runTransfer(command, thread, message);
         case BC_REQUEST_DEATH_NOTIFICATION:
-            return mDeaths.request(thread.process, parameterAs<binder_handle_cookie>(parameter));
+            return mDeaths.request(thread.process, command.as<binder_handle_cookie>());
         case BC_CLEAR_DEATH_NOTIFICATION:
-            return mDeaths.clear(thread, parameterAs<binder_handle_cookie>(parameter));
+            return mDeaths.clear(thread, command.as<binder_handle_cookie>());
         case BC_DEAD_BINDER_DONE:
-            return mDeaths.acknowledge(thread, parameterAs<binder_uintptr_t>(parameter));
+            return mDeaths.acknowledge(thread, command.as<binder_uintptr_t>());
         case BC_REGISTER_LOOPER:
         case BC_ENTER_LOOPER:
         case BC_EXIT_LOOPER:
-            return runLooper(command, thread);
+            return runLooper(command.code, thread);
         default:
-            return runCount(command, parameter, thread.process);
+            return runCount(command, thread.process);
     }
 }
 
-bool Commands::runTransfer(uint32_t command, const uint8_t* parameter, Thread& thread,
-                           InMessage& message) {
-    if (command == BC_FREE_BUFFER) {
-        return mTransactor.freeBuffer(thread.process, parameterAs<binder_uintptr_t>(parameter));
+bool Commands::runTransfer(const Command& command, Thread& thread, InMessage& message) {
+    if (command.code == BC_FREE_BUFFER) {
+        return mTransactor.freeBuffer(thread.process, command.as<binder_uintptr_t>());
     }
-    const auto data = parameterAs<binder_transaction_data>(parameter);
-    if (command == BC_TRANSACTION) {
+    const auto data = command.as<binder_transaction_data>();
+    if (command.code == BC_TRANSACTION) {
         mTransactor.call(thread, data, message);
     } else {
         mTransactor.reply(thread, data, message);
@@ -99,30 +54,28 @@ bool Commands::runTransfer(uint32_t command, const uint8_t* parameter, Thread& t
     return true;
 }
 
-bool Commands::runCount(uint32_t command, const uint8_t* parameter, Process& process) {
-    switch (command) {
+bool Commands::runCount(const Command& command, Process& process) {
+    switch (command.code) {
         case BC_INCREFS:
-            return mReferences.add(process, parameterAs<uint32_t>(parameter), Strength::kWeak);
+            return mReferences.add(process, command.as<uint32_t>(), Strength::kWeak);
         case BC_ACQUIRE:
-            return mReferences.add(process, parameterAs<uint32_t>(parameter), Strength::kStrong);
+            return mReferences.add(process, command.as<uint32_t>(), Strength::kStrong);
         case BC_RELEASE:
-            return mReferences.drop(process, parameterAs<uint32_t>(parameter), Strength::kStrong);
+            return mReferences.drop(process, command.as<uint32_t>(), Strength::kStrong);
         case BC_DECREFS:
-            return mReferences.drop(process, parameterAs<uint32_t>(parameter), Strength::kWeak);
+            return mReferences.drop(process, command.as<uint32_t>(), Strength::kWeak);
         case BC_INCREFS_DONE:
-            return mReferences.confirm(process, parameterAs<binder_ptr_cookie>(parameter),
-                                       Strength::kWeak);
+            return mReferences.confirm(process, command.as<binder_ptr_cookie>(), Strength::kWeak);
         default:
-            return mReferences.confirm(process, parameterAs<binder_ptr_cookie>(parameter),
-                                       Strength::kStrong);
+            return mReferences.confirm(process, command.as<binder_ptr_cookie>(), Strength::kStrong);
     }
 }
 
-bool Commands::runLooper(uint32_t command, Thread& thread) {
-    if (command == BC_REGISTER_LOOPER) {
+bool Commands::runLooper(uint32_t code, Thread& thread) {
+    if (code == BC_REGISTER_LOOPER) {
         return registerLooper(thread);
     }
-    if (command == BC_EXIT_LOOPER) {
+    if (code == BC_EXIT_LOOPER) {
         thread.looper |= Thread::kExited;
         return true;
     }

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <span>
 
+#include "CommandReader.h"
 #include "Deaths.h"
 #include "HubSocket.h"
 #include "References.h"
@@ -22,11 +21,10 @@ class Commands {
     bool run(Thread& thread, InMessage& message);
 
   private:
-    bool runOne(uint32_t command, const uint8_t* parameter, Thread& thread, InMessage& message);
-    bool runTransfer(uint32_t command, const uint8_t* parameter, Thread& thread,
-                     InMessage& message);
-    bool runCount(uint32_t command, const uint8_t* parameter, Process& process);
-    bool runLooper(uint32_t command, Thread& thread);
+    bool runOne(const Command& command, Thread& thread, InMessage& message);
+    bool runTransfer(const Command& command, Thread& thread, InMessage& message);
+    bool runCount(const Command& command, Process& process);
+    bool runLooper(uint32_t code, Thread& thread);
     static bool registerLooper(Thread& thread);
 
     References& mReferences;

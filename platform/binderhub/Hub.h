@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -46,11 +45,9 @@ class Hub {
      */
     bool step(int timeout);
 
-    /** What it holds, as JSON. */
-    std::string state() const;
-
-    /** What is wrong with its bookkeeping; empty when nothing is. */
-    std::string checkInvariants() const;
+    /** What it holds. */
+    const Driver& driver() const { return mDriver; }
+    const Processes& processes() const { return mProcesses; }
 
   private:
     bool watch(Connection& connection) const;

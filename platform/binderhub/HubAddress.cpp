@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 
 #include "HubSocket.h"
@@ -67,6 +68,11 @@ bool removeStale(const std::string& path) {
 }
 
 }  // namespace
+
+std::string defaultSocket() {
+    const char* const root = getenv("KELVO_ROOT");
+    return std::string(root == nullptr ? "" : root) + "/dev/binderhub";
+}
 
 unique_fd connectTo(const std::string& path) {
     Address address;

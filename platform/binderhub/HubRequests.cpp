@@ -10,6 +10,7 @@
 
 #include "Descriptors.h"
 #include "Hub.h"
+#include "HubState.h"
 #include "Limits.h"
 
 using android::base::unique_fd;
@@ -42,7 +43,7 @@ bool Hub::runRequest(Process& process) {
             if (process.uid != geteuid() && process.uid != 0) {
                 return answer(process, -EPERM);
             }
-            const std::string text = state();
+            const std::string text = stateOf(*this);
             return answer(process, 0, {reinterpret_cast<const uint8_t*>(text.data()), text.size()});
         }
         default:

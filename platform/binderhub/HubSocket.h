@@ -59,6 +59,9 @@ class Receiver {
     std::unique_ptr<uint8_t[]> mBytes;  // kMaxDatagram
 };
 
+/** Where a hub listens, and is looked for, unless it is told: dev/binderhub below KELVO_ROOT. */
+std::string defaultSocket();
+
 /** Connects to the hub's socket at this path: -1 and errno when it fails. Paths may be long. */
 android::base::unique_fd connectTo(const std::string& path);
 

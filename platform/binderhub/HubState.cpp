@@ -1,4 +1,4 @@
-// The state of the hub as JSON.
+#include "HubState.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -55,27 +55,27 @@ std::vector<const Process*> sorted(const Processes& processes) {
 
 }  // namespace
 
-std::string Hub::state() const {
+std::string stateOf(const Hub& hub) {
     std::string text = "{\"processes\":[";
     uint64_t threads = 0;
     uint64_t buffers = 0;
     uint64_t bytes = 0;
-    for (const Process* process : sorted(mProcesses)) {
+    for (const Process* process : sorted(hub.processes())) {
         text += (text.back() == '[' ? "" : ",") + describe(*process);
         threads += process->threads.size();
         buffers += process->buffers.count();
         bytes += process->buffers.bytes();
     }
-    const Node* const manager = mDriver.references.manager();
+    const Node* const manager = hub.driver().references.manager();
     text += "],\"context_manager\":";
     text += manager == nullptr ? "null" : std::to_string(manager->owner->pid);
     return text + ",\"totals\":" +
-           object({{"processes", mProcesses.size()},
+           object({{"processes", hub.processes().size()},
                    {"threads", threads},
-                   {"nodes", mDriver.references.nodes.live()},
-                   {"handles", mDriver.references.refs.live()},
-                   {"death_notices", mDriver.references.deaths.live()},
-                   {"transactions", mDriver.transactor.transactions.live()},
+                   {"nodes", hub.driver().references.nodes.live()},
+                   {"handles", hub.driver().references.refs.live()},
+                   {"death_notices", hub.driver().references.deaths.live()},
+                   {"transactions", hub.driver().transactor.transactions.live()},
                    {"buffers", buffers},
                    {"bytes", bytes}}) +
            "}";

@@ -6,7 +6,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 
@@ -46,11 +45,6 @@ std::pair<dev_t, ino_t> identity(const std::string& path) {
 }
 
 }  // namespace
-
-std::string defaultSocket() {
-    const char* const root = getenv("KELVO_ROOT");
-    return std::string(root == nullptr ? "" : root) + "/dev/binderhub";
-}
 
 std::string serve(const std::string& path) {
     std::error_code ignored;  // listening fails in turn

@@ -4,9 +4,6 @@
 
 namespace binderhub {
 
-/** Where a hub listens unless it is told: dev/binderhub below KELVO_ROOT. */
-std::string defaultSocket();
-
 /**
  * Listens at this path for every user and serves until SIGTERM or SIGINT, then removes the socket.
  * Returns what went wrong; empty when it ended as it should.

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "Descriptors.h"
+#include "ObjectPositions.h"
 
 using android::base::unique_fd;
 
@@ -10,42 +11,33 @@ namespace binderhub {
 
 namespace {
 
-constexpr size_t kObjectSize = sizeof(flat_binder_object);
-static_assert(sizeof(binder_fd_object) == kObjectSize);
-
 Strength strengthOf(uint32_t type) {
     return type == BINDER_TYPE_BINDER || type == BINDER_TYPE_HANDLE ? Strength::kStrong
                                                                     : Strength::kWeak;
 }
 
-/** The next object's offset, which must lie at or behind `firstFree`. */
-bool nextOffset(const Buffer& buffer, size_t index, size_t firstFree, size_t* offset) {
-    binder_size_t value = 0;
-    memcpy(&value, buffer.payload.data() + alignToObject(buffer.dataSize) + index * sizeof(value),
-           sizeof(value));
-    *offset = value;
-    return value >= firstFree && value % sizeof(uint32_t) == 0 && buffer.dataSize >= kObjectSize &&
-           value <= buffer.dataSize - kObjectSize;
+ObjectPositions positionsIn(const Buffer& buffer) {
+    const std::span<const uint8_t> payload = buffer.payload;
+    return {buffer.dataSize, payload.subspan(alignToObject(buffer.dataSize), buffer.offsetsSize)};
 }
 
 }  // namespace
 
 bool Translator::translate(Thread& sender, InMessage& message, bool acceptsDescriptors,
                            Buffer& buffer) {
-    const size_t count = buffer.offsetsSize / sizeof(binder_size_t);
-    size_t firstFree = 0;
-    for (size_t i = 0; i < count; ++i) {
-        size_t offset = 0;
-        if (!nextOffset(buffer, i, firstFree, &offset)) {
+    ObjectPositions positions = positionsIn(buffer);
+    while (!positions.atEnd()) {
+        size_t position = 0;
+        if (!positions.next(&position)) {
             return false;
         }
+        uint8_t* const place = buffer.payload.data() + position;
         flat_binder_object object;
-        memcpy(&object, buffer.payload.data() + offset, kObjectSize);
+        memcpy(&object, place, sizeof(object));
         if (!translateObject(sender, message, acceptsDescriptors, object, buffer)) {
             return false;
         }
-        memcpy(buffer.payload.data() + offset, &object, kObjectSize);
-        firstFree = offset + kObjectSize;
+        memcpy(place, &object, sizeof(object));
     }
     return true;
 }

@@ -4,6 +4,7 @@
 
 #include "CommandLine.h"
 #include "HubClient.h"
+#include "HubSocket.h"
 #include "Server.h"
 
 namespace {

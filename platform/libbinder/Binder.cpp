@@ -37,13 +37,6 @@ status_t IBinder::getExtension(sp<IBinder>* out) {
     return status != OK ? status : reply.readNullableStrongBinder(out);
 }
 
-status_t IBinder::getDebugPid(pid_t* outPid) {
-    Parcel data;
-    Parcel reply;
-    const status_t status = transact(DEBUG_PID_TRANSACTION, data, &reply);
-    return status != OK ? status : reply.readInt32(outPid);
-}
-
 IInterface::IInterface() = default;
 
 IInterface::~IInterface() = default;
@@ -59,9 +52,7 @@ sp<IBinder> IInterface::asBinder(const sp<IInterface>& interface) {
 /** What few binders need, made when it is first asked for. */
 class BBinder::Extras {
   public:
-    // Set before other threads see the binder.
-    bool mRequestingSid = false;
-    sp<IBinder> mExtension;
+    sp<IBinder> mExtension;  // set before other threads see the binder
 
     Mutex mLock;  // guards mObjects; the innermost lock, nothing is called while it is held
     BpBinder::ObjectManager mObjects GUARDED_BY(mLock);
@@ -142,17 +133,6 @@ void BBinder::detachObject(const void* objectID) {
     if (extras != nullptr) {
         AutoMutex lock(extras->mLock);
         extras->mObjects.detach(objectID);
-    }
-}
-
-bool BBinder::isRequestingSid() {
-    const Extras* extras = mExtras.load(std::memory_order_acquire);
-    return extras != nullptr && extras->mRequestingSid;
-}
-
-void BBinder::setRequestingSid(bool requestSid) {
-    if (requestSid || mExtras.load(std::memory_order_acquire) != nullptr) {
-        getOrCreateExtras()->mRequestingSid = requestSid;
     }
 }
 

@@ -56,10 +56,4 @@ std::unique_ptr<BinderDriver> openKernelDriver(const std::string& device, std::s
 /** A hub behind its socket; null, and why in `error`, when none answers there. */
 std::unique_ptr<BinderDriver> openHubDriver(const std::string& socket, std::string* error);
 
-/**
- * The one that KELVO_BINDER ("kernel" or "hub") names; without it the kernel's when /dev/binder
- * opens, else the hub's at dev/binderhub below KELVO_ROOT. Null, and why, when there is none.
- */
-std::unique_ptr<BinderDriver> openBinderDriver(std::string* error);
-
 }  // namespace android

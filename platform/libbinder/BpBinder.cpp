@@ -7,11 +7,12 @@
 
 #include <memory>
 
-#include "BpBinderCounts.h"
-
 namespace android {
 
 namespace {
+
+// In place of a uid: proxies are not counted by who gave them.
+constexpr int32_t kUncounted = -1;
 
 int32_t load(const volatile int32_t& flag) {
     return __atomic_load_n(&flag, __ATOMIC_RELAXED);
@@ -24,14 +25,7 @@ void store(volatile int32_t& flag, int32_t value) {
 }  // namespace
 
 BpBinder* BpBinder::create(int32_t handle) {
-    const int32_t uid = sCountByUidEnabled.load(std::memory_order_relaxed)
-                                ? static_cast<int32_t>(IPCThreadState::self()->getCallingUid())
-                                : kUncounted;
-    if (uid != kUncounted) {
-        AutoMutex lock(sTrackingLock);
-        ++sTrackingMap[uid];
-    }
-    return new BpBinder(handle, uid);
+    return new BpBinder(handle, kUncounted);
 }
 
 BpBinder::BpBinder(int32_t handle, int32_t trackedUid)
@@ -47,13 +41,6 @@ BpBinder::BpBinder(int32_t handle, int32_t trackedUid)
 }
 
 BpBinder::~BpBinder() {
-    if (mTrackedUid != kUncounted) {
-        AutoMutex lock(sTrackingLock);
-        const auto counted = sTrackingMap.find(mTrackedUid);
-        if (counted != sTrackingMap.end() && --counted->second == 0) {
-            sTrackingMap.erase(counted);
-        }
-    }
     IPCThreadState::expungeHandle(mHandle, this);
     IPCThreadState::self()->decWeakHandle(mHandle);
 }

@@ -10,14 +10,11 @@
 #include <cstring>
 #include <memory>
 
+#include "DriverChoice.h"
+
 namespace android {
 
 namespace {
-
-// Android's number for processes that do not say how many threads they want.
-constexpr uint32_t kDefaultMaxThreads = 15;
-
-constexpr char kUsualDevice[] = "/dev/binder";
 
 // Guards what decides about the driver, and the wanted threads. Taken after ProcessState's locks;
 // the driver's own are taken while it is held.
@@ -27,22 +24,18 @@ uint32_t sWantedThreads GUARDED_BY(sLock) = kDefaultMaxThreads;
 // Written with sLock held. Never destroyed: threads that outlive main still use it.
 std::atomic<BinderDriver*> sDriver = nullptr;
 std::atomic<bool> sDriverless = false;
-std::atomic<bool> sAbandoned = false;
 
-/** A driver that initWithDriver named is a device of the kernel's. */
-std::unique_ptr<BinderDriver> openNamedDriver(const std::string& name, std::string* error) {
-    return name == kUsualDevice ? openBinderDriver(error) : openKernelDriver(name, error);
-}
-
-BinderDriver* openDriver() {
+BinderDriver* openDriver(std::string* error) {
     const std::string name = ProcessState::self()->getDriverName().string();
     AutoMutex lock(sLock);
     if (openedDriver() != nullptr || isDriverless()) {
+        *error = "this process does without";
         return openedDriver();
     }
-    std::string error;
-    std::unique_ptr<BinderDriver> driver = openNamedDriver(name, &error);
-    LOG_ALWAYS_FATAL_IF(driver == nullptr, "no binder driver: %s", error.c_str());
+    std::unique_ptr<BinderDriver> driver = openBinderDriver(name, error);
+    if (driver == nullptr) {
+        return nullptr;
+    }
     const status_t status = driver->setMaxThreads(sWantedThreads);
     ALOGE_IF(status != OK, "%s does not take the number of threads: %s", driver->name().c_str(),
              strerror(-status));
@@ -56,9 +49,20 @@ BinderDriver* openedDriver() {
     return sDriver.load(std::memory_order_acquire);
 }
 
-BinderDriver* binderDriver() {
+BinderDriver* tryBinderDriver(std::string* error) {
     BinderDriver* driver = openedDriver();
-    return driver != nullptr || isDriverless() ? driver : openDriver();
+    return driver != nullptr ? driver : openDriver(error);
+}
+
+BinderDriver* binderDriver() {
+    if (isDriverless()) {
+        return nullptr;
+    }
+    std::string error;
+    BinderDriver* driver = tryBinderDriver(&error);
+    LOG_ALWAYS_FATAL_IF(driver == nullptr && !isDriverless(), "no binder driver: %s",
+                        error.c_str());
+    return driver;
 }
 
 bool isDriverless() {
@@ -79,13 +83,9 @@ status_t setDriverMaxThreads(uint32_t count) {
     return driver != nullptr ? driver->setMaxThreads(count) : OK;
 }
 
-void abandonDriver() {
-    sAbandoned.store(true, std::memory_order_release);
-}
-
 status_t exchangeWithDriver(binder_write_read* exchange, bool readsNext) {
     BinderDriver* driver = binderDriver();
-    if (driver == nullptr || sAbandoned.load(std::memory_order_acquire)) {
+    if (driver == nullptr) {
         return -EBADF;
     }
     // A call and what it makes another thread of this process do are ordered by the driver, which

@@ -1,44 +1,39 @@
-#include <cstdlib>
+#include "DriverChoice.h"
 
-#include "BinderDriver.h"
+#include <HubSocket.h>
+
+#include <cstdlib>
 
 namespace android {
 
 namespace {
 
-constexpr char kKernelDevice[] = "/dev/binder";
-constexpr char kHubSocket[] = "/dev/binderhub";  // below the device root
-
-std::string environment(const char* name) {
-    const char* value = getenv(name);
-    return value != nullptr ? value : "";
-}
-
-std::unique_ptr<BinderDriver> openHub(std::string* error) {
-    return openHubDriver(environment("KELVO_ROOT") + kHubSocket, error);
+std::unique_ptr<BinderDriver> openKernelOrHub(std::string* error) {
+    std::string kernelError;
+    std::unique_ptr<BinderDriver> driver = openKernelDriver(kUsualDriver, &kernelError);
+    if (driver == nullptr) {
+        driver = openHubDriver(binderhub::defaultSocket(), error);
+        *error = kernelError + "; " + *error;
+    }
+    return driver;
 }
 
 }  // namespace
 
-std::unique_ptr<BinderDriver> openBinderDriver(std::string* error) {
-    const std::string choice = environment("KELVO_BINDER");
-    if (choice == "kernel") {
-        return openKernelDriver(kKernelDevice, error);
+std::unique_ptr<BinderDriver> openBinderDriver(const std::string& name, std::string* error) {
+    const char* const variable = getenv("KELVO_BINDER");
+    const std::string choice = variable != nullptr ? variable : "";
+    if (name != kUsualDriver || choice == "kernel") {
+        return openKernelDriver(name, error);
     }
     if (choice == "hub") {
-        return openHub(error);
+        return openHubDriver(binderhub::defaultSocket(), error);
     }
     if (!choice.empty()) {
         *error = "KELVO_BINDER is \"" + choice + "\", not \"kernel\" or \"hub\"";
         return nullptr;
     }
-    std::string kernelError;
-    std::unique_ptr<BinderDriver> driver = openKernelDriver(kKernelDevice, &kernelError);
-    if (driver == nullptr) {
-        driver = openHub(error);
-        *error = kernelError + "; " + *error;
-    }
-    return driver;
+    return openKernelOrHub(error);
 }
 
 }  // namespace android

@@ -4,7 +4,9 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "CommandReader.h"
 #include "HubDriverBuffer.h"
+#include "ObjectPositions.h"
 
 namespace android {
 
@@ -66,17 +68,14 @@ status_t Delivery::deliver(binder_transaction_data* call) {
     return OK;
 }
 
-/** Objects lie in the data, in order and apart; the hub sees to that for what senders wrote. */
+/** The hub sees to it that objects are where they may be. */
 status_t Delivery::fixDescriptors(uint8_t* data, size_t size, std::span<const uint8_t> offsets) {
-    size_t end = 0;
-    for (size_t at = 0; at < offsets.size(); at += sizeof(binder_size_t)) {
-        binder_size_t position = 0;
-        memcpy(&position, offsets.data() + at, sizeof(position));
-        if (position < end || size < sizeof(flat_binder_object) ||
-            position > size - sizeof(flat_binder_object) || !fixDescriptor(data + position)) {
+    binderhub::ObjectPositions positions(size, offsets);
+    while (!positions.atEnd()) {
+        size_t position = 0;
+        if (!positions.next(&position) || !fixDescriptor(data + position)) {
             return -EPROTO;
         }
-        end = position + sizeof(flat_binder_object);
     }
     return OK;
 }
@@ -107,76 +106,66 @@ void Delivery::giveDescriptors() {
     }
 }
 
-/** Walks over returns that lie in the read buffer and makes them those of this process. */
+/** Puts the hub's returns into the read buffer and makes them those of this process. */
 class Returns {
   public:
-    Returns(InMessage* message, uint8_t* bytes)
-          : mMessage(message), mBytes(bytes), mSize(message->commands.size()) {}
+    Returns(InMessage* message, uint8_t* out) : mMessage(message), mOut(out) {}
 
-    status_t fix(bool* unread);
+    status_t take(bool* unread);
     size_t size() const { return mSize; }
 
   private:
-    status_t fixNext(size_t* position, bool* unread);
-    status_t fixCall(size_t position);
-    void failReply(size_t position);
+    status_t takeNext(const binderhub::Command& next, bool* unread);
+    status_t takeCall(const binderhub::Command& call);
+    void put(const void* bytes, size_t size);
 
     InMessage* const mMessage;
-    uint8_t* const mBytes;
-    size_t mSize;
+    uint8_t* const mOut;
+    size_t mSize = 0;
     bool mHasCall = false;
 };
 
-status_t Returns::fix(bool* unread) {
+status_t Returns::take(bool* unread) {
     *unread = false;
+    binderhub::CommandReader reader(mMessage->commands, binderhub::isReturn);
+    binderhub::Command next;
     status_t status = OK;
-    for (size_t position = 0; status == OK && position < mSize;) {
-        status = fixNext(&position, unread);
+    while (status == OK && !reader.atEnd()) {
+        status = reader.next(&next) ? takeNext(next, unread) : -EPROTO;
     }
     return status;
 }
 
-status_t Returns::fixNext(size_t* position, bool* unread) {
-    uint32_t code = 0;
-    if (mSize - *position < sizeof(code)) {
-        return -EPROTO;
-    }
-    memcpy(&code, mBytes + *position, sizeof(code));
-    const size_t argument = *position + sizeof(code);
-    if (_IOC_TYPE(code) != 'r' || _IOC_SIZE(code) > mSize - argument) {
-        return -EPROTO;
-    }
-    status_t status = OK;
-    if (code == BR_REPLY && mMessage->descriptorsLost) {
-        failReply(*position);
+status_t Returns::takeNext(const binderhub::Command& next, bool* unread) {
+    if (next.code == BR_REPLY && mMessage->descriptorsLost) {
+        // As the kernel does for a reply whose descriptors have no room in the process.
+        const uint32_t failed = BR_FAILED_REPLY;
+        put(&failed, sizeof(failed));
         *unread = true;
-        code = BR_FAILED_REPLY;
-    } else if (code == BR_TRANSACTION || code == BR_REPLY) {
-        status = fixCall(argument);
+        return OK;
     }
-    *position = argument + _IOC_SIZE(code);
-    return status;
+    put(&next.code, sizeof(next.code));
+    if (next.code == BR_TRANSACTION || next.code == BR_REPLY) {
+        return takeCall(next);
+    }
+    put(next.argument.data(), next.argument.size());
+    return OK;
 }
 
-status_t Returns::fixCall(size_t position) {
+status_t Returns::takeCall(const binderhub::Command& call) {
     if (mHasCall) {
         return -EPROTO;
     }
     mHasCall = true;
-    binder_transaction_data call;
-    memcpy(&call, mBytes + position, sizeof(call));
-    const status_t status = Delivery(mMessage).deliver(&call);
-    memcpy(mBytes + position, &call, sizeof(call));
+    auto data = call.as<binder_transaction_data>();
+    const status_t status = Delivery(mMessage).deliver(&data);
+    put(&data, sizeof(data));
     return status;
 }
 
-/** As the kernel does for a reply whose descriptors have no room in the process. */
-void Returns::failReply(size_t position) {
-    const uint32_t code = BR_FAILED_REPLY;
-    const size_t end = position + sizeof(code) + sizeof(binder_transaction_data);
-    memcpy(mBytes + position, &code, sizeof(code));
-    memmove(mBytes + position + sizeof(code), mBytes + end, mSize - end);
-    mSize -= sizeof(binder_transaction_data);
+void Returns::put(const void* bytes, size_t size) {
+    memcpy(mOut + mSize, bytes, size);
+    mSize += size;
 }
 
 }  // namespace
@@ -189,9 +178,8 @@ status_t deliverReturns(InMessage* message, binder_write_read* exchange, bool* u
     // The driver's format holds pointers as numbers.
     auto* bytes = reinterpret_cast<uint8_t*>(  // NOLINT(performance-no-int-to-ptr)
             static_cast<uintptr_t>(exchange->read_buffer + exchange->read_consumed));
-    memcpy(bytes, message->commands.data(), message->commands.size());
     Returns returns(message, bytes);
-    const status_t status = returns.fix(unread);
+    const status_t status = returns.take(unread);
     if (status == OK) {
         exchange->read_consumed += returns.size();
     }

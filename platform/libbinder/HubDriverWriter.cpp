@@ -4,11 +4,14 @@
 #include <cstring>
 
 #include "HubDriverBuffer.h"
+#include "ObjectPositions.h"
 
 namespace android {
 
 namespace {
 
+using binderhub::Command;
+using binderhub::CommandReader;
 using binderhub::kBufferSpace;
 
 /** Commands of a message; so many that a usual payload still goes with them in one datagram. */
@@ -26,29 +29,6 @@ const uint8_t* pointer(binder_uintptr_t address) {
 
 bool isCall(uint32_t command) {
     return command == BC_TRANSACTION || command == BC_REPLY;
-}
-
-bool isCommand(uint32_t command) {
-    switch (command) {
-        case BC_TRANSACTION:
-        case BC_REPLY:
-        case BC_FREE_BUFFER:
-        case BC_INCREFS:
-        case BC_ACQUIRE:
-        case BC_RELEASE:
-        case BC_DECREFS:
-        case BC_INCREFS_DONE:
-        case BC_ACQUIRE_DONE:
-        case BC_REGISTER_LOOPER:
-        case BC_ENTER_LOOPER:
-        case BC_EXIT_LOOPER:
-        case BC_REQUEST_DEATH_NOTIFICATION:
-        case BC_CLEAR_DEATH_NOTIFICATION:
-        case BC_DEAD_BINDER_DONE:
-            return true;
-        default:
-            return false;
-    }
 }
 
 /** Whether any buffer could take it; the single sizes first, as their sum may overflow. */
@@ -70,36 +50,30 @@ void HubDriverWriter::start() {
 size_t HubDriverWriter::take(std::span<const uint8_t> commands, status_t* status) {
     start();
     *status = OK;
+    CommandReader reader(commands, binderhub::isCommand);
+    Command command;
     size_t taken = 0;
-    while (taken < commands.size() && mCommands.size() < kMaxCommands) {
-        const std::span<const uint8_t> rest = commands.subspan(taken);
-        uint32_t command = 0;
-        if (rest.size() < sizeof(command)) {
+    while (!reader.atEnd() && mCommands.size() < kMaxCommands) {
+        if (!reader.next(&command)) {
             *status = -EINVAL;
             break;
         }
-        memcpy(&command, rest.data(), sizeof(command));
-        const size_t size = sizeof(command) + _IOC_SIZE(command);
-        if (!isCommand(command) || rest.size() < size) {
-            *status = -EINVAL;
+        if (!takeCommand(command)) {
             break;
         }
-        if (!takeCommand(command, rest.data() + sizeof(command))) {
-            break;
-        }
-        taken += size;
+        taken += command.size();
     }
     return taken;
 }
 
-bool HubDriverWriter::takeCommand(uint32_t command, const uint8_t* argument) {
-    if (command == BC_FREE_BUFFER) {
-        takeFreeBuffer(argument);
-    } else if (!isCall(command)) {
-        append(&command, sizeof(command));
-        append(argument, _IOC_SIZE(command));
+bool HubDriverWriter::takeCommand(const Command& command) {
+    if (command.code == BC_FREE_BUFFER) {
+        takeFreeBuffer(command.as<binder_uintptr_t>());
+    } else if (!isCall(command.code)) {
+        append(&command.code, sizeof(command.code));
+        append(command.argument.data(), command.argument.size());
     } else if (mCallPosition == kNoCall) {
-        takeCall(command, argument);
+        takeCall(command);
     } else {
         return false;  // each call has a message of its own for its data
     }
@@ -111,9 +85,7 @@ void HubDriverWriter::append(const void* bytes, size_t size) {
     mCommands.insert(mCommands.end(), first, first + size);
 }
 
-void HubDriverWriter::takeFreeBuffer(const uint8_t* argument) {
-    binder_uintptr_t address = 0;
-    memcpy(&address, argument, sizeof(address));
+void HubDriverWriter::takeFreeBuffer(binder_uintptr_t address) {
     uint64_t bufferId = 0;
     if (freeHubBuffer(address, &bufferId)) {
         const uint32_t command = BC_FREE_BUFFER;
@@ -122,10 +94,9 @@ void HubDriverWriter::takeFreeBuffer(const uint8_t* argument) {
     }
 }
 
-void HubDriverWriter::takeCall(uint32_t command, const uint8_t* argument) {
-    binder_transaction_data call;
-    memcpy(&call, argument, sizeof(call));
-    append(&command, sizeof(command));
+void HubDriverWriter::takeCall(const Command& command) {
+    auto call = command.as<binder_transaction_data>();
+    append(&command.code, sizeof(command.code));
     mCallPosition = mCommands.size();
     append(&call, sizeof(call));
     if (!fitsBuffer(call)) {
@@ -150,16 +121,17 @@ void HubDriverWriter::copyData(binder_transaction_data* call) {
     mPayload.insert(mPayload.end(), offsets, offsets + call->offsets_size);
 }
 
-/** Whether all objects are within the data and their descriptors are not too many. */
+/** Whether all objects are where they may be and their descriptors are not too many. */
 bool HubDriverWriter::takeDescriptors(size_t dataSize, size_t offsetsStart) {
-    for (size_t at = offsetsStart; at < mPayload.size(); at += sizeof(binder_size_t)) {
-        binder_size_t position = 0;
-        memcpy(&position, mPayload.data() + at, sizeof(position));
-        binder_fd_object object;
-        if (dataSize < sizeof(object) || position > dataSize - sizeof(object)) {
+    const std::span<uint8_t> payload = mPayload;
+    binderhub::ObjectPositions positions(dataSize, payload.subspan(offsetsStart));
+    while (!positions.atEnd()) {
+        size_t position = 0;
+        if (!positions.next(&position)) {
             return false;
         }
-        memcpy(&object, mPayload.data() + position, sizeof(object));
+        binder_fd_object object;
+        memcpy(&object, payload.data() + position, sizeof(object));
         if (object.hdr.type != BINDER_TYPE_FD) {
             continue;
         }
@@ -168,7 +140,7 @@ bool HubDriverWriter::takeDescriptors(size_t dataSize, size_t offsetsStart) {
         }
         mDescriptors.push_back(static_cast<int>(object.fd));
         object.fd = static_cast<uint32_t>(mDescriptors.size() - 1);
-        memcpy(mPayload.data() + position, &object, sizeof(object));
+        memcpy(payload.data() + position, &object, sizeof(object));
     }
     return true;
 }

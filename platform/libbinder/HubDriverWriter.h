@@ -1,5 +1,6 @@
 #pragma once
 
+#include <CommandReader.h>
 #include <HubSocket.h>
 #include <utils/Errors.h>
 
@@ -44,9 +45,9 @@ class HubDriverWriter {
   private:
     void start();
     void append(const void* bytes, size_t size);
-    bool takeCommand(uint32_t command, const uint8_t* argument);
-    void takeFreeBuffer(const uint8_t* argument);
-    void takeCall(uint32_t command, const uint8_t* argument);
+    bool takeCommand(const binderhub::Command& command);
+    void takeFreeBuffer(binder_uintptr_t address);
+    void takeCall(const binderhub::Command& command);
     void copyData(binder_transaction_data* call);
     bool takeDescriptors(size_t dataSize, size_t offsetsStart);
 

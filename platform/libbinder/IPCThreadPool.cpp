@@ -59,17 +59,6 @@ status_t IPCThreadState::getAndExecuteCommand() {
     return result;
 }
 
-void IPCThreadState::blockUntilThreadAvailable() {
-    ProcessState& process = *mProcess;
-    pthread_mutex_lock(&process.mThreadCountLock);
-    while (process.mExecutingThreadsCount >= process.mMaxThreads) {
-        ALOGW("waiting for one of %zu binder threads, %zu are busy", process.mMaxThreads,
-              process.mExecutingThreadsCount);
-        pthread_cond_wait(&process.mThreadCountDecrement, &process.mThreadCountLock);
-    }
-    pthread_mutex_unlock(&process.mThreadCountLock);
-}
-
 /** Returns when the driver is gone. Without one no call ever arrives: the thread stays here. */
 void IPCThreadState::joinThreadPool(bool isMain) {
     while (binderDriver() == nullptr) {
@@ -124,19 +113,6 @@ void IPCThreadState::flushCommands() {
     if (mOut.dataSize() > 0) {
         talkWithDriver(false);
     }
-}
-
-/** There are no scheduling groups to put threads in: all calls run at the pool's priority. */
-void IPCThreadState::disableBackgroundScheduling(bool) {}
-
-bool IPCThreadState::backgroundSchedulingDisabled() {
-    return true;
-}
-
-/** Threads that are waiting in the driver do not notice before something comes for them. */
-void IPCThreadState::stopProcess(bool) {
-    flushCommands();
-    abandonDriver();
 }
 
 }  // namespace android

@@ -62,12 +62,6 @@ void IPCThreadState::threadDestructor(void* st) {
     pthread_setspecific(sKey, nullptr);
 }
 
-void IPCThreadState::shutdown() {
-    if (IPCThreadState* thread = selfOrNull(); thread != nullptr) {
-        threadDestructor(thread);
-    }
-}
-
 ThreadDriverState& threadDriverState() {
     static thread_local ThreadDriverState state;
     return state;
@@ -87,24 +81,12 @@ IPCThreadState* IPCThreadState::self() {
     return thread;
 }
 
-sp<ProcessState> IPCThreadState::process() {
-    return mProcess;
-}
-
-status_t IPCThreadState::clearLastError() {
-    return std::exchange(mLastError, OK);
-}
-
 const void* IPCThreadState::getServingStackPointer() const {
     return mServingStackPointer;
 }
 
 pid_t IPCThreadState::getCallingPid() const {
     return mCallingPid;
-}
-
-const char* IPCThreadState::getCallingSid() const {
-    return mCallingSid;
 }
 
 uid_t IPCThreadState::getCallingUid() const {
@@ -169,10 +151,6 @@ void IPCThreadState::clearPropagateWorkSource() {
 
 bool IPCThreadState::shouldPropagateWorkSource() const {
     return mPropagateWorkSource;
-}
-
-void IPCThreadState::setLastTransactionBinderFlags(int32_t flags) {
-    mLastTransactionBinderFlags = flags;
 }
 
 int32_t IPCThreadState::getLastTransactionBinderFlags() const {

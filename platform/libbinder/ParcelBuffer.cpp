@@ -197,12 +197,4 @@ status_t Parcel::setData(const uint8_t* buffer, size_t len) {
     return OK;
 }
 
-int Parcel::compareData(const Parcel& other) {
-    if (dataSize() != other.dataSize()) {
-        return dataSize() < other.dataSize() ? -1 : 1;
-    }
-    const size_t written = std::min(mDataSize, other.mDataSize);
-    return written == 0 ? 0 : memcmp(mData, other.mData, written);
-}
-
 }  // namespace android

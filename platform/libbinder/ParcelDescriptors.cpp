@@ -10,20 +10,6 @@
 
 namespace android {
 
-bool Parcel::allowFds() const {
-    return mAllowFds;
-}
-
-bool Parcel::pushAllowFds(bool allowFds) {
-    const bool before = mAllowFds;
-    mAllowFds = mAllowFds && allowFds;
-    return before;
-}
-
-void Parcel::restoreAllowFds(bool lastValue) {
-    mAllowFds = lastValue;
-}
-
 bool Parcel::hasFileDescriptors() const {
     if (!mFdsKnown) {
         scanForFds();

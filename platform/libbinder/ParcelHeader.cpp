@@ -62,28 +62,6 @@ void Parcel::updateWorkSourceRequestHeaderPosition() const {
     }
 }
 
-bool Parcel::replaceCallingWorkSourceUid(uid_t uid) {
-    if (!mRequestHeaderPresent) {
-        return false;
-    }
-    const size_t position = dataPosition();
-    setDataPosition(mWorkSourceRequestHeaderPosition);
-    const status_t status = writeInt32(static_cast<int32_t>(uid));
-    setDataPosition(position);
-    return status == OK;
-}
-
-uid_t Parcel::readCallingWorkSourceUid() const {
-    int32_t uid = IPCThreadState::kUnsetWorkSource;
-    if (mRequestHeaderPresent) {
-        const size_t position = dataPosition();
-        setDataPosition(mWorkSourceRequestHeaderPosition);
-        uid = readInt32();
-        setDataPosition(position);
-    }
-    return static_cast<uid_t>(uid);
-}
-
 status_t Parcel::writeNoException() {
     return binder::Status::ok().writeToParcel(this);
 }

@@ -54,7 +54,6 @@ void Parcel::ipcSetDataReference(const uint8_t* data, size_t dataSize, const bin
 /** Makes the objects of memory that was copied the parcel's own; it takes over the descriptors. */
 void Parcel::acquireObjects() {
     const size_t position = mDataPos;
-    const bool allowed = std::exchange(mAllowFds, true);
     const binder_size_t* const lent = std::exchange(mObjects, nullptr);
     const size_t count = std::exchange(mObjectsSize, 0);
     for (size_t i = 0; i < count; ++i) {
@@ -67,7 +66,6 @@ void Parcel::acquireObjects() {
             mError = status;
         }
     }
-    mAllowFds = allowed;
     mDataPos = position;
 }
 

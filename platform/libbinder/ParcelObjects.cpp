@@ -25,9 +25,6 @@ flat_binder_object flatBinder(BBinder* binder) {
     object.flags = kMinimumPriority;
     if (binder != nullptr) {
         object.flags |= FLAT_BINDER_FLAG_ACCEPTS_FDS;
-        if (binder->isRequestingSid()) {
-            object.flags |= FLAT_BINDER_FLAG_TXN_SECURITY_CTX;
-        }
         object.binder = reinterpret_cast<uintptr_t>(binder->getWeakRefs());
         object.cookie = reinterpret_cast<uintptr_t>(static_cast<IBinder*>(binder));
     }
@@ -75,9 +72,6 @@ status_t Parcel::validateReadData(size_t len) const {
 status_t Parcel::writeObject(const flat_binder_object& val, bool nullMetaData) {
     if (!isSupportedType(val.hdr.type)) {
         return BAD_TYPE;
-    }
-    if (val.hdr.type == BINDER_TYPE_FD && !mAllowFds) {
-        return FDS_NOT_ALLOWED;
     }
     if (const status_t status = growData(sizeof(val)); status != OK) {
         return status;
@@ -130,9 +124,6 @@ status_t Parcel::appendFrom(const Parcel* parcel, size_t offset, size_t len) {
     }
     if (offset > parcel->mDataSize || len > parcel->mDataSize - offset) {
         return BAD_VALUE;
-    }
-    if (!mAllowFds && parcel->hasFileDescriptors()) {
-        return FDS_NOT_ALLOWED;
     }
     if (const status_t status = growData(len); len == 0 || status != OK) {
         return status;

@@ -38,16 +38,6 @@ status_t Parcel::write(const void* data, size_t len) {
     return OK;
 }
 
-status_t Parcel::writeUnpadded(const void* data, size_t len) {
-    if (const status_t status = growData(len); status != OK) {
-        return status;
-    }
-    if (len > 0) {
-        memcpy(mData + mDataPos, data, len);
-    }
-    return finishWrite(len);
-}
-
 const void* Parcel::readInplace(size_t len) const {
     if (len > kMaxParcelBytes || mDataPos > mDataSize) {
         return nullptr;
@@ -165,14 +155,6 @@ int64_t Parcel::readInt64() const {
     return readAligned<int64_t>();
 }
 
-status_t Parcel::readUint64(uint64_t* pArg) const {
-    return readAligned(pArg);
-}
-
-uint64_t Parcel::readUint64() const {
-    return readAligned<uint64_t>();
-}
-
 status_t Parcel::readFloat(float* pArg) const {
     return readAligned(pArg);
 }
@@ -183,10 +165,6 @@ float Parcel::readFloat() const {
 
 status_t Parcel::readDouble(double* pArg) const {
     return readAligned(pArg);
-}
-
-double Parcel::readDouble() const {
-    return readAligned<double>();
 }
 
 status_t Parcel::readBool(bool* pArg) const {
@@ -207,19 +185,11 @@ status_t Parcel::readChar(char16_t* pArg) const {
     return status;
 }
 
-char16_t Parcel::readChar() const {
-    return static_cast<char16_t>(readInt32());
-}
-
 status_t Parcel::readByte(int8_t* pArg) const {
     int32_t word = 0;
     const status_t status = readInt32(&word);
     *pArg = static_cast<int8_t>(word);
     return status;
-}
-
-int8_t Parcel::readByte() const {
-    return static_cast<int8_t>(readInt32());
 }
 
 status_t Parcel::writeParcelable(const Parcelable& parcelable) {

@@ -6,13 +6,16 @@
 
 #include <cstring>
 #include <memory>
+#include <utility>
 
-#include "NullableValues.h"
 #include "ParcelLimits.h"
 
 namespace android {
 
 namespace {
+
+// Count that stands for a null string.
+constexpr int32_t kNullCount = -1;
 
 const uint8_t* bytesOf(const std::string& text) {
     return reinterpret_cast<const uint8_t*>(text.data());
@@ -71,10 +74,6 @@ status_t Parcel::writeString16(const String16& str) {
     return writeString16(str.string(), str.size());
 }
 
-status_t Parcel::writeString16(const std::unique_ptr<String16>& str) {
-    return str ? writeString16(*str) : writeInt32(kNullCount);
-}
-
 status_t Parcel::writeString16(const char16_t* str, size_t len) {
     if (str == nullptr) {
         return writeInt32(kNullCount);
@@ -126,10 +125,6 @@ String16 Parcel::readString16() const {
     return value;
 }
 
-status_t Parcel::readString16(std::unique_ptr<String16>* pArg) const {
-    return readNullable(*this, pArg, [&](String16* value) { return readString16(value); });
-}
-
 status_t Parcel::writeUtf8AsUtf16(const std::string& str) {
     const ssize_t length = utf8_to_utf16_length(bytesOf(str), str.size());
     if (length < 0 || static_cast<size_t>(length) > kMaxParcelBytes / sizeof(char16_t)) {
@@ -173,7 +168,19 @@ status_t Parcel::readUtf8FromUtf16(std::string* str) const {
 }
 
 status_t Parcel::readUtf8FromUtf16(std::unique_ptr<std::string>* str) const {
-    return readNullable(*this, str, [&](std::string* value) { return readUtf8FromUtf16(value); });
+    str->reset();
+    const size_t start = dataPosition();
+    int32_t count;
+    if (const status_t status = readInt32(&count); status != OK || count < 0) {
+        return status;
+    }
+    setDataPosition(start);
+    auto value = std::make_unique<std::string>();
+    const status_t status = readUtf8FromUtf16(value.get());
+    if (status == OK) {
+        *str = std::move(value);
+    }
+    return status;
 }
 
 }  // namespace android

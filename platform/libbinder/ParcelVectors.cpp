@@ -3,10 +3,9 @@
 #include <binder/Parcel.h>
 
 #include <cstring>
-#include <memory>
+#include <utility>
 
 #include "FlatObject.h"
-#include "NullableValues.h"
 #include "ParcelLimits.h"
 
 namespace android {
@@ -98,76 +97,8 @@ status_t Parcel::readInt32Vector(std::vector<int32_t>* val) const {
     return readFlat(*this, val);
 }
 
-status_t Parcel::writeInt32Vector(const std::unique_ptr<std::vector<int32_t>>& val) {
-    return val ? writeInt32Vector(*val) : writeInt32(kNullCount);
-}
-
-status_t Parcel::readInt32Vector(std::unique_ptr<std::vector<int32_t>>* val) const {
-    return readNullable(*this, val, [&](auto* values) { return readInt32Vector(values); });
-}
-
-status_t Parcel::writeInt64Vector(const std::vector<int64_t>& val) {
-    return writeFlat(this, val);
-}
-
 status_t Parcel::readInt64Vector(std::vector<int64_t>* val) const {
     return readFlat(*this, val);
-}
-
-status_t Parcel::writeInt64Vector(const std::unique_ptr<std::vector<int64_t>>& val) {
-    return val ? writeInt64Vector(*val) : writeInt32(kNullCount);
-}
-
-status_t Parcel::readInt64Vector(std::unique_ptr<std::vector<int64_t>>* val) const {
-    return readNullable(*this, val, [&](auto* values) { return readInt64Vector(values); });
-}
-
-status_t Parcel::writeUint64Vector(const std::vector<uint64_t>& val) {
-    return writeFlat(this, val);
-}
-
-status_t Parcel::readUint64Vector(std::vector<uint64_t>* val) const {
-    return readFlat(*this, val);
-}
-
-status_t Parcel::writeUint64Vector(const std::unique_ptr<std::vector<uint64_t>>& val) {
-    return val ? writeUint64Vector(*val) : writeInt32(kNullCount);
-}
-
-status_t Parcel::readUint64Vector(std::unique_ptr<std::vector<uint64_t>>* val) const {
-    return readNullable(*this, val, [&](auto* values) { return readUint64Vector(values); });
-}
-
-status_t Parcel::writeFloatVector(const std::vector<float>& val) {
-    return writeFlat(this, val);
-}
-
-status_t Parcel::readFloatVector(std::vector<float>* val) const {
-    return readFlat(*this, val);
-}
-
-status_t Parcel::writeFloatVector(const std::unique_ptr<std::vector<float>>& val) {
-    return val ? writeFloatVector(*val) : writeInt32(kNullCount);
-}
-
-status_t Parcel::readFloatVector(std::unique_ptr<std::vector<float>>* val) const {
-    return readNullable(*this, val, [&](auto* values) { return readFloatVector(values); });
-}
-
-status_t Parcel::writeDoubleVector(const std::vector<double>& val) {
-    return writeFlat(this, val);
-}
-
-status_t Parcel::readDoubleVector(std::vector<double>* val) const {
-    return readFlat(*this, val);
-}
-
-status_t Parcel::writeDoubleVector(const std::unique_ptr<std::vector<double>>& val) {
-    return val ? writeDoubleVector(*val) : writeInt32(kNullCount);
-}
-
-status_t Parcel::readDoubleVector(std::unique_ptr<std::vector<double>>* val) const {
-    return readNullable(*this, val, [&](auto* values) { return readDoubleVector(values); });
 }
 
 status_t Parcel::writeByteVector(const std::vector<int8_t>& val) {
@@ -178,28 +109,12 @@ status_t Parcel::readByteVector(std::vector<int8_t>* val) const {
     return readFlat(*this, val);
 }
 
-status_t Parcel::writeByteVector(const std::unique_ptr<std::vector<int8_t>>& val) {
-    return val ? writeByteVector(*val) : writeInt32(kNullCount);
-}
-
-status_t Parcel::readByteVector(std::unique_ptr<std::vector<int8_t>>* val) const {
-    return readNullable(*this, val, [&](auto* values) { return readByteVector(values); });
-}
-
 status_t Parcel::writeByteVector(const std::vector<uint8_t>& val) {
     return writeFlat(this, val);
 }
 
 status_t Parcel::readByteVector(std::vector<uint8_t>* val) const {
     return readFlat(*this, val);
-}
-
-status_t Parcel::writeByteVector(const std::unique_ptr<std::vector<uint8_t>>& val) {
-    return val ? writeByteVector(*val) : writeInt32(kNullCount);
-}
-
-status_t Parcel::readByteVector(std::unique_ptr<std::vector<uint8_t>>* val) const {
-    return readNullable(*this, val, [&](auto* values) { return readByteVector(values); });
 }
 
 status_t Parcel::writeBoolVector(const std::vector<bool>& val) {
@@ -210,40 +125,8 @@ status_t Parcel::readBoolVector(std::vector<bool>* val) const {
     return readEach(*this, sizeof(int32_t), val, [&](bool* value) { return readBool(value); });
 }
 
-status_t Parcel::writeBoolVector(const std::unique_ptr<std::vector<bool>>& val) {
-    return val ? writeBoolVector(*val) : writeInt32(kNullCount);
-}
-
-status_t Parcel::readBoolVector(std::unique_ptr<std::vector<bool>>* val) const {
-    return readNullable(*this, val, [&](auto* values) { return readBoolVector(values); });
-}
-
-status_t Parcel::writeCharVector(const std::vector<char16_t>& val) {
-    return writeEach(this, val, [&](char16_t value) { return writeChar(value); });
-}
-
-status_t Parcel::readCharVector(std::vector<char16_t>* val) const {
-    return readEach(*this, sizeof(int32_t), val, [&](char16_t* value) { return readChar(value); });
-}
-
-status_t Parcel::writeCharVector(const std::unique_ptr<std::vector<char16_t>>& val) {
-    return val ? writeCharVector(*val) : writeInt32(kNullCount);
-}
-
-status_t Parcel::readCharVector(std::unique_ptr<std::vector<char16_t>>* val) const {
-    return readNullable(*this, val, [&](auto* values) { return readCharVector(values); });
-}
-
 status_t Parcel::writeString16Vector(const std::vector<String16>& val) {
     return writeEach(this, val, [&](const auto& value) { return writeString16(value); });
-}
-
-status_t Parcel::writeString16Vector(
-        const std::unique_ptr<std::vector<std::unique_ptr<String16>>>& val) {
-    if (!val) {
-        return writeInt32(kNullCount);
-    }
-    return writeEach(this, *val, [&](const auto& value) { return writeString16(value); });
 }
 
 status_t Parcel::readString16Vector(std::vector<String16>* val) const {
@@ -251,24 +134,8 @@ status_t Parcel::readString16Vector(std::vector<String16>* val) const {
                     [&](auto* value) { return readString16(value); });
 }
 
-status_t Parcel::readString16Vector(
-        std::unique_ptr<std::vector<std::unique_ptr<String16>>>* val) const {
-    return readNullable(*this, val, [&](auto* values) {
-        return readEach(*this, kLeastStringBytes, values,
-                        [&](auto* value) { return readString16(value); });
-    });
-}
-
 status_t Parcel::writeUtf8VectorAsUtf16Vector(const std::vector<std::string>& val) {
     return writeEach(this, val, [&](const auto& value) { return writeUtf8AsUtf16(value); });
-}
-
-status_t Parcel::writeUtf8VectorAsUtf16Vector(
-        const std::unique_ptr<std::vector<std::unique_ptr<std::string>>>& val) {
-    if (!val) {
-        return writeInt32(kNullCount);
-    }
-    return writeEach(this, *val, [&](const auto& value) { return writeUtf8AsUtf16(value); });
 }
 
 status_t Parcel::readUtf8VectorFromUtf16Vector(std::vector<std::string>* val) const {
@@ -276,59 +143,9 @@ status_t Parcel::readUtf8VectorFromUtf16Vector(std::vector<std::string>* val) co
                     [&](auto* value) { return readUtf8FromUtf16(value); });
 }
 
-status_t Parcel::readUtf8VectorFromUtf16Vector(
-        std::unique_ptr<std::vector<std::unique_ptr<std::string>>>* val) const {
-    return readNullable(*this, val, [&](auto* values) {
-        return readEach(*this, kLeastStringBytes, values,
-                        [&](auto* value) { return readUtf8FromUtf16(value); });
-    });
-}
-
-status_t Parcel::writeStrongBinderVector(const std::vector<sp<IBinder>>& val) {
-    return writeEach(this, val, [&](const auto& value) { return writeStrongBinder(value); });
-}
-
-status_t Parcel::writeStrongBinderVector(const std::unique_ptr<std::vector<sp<IBinder>>>& val) {
-    return val ? writeStrongBinderVector(*val) : writeInt32(kNullCount);
-}
-
 status_t Parcel::readStrongBinderVector(std::vector<sp<IBinder>>* val) const {
     return readEach(*this, kLeastBinderBytes, val,
                     [&](sp<IBinder>* value) { return readStrongBinder(value); });
-}
-
-// Only a vector that may be null may also hold null binders.
-status_t Parcel::readStrongBinderVector(std::unique_ptr<std::vector<sp<IBinder>>>* val) const {
-    return readNullable(*this, val, [&](auto* values) {
-        return readEach(*this, kLeastBinderBytes, values,
-                        [&](sp<IBinder>* value) { return readNullableStrongBinder(value); });
-    });
-}
-
-status_t Parcel::writeInt32Array(size_t len, const int32_t* val) {
-    if (val == nullptr) {
-        return writeInt32(kNullCount);
-    }
-    if (len > kMaxParcelBytes / sizeof(*val)) {
-        return BAD_VALUE;
-    }
-    const status_t status = writeInt32(static_cast<int32_t>(len));
-    return status != OK ? status : write(val, len * sizeof(*val));
-}
-
-status_t Parcel::writeByteArray(size_t len, const uint8_t* val) {
-    if (val == nullptr) {
-        return writeInt32(kNullCount);
-    }
-    if (len > kMaxParcelBytes) {
-        return BAD_VALUE;
-    }
-    const status_t status = writeInt32(static_cast<int32_t>(len));
-    return status != OK ? status : write(val, len);
-}
-
-status_t Parcel::writeByteVectorInternal(const int8_t* data, size_t size) {
-    return writeByteArray(size, reinterpret_cast<const uint8_t*>(data));
 }
 
 }  // namespace android

@@ -12,15 +12,11 @@
 #include <mutex>
 
 #include "DriverAccess.h"
+#include "DriverChoice.h"
 
 namespace android {
 
 namespace {
-
-// Android's number for processes that do not say how many they want.
-constexpr size_t kDefaultMaxThreads = 15;
-
-constexpr char kUsualDevice[] = "/dev/binder";
 
 std::once_flag sMade;
 // Set within sMade. Never destroyed: threads that outlive main still use it.
@@ -62,11 +58,7 @@ ProcessState::~ProcessState() = default;
 
 sp<ProcessState> ProcessState::self() {
     ProcessState* made = sProcess.load(std::memory_order_acquire);
-    return made != nullptr ? sp<ProcessState>(made) : initWithDriver(kUsualDevice);
-}
-
-sp<ProcessState> ProcessState::selfOrNull() {
-    return sProcess.load(std::memory_order_acquire);
+    return made != nullptr ? sp<ProcessState>(made) : initWithDriver(kUsualDriver);
 }
 
 /** The driver itself is opened when it is first needed: local binders need none. */
@@ -166,11 +158,6 @@ void ProcessState::setCallRestriction(CallRestriction restriction) {
     LOG_ALWAYS_FATAL_IF(IPCThreadState::selfOrNull() != nullptr,
                         "call restrictions must be set before threads use binder");
     mCallRestriction = restriction;
-}
-
-/** The driver interface does not tell what it knows of references. */
-ssize_t ProcessState::getKernelReferences(size_t, uintptr_t*) {
-    return -1;
 }
 
 ssize_t ProcessState::getStrongRefCountForNodeByHandle(int32_t) {

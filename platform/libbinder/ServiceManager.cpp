@@ -9,7 +9,6 @@
 
 #include <mutex>
 
-#include "BinderDriver.h"
 #include "DriverAccess.h"
 #include "ServiceManagerShim.h"
 
@@ -68,7 +67,7 @@ void setDefaultServiceManager(const sp<IServiceManager>& sm) {
 
 bool isBinderDriverReachable(std::string* why) {
     std::string problem;
-    if (openedDriver() != nullptr || openBinderDriver(&problem) != nullptr) {
+    if (tryBinderDriver(&problem) != nullptr) {
         return true;
     }
     *why = "no binder driver: " + problem;

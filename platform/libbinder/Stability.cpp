@@ -27,14 +27,6 @@ void Stability::markVintf(IBinder* binder) {
     LOG_ALWAYS_FATAL_IF(set(binder, VINTF, true) != OK, "binder is marked already");
 }
 
-void Stability::markVndk(IBinder* binder) {
-    LOG_ALWAYS_FATAL_IF(set(binder, VENDOR, true) != OK, "binder is marked already");
-}
-
-void Stability::debugLogStability(const std::string& tag, const sp<IBinder>& binder) {
-    ALOGE("%s: stability is %s", tag.c_str(), stabilityString(get(binder.get())).c_str());
-}
-
 bool Stability::requiresVintfDeclaration(const sp<IBinder>& binder) {
     return check(get(binder.get()), VINTF);
 }

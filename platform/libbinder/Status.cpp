@@ -101,11 +101,6 @@ void Status::setException(int32_t ex, const String8& message) {
     mMessage.setTo(message);
 }
 
-void Status::setServiceSpecificError(int32_t errorCode, const String8& message) {
-    setException(EX_SERVICE_SPECIFIC, message);
-    mErrorCode = errorCode;
-}
-
 void Status::setFromStatusT(status_t status) {
     mException = status == OK ? EX_NONE : EX_TRANSACTION_FAILED;
     mErrorCode = status;
@@ -201,11 +196,6 @@ String8 Status::toString8() const {
     text.append(mMessage);
     text.append("'");
     return text;
-}
-
-std::stringstream& operator<<(std::stringstream& stream, const Status& s) {
-    stream << s.toString8().string();
-    return stream;
 }
 
 }  // namespace binder

@@ -25,11 +25,6 @@ bool AIBinder_isAlive(const AIBinder* binder) {
     return binder != nullptr && const_cast<AIBinder*>(binder)->getBinder()->isBinderAlive();
 }
 
-binder_status_t AIBinder_ping(AIBinder* binder) {
-    return binder != nullptr ? statusToPass(binder->getBinder()->pingBinder())
-                             : STATUS_UNEXPECTED_NULL;
-}
-
 binder_status_t AIBinder_dump(AIBinder* binder, int fd, const char** args, uint32_t numArgs) {
     if (binder == nullptr || (args == nullptr && numArgs > 0)) {
         return STATUS_UNEXPECTED_NULL;
@@ -39,10 +34,6 @@ binder_status_t AIBinder_dump(AIBinder* binder, int fd, const char** args, uint3
         texts.push_back(String16(args[i]));
     }
     return statusToPass(binder->getBinder()->dump(fd, texts));
-}
-
-uid_t AIBinder_getCallingUid() {
-    return IPCThreadState::self()->getCallingUid();
 }
 
 pid_t AIBinder_getCallingPid() {
@@ -55,10 +46,6 @@ bool AIBinder_isHandlingTransaction() {
 
 bool AIBinder_associateClass(AIBinder* binder, const AIBinder_Class* clazz) {
     return binder != nullptr && binder->associateClass(clazz);
-}
-
-const AIBinder_Class* AIBinder_getClass(AIBinder* binder) {
-    return binder != nullptr ? binder->getClass() : nullptr;
 }
 
 void* AIBinder_getUserData(AIBinder* binder) {
@@ -102,9 +89,7 @@ binder_status_t AIBinder_prepareTransaction(AIBinder* binder, AParcel** in) {
         return STATUS_INVALID_OPERATION;
     }
     auto parcel = std::make_unique<AParcel>(binder);
-    const android::status_t status =
-            clazz->hasHeader ? parcel->get()->writeInterfaceToken(clazz->wideDescriptor)
-                             : android::OK;
+    const android::status_t status = parcel->get()->writeInterfaceToken(clazz->wideDescriptor);
     if (status == android::OK) {
         *in = parcel.release();
     }

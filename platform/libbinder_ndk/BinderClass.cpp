@@ -18,11 +18,3 @@ AIBinder_Class* AIBinder_Class_define(const char* interfaceDescriptor,
 void AIBinder_Class_setOnDump(AIBinder_Class* clazz, AIBinder_onDump onDump) {
     clazz->onDump = onDump;
 }
-
-void AIBinder_Class_disableInterfaceTokenHeader(AIBinder_Class* clazz) {
-    clazz->hasHeader = false;
-}
-
-const char* AIBinder_Class_getDescriptor(const AIBinder_Class* clazz) {
-    return clazz->descriptor.c_str();
-}

@@ -13,5 +13,4 @@ struct AIBinder_Class {
     AIBinder_Class_onDestroy onDestroy;
     AIBinder_Class_onTransact onTransact;
     AIBinder_onDump onDump = nullptr;
-    bool hasHeader = true;  // requests begin with the descriptor
 };

@@ -43,10 +43,6 @@ void AIBinder_decStrong(AIBinder* binder) {
     }
 }
 
-int32_t AIBinder_debugGetRefCount(AIBinder* binder) {
-    return binder != nullptr ? binder->getStrongCount() : -1;
-}
-
 AIBinder_Weak* AIBinder_Weak_new(AIBinder* binder) {
     return binder != nullptr ? new AIBinder_Weak{binder} : nullptr;
 }
@@ -59,19 +55,8 @@ AIBinder* AIBinder_Weak_promote(AIBinder_Weak* weakBinder) {
     return weakBinder != nullptr ? giveOut(weakBinder->binder.promote()) : nullptr;
 }
 
-AIBinder_Weak* AIBinder_Weak_clone(const AIBinder_Weak* weakBinder) {
-    return weakBinder != nullptr ? new AIBinder_Weak(*weakBinder) : nullptr;
-}
-
 bool AIBinder_lt(const AIBinder* lhs, const AIBinder* rhs) {
     return std::less<>()(lhs, rhs);
-}
-
-bool AIBinder_Weak_lt(const AIBinder_Weak* lhs, const AIBinder_Weak* rhs) {
-    if (lhs == nullptr || rhs == nullptr) {
-        return lhs == nullptr && rhs != nullptr;
-    }
-    return lhs->binder < rhs->binder;
 }
 
 sp<android::IBinder> AIBinder_toPlatformBinder(AIBinder* binder) {
@@ -80,10 +65,6 @@ sp<android::IBinder> AIBinder_toPlatformBinder(AIBinder* binder) {
 
 AIBinder* AIBinder_fromPlatformBinder(const sp<android::IBinder>& binder) {
     return giveOut(ndkBinderOf(binder));
-}
-
-void AIBinder_markCompilationUnitStability(AIBinder* binder) {
-    android::internal::Stability::markCompilationUnit(binder->getBinder().get());
 }
 
 void AIBinder_markVintfStability(AIBinder* binder) {

@@ -117,7 +117,7 @@ android::status_t LocalNdkBinder::onTransact(uint32_t code, const android::Parce
         return BBinder::onTransact(code, data, reply, flags);
     }
     const AIBinder_Class* clazz = getClass();
-    if (clazz->hasHeader && !data.checkInterface(this)) {
+    if (!data.checkInterface(this)) {
         return STATUS_BAD_TYPE;
     }
     // A method that has results may be called by someone who has no room for them.

@@ -44,41 +44,6 @@ int32_t AParcel_getDataPosition(const AParcel* parcel) {
     return static_cast<int32_t>(parcel->get()->dataPosition());
 }
 
-int32_t AParcel_getDataSize(const AParcel* parcel) {
-    return static_cast<int32_t>(parcel->get()->dataSize());
-}
-
-binder_status_t AParcel_reset(AParcel* parcel) {
-    parcel->get()->freeData();
-    return STATUS_OK;
-}
-
-binder_status_t AParcel_appendFrom(const AParcel* from, AParcel* to, int32_t start, int32_t size) {
-    if (start < 0 || size < 0) {
-        return STATUS_BAD_VALUE;
-    }
-    return statusToPass(to->get()->appendFrom(from->get(), static_cast<size_t>(start),
-                                              static_cast<size_t>(size)));
-}
-
-binder_status_t AParcel_marshal(const AParcel* parcel, uint8_t* buffer, size_t start, size_t len) {
-    const Parcel& source = *parcel->get();
-    if (source.objectsCount() > 0) {
-        return STATUS_INVALID_OPERATION;
-    }
-    if (start > source.dataSize() || len > source.dataSize() - start) {
-        return STATUS_BAD_VALUE;
-    }
-    if (len > 0) {
-        memcpy(buffer, source.data() + start, len);
-    }
-    return STATUS_OK;
-}
-
-binder_status_t AParcel_unmarshal(AParcel* parcel, const uint8_t* buffer, size_t len) {
-    return statusToPass(parcel->get()->setData(buffer, len));
-}
-
 binder_status_t AParcel_writeStrongBinder(AParcel* parcel, AIBinder* binder) {
     return statusToPass(
             parcel->get()->writeStrongBinder(binder != nullptr ? binder->getBinder() : nullptr));
@@ -148,16 +113,8 @@ binder_status_t AParcel_writeInt32(AParcel* parcel, int32_t value) {
     return statusToPass(parcel->get()->writeInt32(value));
 }
 
-binder_status_t AParcel_writeUint32(AParcel* parcel, uint32_t value) {
-    return statusToPass(parcel->get()->writeUint32(value));
-}
-
 binder_status_t AParcel_writeInt64(AParcel* parcel, int64_t value) {
     return statusToPass(parcel->get()->writeInt64(value));
-}
-
-binder_status_t AParcel_writeUint64(AParcel* parcel, uint64_t value) {
-    return statusToPass(parcel->get()->writeUint64(value));
 }
 
 binder_status_t AParcel_writeFloat(AParcel* parcel, float value) {
@@ -184,16 +141,8 @@ binder_status_t AParcel_readInt32(const AParcel* parcel, int32_t* value) {
     return statusToPass(parcel->get()->readInt32(value));
 }
 
-binder_status_t AParcel_readUint32(const AParcel* parcel, uint32_t* value) {
-    return statusToPass(parcel->get()->readUint32(value));
-}
-
 binder_status_t AParcel_readInt64(const AParcel* parcel, int64_t* value) {
     return statusToPass(parcel->get()->readInt64(value));
-}
-
-binder_status_t AParcel_readUint64(const AParcel* parcel, uint64_t* value) {
-    return statusToPass(parcel->get()->readUint64(value));
 }
 
 binder_status_t AParcel_readFloat(const AParcel* parcel, float* value) {

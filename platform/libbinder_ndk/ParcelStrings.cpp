@@ -66,33 +66,3 @@ binder_status_t AParcel_readString(const AParcel* parcel, void* stringData,
         return allocator(stringData, length, buffer);
     });
 }
-
-binder_status_t AParcel_writeStringArray(AParcel* parcel, const void* arrayData, int32_t length,
-                                         AParcel_stringArrayElementGetter getter) {
-    if (length < kNullLength) {
-        return STATUS_BAD_VALUE;
-    }
-    binder_status_t status = statusToPass(parcel->get()->writeInt32(length));
-    for (int32_t i = 0; i < length && status == STATUS_OK; ++i) {
-        int32_t elementLength = kNullLength;
-        const char* text = getter(arrayData, static_cast<size_t>(i), &elementLength);
-        status = AParcel_writeString(parcel, text, elementLength);
-    }
-    return status;
-}
-
-binder_status_t AParcel_readStringArray(const AParcel* parcel, void* arrayData,
-                                        AParcel_stringArrayAllocator allocator,
-                                        AParcel_stringArrayElementAllocator elementAllocator) {
-    int32_t count;
-    binder_status_t status = readLength(*parcel->get(), sizeof(int32_t), &count);
-    if (status == STATUS_OK && !allocator(arrayData, count)) {
-        status = refusalOf(count);
-    }
-    for (int32_t i = 0; i < count && status == STATUS_OK; ++i) {
-        status = readText(*parcel->get(), [&](int32_t length, char** buffer) {
-            return elementAllocator(arrayData, static_cast<size_t>(i), length, buffer);
-        });
-    }
-    return status;
-}

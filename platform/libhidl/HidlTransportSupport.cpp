@@ -1,6 +1,5 @@
 #include <hidl/HidlTransportSupport.h>
 
-#include <binder/IPCThreadState.h>
 #include <binder/ProcessState.h>
 #include <hidl/HidlBinderSupport.h>
 #include <log/log.h>
@@ -16,10 +15,6 @@ void configureRpcThreadpool(size_t maxThreads, bool callerWillJoin) {
     if (started > 0) {
         process->startThreadPool();
     }
-}
-
-void joinRpcThreadpool() {
-    IPCThreadState::self()->joinThreadPool(true);
 }
 
 bool interfacesEqual(const sp<hidl::base::V1_0::IBase>& left,

@@ -12,6 +12,8 @@
 #include <functional>
 
 #include "HubClient.h"
+#include "HubInvariants.h"
+#include "HubState.h"
 #include "Server.h"
 #include "TestClient.h"
 
@@ -35,18 +37,18 @@ class HubTest : public testing::Test {
     }
 
     void TearDown() override {
-        EXPECT_EQ("", hub.checkInvariants());
+        EXPECT_EQ("", checkInvariants(hub));
         manager.socket.reset();
         client.socket.reset();
         for (int i = 0; i < 3; ++i) {
             hub.step(0);
         }
-        EXPECT_EQ("", hub.checkInvariants());
+        EXPECT_EQ("", checkInvariants(hub));
         EXPECT_NE(std::string::npos,
-                  hub.state().find("\"totals\":{\"processes\":0,\"threads\":0,\"nodes\":0,"
-                                   "\"handles\":0,\"death_notices\":0,\"transactions\":0,"
-                                   "\"buffers\":0,\"bytes\":0}"))
-                << hub.state();
+                  stateOf(hub).find("\"totals\":{\"processes\":0,\"threads\":0,\"nodes\":0,"
+                                    "\"handles\":0,\"death_notices\":0,\"transactions\":0,"
+                                    "\"buffers\":0,\"bytes\":0}"))
+                << stateOf(hub);
     }
 
     /** What the manager's looper is told when the client calls it so. */
@@ -216,7 +218,7 @@ TEST_F(HubTest, refusesWhatIsWrongAndKeepsTheSender) {
         const std::string result = user->exchange(batch);
         EXPECT_EQ("FAILED_REPLY", result.substr(result.rfind(' ') + 1)) << name;
         EXPECT_EQ("", loop->read()) << name;
-        EXPECT_EQ("", hub.checkInvariants()) << name;
+        EXPECT_EQ("", checkInvariants(hub)) << name;
     }
 }
 
@@ -311,7 +313,7 @@ TEST_F(HubTest, closesWhoSendsGarbageAndNobodyElse) {
         misbehave(thread);
         EXPECT_EQ("closed", thread.read());
         EXPECT_EQ(-EPIPE, bad.ask(kSetMaxThreads, 1));
-        EXPECT_EQ("", hub.checkInvariants());
+        EXPECT_EQ("", checkInvariants(hub));
     }
     EXPECT_EQ("TRANSACTION", call({}));
 }
@@ -323,7 +325,7 @@ TEST_F(HubTest, countsMistakesAndIgnoresThem) {
                                          .add(BC_ACQUIRE, 0U)
                                          .add(BC_DEAD_BINDER_DONE, kCookie)
                                          .add(BC_ACQUIRE_DONE, uint64_t{0}, uint64_t{0})));
-    EXPECT_NE(std::string::npos, hub.state().find("\"mistakes\":5")) << hub.state();
+    EXPECT_NE(std::string::npos, stateOf(hub).find("\"mistakes\":5")) << stateOf(hub);
 }
 
 TEST(ServerTest, refusesASecondHubAndReplacesAStaleSocket) {

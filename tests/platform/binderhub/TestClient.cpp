@@ -1,11 +1,14 @@
 #include "TestClient.h"
 
+#include <gtest/gtest.h>
 #include <sys/socket.h>
 
 #include <array>
 #include <cerrno>
 #include <cstring>
 #include <map>
+
+#include "CommandReader.h"
 
 using android::base::unique_fd;
 
@@ -87,17 +90,15 @@ std::string TestThread::read() {
     }
     mWaits = false;
     std::string names;
-    for (size_t at = 0; at < message.commands.size();) {
-        uint32_t command = 0;
-        memcpy(&command, message.commands.data() + at, sizeof(command));
-        at += sizeof(command);
-        if (command == BR_TRANSACTION || command == BR_REPLY) {
-            memcpy(&data, message.commands.data() + at, sizeof(data));
+    CommandReader returns(message.commands, isReturn);
+    for (Command next; returns.next(&next);) {
+        if (next.code == BR_TRANSACTION || next.code == BR_REPLY) {
+            data = next.as<binder_transaction_data>();
         }
-        const std::string& name = kNames.at(command);
+        const std::string& name = kNames.at(next.code);
         names += (names.empty() || name.empty() ? "" : " ") + name;
-        at += _IOC_SIZE(command);
     }
+    EXPECT_TRUE(returns.atEnd());
     if (message.header.bufferId != 0) {
         bufferId = message.header.bufferId;
         objects.resize(data.offsets_size / sizeof(binder_size_t));

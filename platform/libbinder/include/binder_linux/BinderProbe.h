@@ -8,7 +8,10 @@
  */
 namespace android {
 
-/** Whether the process can have a binder driver; without one its first use ends the process. */
+/**
+ * Opens the process's binder driver, if that has not been done, and says whether there is one:
+ * without one its first use ends the process.
+ */
 bool isBinderDriverReachable(std::string* why);
 
 /** Whether `defaultServiceManager()` would come back at once: it waits for a service manager. */

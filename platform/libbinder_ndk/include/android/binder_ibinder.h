@@ -63,15 +63,6 @@ AIBinder_Class* AIBinder_Class_define(const char* interfaceDescriptor,
 /** Before the first binder of the class is made; without it a dump is empty. */
 void AIBinder_Class_setOnDump(AIBinder_Class* clazz, AIBinder_onDump onDump);
 
-/**
- * Requests of this class begin with its arguments, not with the interface's descriptor, and none is
- * asked for. Before the first binder of the class is made.
- */
-void AIBinder_Class_disableInterfaceTokenHeader(AIBinder_Class* clazz);
-
-/** Lives as long as the process. */
-const char* AIBinder_Class_getDescriptor(const AIBinder_Class* clazz);
-
 /** A local binder. Null, without onCreate having been called, when the class is. */
 AIBinder* AIBinder_new(const AIBinder_Class* clazz, void* args) __attribute__((warn_unused_result));
 
@@ -80,9 +71,6 @@ bool AIBinder_isRemote(const AIBinder* binder);
 
 /** False once a remote binder is known to have died; nothing is asked of it. */
 bool AIBinder_isAlive(const AIBinder* binder);
-
-/** Asks the binder whether it is there; the calling thread waits. */
-binder_status_t AIBinder_ping(AIBinder* binder);
 
 binder_status_t AIBinder_dump(AIBinder* binder, int fd, const char** args, uint32_t numArgs);
 
@@ -101,9 +89,7 @@ binder_status_t AIBinder_linkToDeath(AIBinder* binder, AIBinder_DeathRecipient* 
 binder_status_t AIBinder_unlinkToDeath(AIBinder* binder, AIBinder_DeathRecipient* recipient,
                                        void* cookie);
 
-/** Of the call that this thread carries out, else of this process. As the driver tells them. */
-uid_t AIBinder_getCallingUid(void);
-/** 0 in a one-way call. */
+/** Of the call that this thread carries out, as the driver tells it; 0 in a one-way call. */
 pid_t AIBinder_getCallingPid(void);
 
 /** Whether this thread carries out a call from another process. */
@@ -113,18 +99,12 @@ bool AIBinder_isHandlingTransaction(void);
 void AIBinder_incStrong(AIBinder* binder);
 void AIBinder_decStrong(AIBinder* binder);
 
-/** Strong references at some moment; -1 for null. For a person, other threads change it. */
-int32_t AIBinder_debugGetRefCount(AIBinder* binder);
-
 /**
  * Says which interface a binder has, as a condition of calling it. A remote binder is asked for its
  * descriptor, once. False, and nothing changes, when it has another descriptor, belongs to another
  * class already, is dead, or an argument is null.
  */
 bool AIBinder_associateClass(AIBinder* binder, const AIBinder_Class* clazz);
-
-/** Null when none was associated. A local binder has that which made it. */
-const AIBinder_Class* AIBinder_getClass(AIBinder* binder);
 
 /** What onCreate returned; null for a binder that AIBinder_new did not make in this process. */
 void* AIBinder_getUserData(AIBinder* binder);
@@ -149,12 +129,9 @@ AIBinder_Weak* AIBinder_Weak_new(AIBinder* binder) __attribute__((warn_unused_re
 void AIBinder_Weak_delete(AIBinder_Weak* weakBinder);
 /** The binder with a strong reference, or null when nobody holds it any more. */
 AIBinder* AIBinder_Weak_promote(AIBinder_Weak* weakBinder) __attribute__((warn_unused_result));
-AIBinder_Weak* AIBinder_Weak_clone(const AIBinder_Weak* weakBinder);
 
 /** An order of binders that holds while they live; null comes first. */
 bool AIBinder_lt(const AIBinder* lhs, const AIBinder* rhs);
-/** An order of weak references that holds as long as they do. */
-bool AIBinder_Weak_lt(const AIBinder_Weak* lhs, const AIBinder_Weak* rhs);
 
 typedef void (*AIBinder_DeathRecipient_onBinderDied)(void* cookie);
 typedef void (*AIBinder_DeathRecipient_onBinderUnlinked)(void* cookie);

@@ -16,17 +16,7 @@ AIBinder* AServiceManager_checkService(const char* instance) __attribute__((warn
 /** The same, but waits some seconds for a service that is not there yet. */
 AIBinder* AServiceManager_getService(const char* instance) __attribute__((warn_unused_result));
 
-/** The same, but waits without a limit. */
-AIBinder* AServiceManager_waitForService(const char* instance) __attribute__((warn_unused_result));
-
 /** Whether the device's manifest names this instance, so that waiting for it has an end. */
 bool AServiceManager_isDeclared(const char* instance) __attribute__((warn_unused_result));
-
-/**
- * Calls `callback` on this thread with the part behind the slash of each instance of `interface`
- * that the manifest names.
- */
-void AServiceManager_forEachDeclaredInstance(const char* interface, void* context,
-                                             void (*callback)(const char*, void*));
 
 __END_DECLS

@@ -33,20 +33,6 @@ void AParcel_delete(AParcel* parcel);
 binder_status_t AParcel_setDataPosition(const AParcel* parcel, int32_t position);
 int32_t AParcel_getDataPosition(const AParcel* parcel);
 
-/** In bytes, from the beginning. */
-int32_t AParcel_getDataSize(const AParcel* parcel);
-
-/** Empties the parcel; what it was prepared for stays. */
-binder_status_t AParcel_reset(AParcel* parcel);
-
-/** Copies `size` bytes from `start`, with the binders and files among them, to the other's end. */
-binder_status_t AParcel_appendFrom(const AParcel* from, AParcel* to, int32_t start, int32_t size);
-
-/** Plain bytes of a parcel. STATUS_INVALID_OPERATION when binders or files are in it. */
-binder_status_t AParcel_marshal(const AParcel* parcel, uint8_t* buffer, size_t start, size_t len);
-/** Replaces all of the parcel's contents by these bytes. */
-binder_status_t AParcel_unmarshal(AParcel* parcel, const uint8_t* buffer, size_t len);
-
 /** Null is fine. A reference is kept until the parcel has been received or deleted. */
 binder_status_t AParcel_writeStrongBinder(AParcel* parcel, AIBinder* binder);
 /** `*binder` is null, or comes with a strong reference that the caller owns. */
@@ -74,21 +60,6 @@ binder_status_t AParcel_writeString(AParcel* parcel, const char* string, int32_t
 binder_status_t AParcel_readString(const AParcel* parcel, void* stringData,
                                    AParcel_stringAllocator allocator);
 
-/** Makes an array of `length` null strings; -1 for a null array. */
-typedef bool (*AParcel_stringArrayAllocator)(void* arrayData, int32_t length);
-/** As AParcel_stringAllocator, for one element. */
-typedef bool (*AParcel_stringArrayElementAllocator)(void* arrayData, size_t index, int32_t length,
-                                                    char** buffer);
-/** An element and in `*outLength` its length; null with -1. */
-typedef const char* (*AParcel_stringArrayElementGetter)(const void* arrayData, size_t index,
-                                                        int32_t* outLength);
-
-binder_status_t AParcel_writeStringArray(AParcel* parcel, const void* arrayData, int32_t length,
-                                         AParcel_stringArrayElementGetter getter);
-binder_status_t AParcel_readStringArray(const AParcel* parcel, void* arrayData,
-                                        AParcel_stringArrayAllocator allocator,
-                                        AParcel_stringArrayElementAllocator elementAllocator);
-
 /** Makes an array of `length` elements; -1 for a null array. */
 typedef bool (*AParcel_parcelableArrayAllocator)(void* arrayData, int32_t length);
 typedef binder_status_t (*AParcel_writeParcelableElement)(AParcel* parcel, const void* arrayData,
@@ -106,18 +77,14 @@ binder_status_t AParcel_readParcelableArray(const AParcel* parcel, void* arrayDa
 
 // Single values.
 binder_status_t AParcel_writeInt32(AParcel* parcel, int32_t value);
-binder_status_t AParcel_writeUint32(AParcel* parcel, uint32_t value);
 binder_status_t AParcel_writeInt64(AParcel* parcel, int64_t value);
-binder_status_t AParcel_writeUint64(AParcel* parcel, uint64_t value);
 binder_status_t AParcel_writeFloat(AParcel* parcel, float value);
 binder_status_t AParcel_writeDouble(AParcel* parcel, double value);
 binder_status_t AParcel_writeBool(AParcel* parcel, bool value);
 binder_status_t AParcel_writeChar(AParcel* parcel, char16_t value);
 binder_status_t AParcel_writeByte(AParcel* parcel, int8_t value);
 binder_status_t AParcel_readInt32(const AParcel* parcel, int32_t* value);
-binder_status_t AParcel_readUint32(const AParcel* parcel, uint32_t* value);
 binder_status_t AParcel_readInt64(const AParcel* parcel, int64_t* value);
-binder_status_t AParcel_readUint64(const AParcel* parcel, uint64_t* value);
 binder_status_t AParcel_readFloat(const AParcel* parcel, float* value);
 binder_status_t AParcel_readDouble(const AParcel* parcel, double* value);
 binder_status_t AParcel_readBool(const AParcel* parcel, bool* value);

@@ -5,13 +5,10 @@
 __BEGIN_DECLS
 
 /**
- * Says how long a local binder's interface will stay as it is. Before the binder is sent anywhere,
- * and once: a second, different mark ends the process. Without one a binder is of the compilation
- * unit when it is first sent.
+ * Says that a local binder's interface is as stable as that between system and vendor: its service
+ * must be an entry of the device's manifest. Before the binder is sent anywhere: without a mark it
+ * is of the compilation unit when it is first sent, and another mark ends the process.
  */
-void AIBinder_markCompilationUnitStability(AIBinder* binder);
-
-/** As stable as the interface between system and vendor: an entry of the device's manifest. */
 void AIBinder_markVintfStability(AIBinder* binder);
 
 __END_DECLS

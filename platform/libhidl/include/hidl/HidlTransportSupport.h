@@ -8,13 +8,10 @@ namespace android::hardware {
 
 /**
  * How many threads (at least 1) serve the calls to this process. `callerWillJoin`: one of them is
- * the caller, with joinRpcThreadpool(); the others start now or when they are needed. Before the
+ * the caller, by joining the pool of binder; the others start now or when they are needed. Before the
  * first call comes in. The pool is the one of all binders of the process.
  */
 void configureRpcThreadpool(size_t maxThreads, bool callerWillJoin);
-
-/** Serves calls on this thread. Returns only when the binder driver is gone. */
-void joinRpcThreadpool();
 
 /** Whether both are the same object: two proxies of one object are. */
 bool interfacesEqual(const sp<hidl::base::V1_0::IBase>& left,

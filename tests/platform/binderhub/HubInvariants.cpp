@@ -1,5 +1,7 @@
 // A walk over everything the hub holds: counts that are kept must be those that are found.
 
+#include "HubInvariants.h"
+
 #include <unordered_map>
 #include <unordered_set>
 
@@ -150,9 +152,9 @@ class InvariantCheck {
 
 }  // namespace
 
-std::string Hub::checkInvariants() const {
-    InvariantCheck check(mDriver);
-    for (const auto& [key, process] : mProcesses) {
+std::string checkInvariants(const Hub& hub) {
+    InvariantCheck check(hub.driver());
+    for (const auto& [key, process] : hub.processes()) {
         check.visit(*process);
     }
     return check.finish();
