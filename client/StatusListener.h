@@ -1,16 +1,13 @@
 #pragma once
 
-#include <functional>
-#include <limits>
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
-
-// The binder headers need the standard ones above.
 #include <binder/Binder.h>
 #include <binder/Parcel.h>
 #include <json/value.h>
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace client {
 

@@ -128,7 +128,6 @@ int QuorixManager::startQuorix() {
         KLOGE("qxManager: informThermalEvent startQuorix fail");
         return -1;
     }
-    mStarted = true;
     KLOGE("qxManager: informThermalEvent startQuorix ok");
     return 0;
 }
@@ -144,7 +143,6 @@ int QuorixManager::stopQuorix() {
         KLOGE("qxManager: informThermalEvent stopQuorix fail");
         return -1;
     }
-    mStarted = false;
     KLOGE("qxManager: informThermalEvent stopQuorix ok");
     return 0;
 }

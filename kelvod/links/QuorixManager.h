@@ -39,8 +39,6 @@ class QuorixManager : public android::Singleton<QuorixManager> {
     /** Lets the engine begin, or end, to report. 0, or -1 without one or when it refuses. */
     int startQuorix();
     int stopQuorix();
-    /** Whether the engine was told to report, and not to stop since. */
-    bool isStarted() const { return mStarted; }
 
     /** Figures (mW) of the latest report, -1 when it had none. */
     int32_t getWifi() const { return mPower.wifi; }
@@ -63,7 +61,6 @@ class QuorixManager : public android::Singleton<QuorixManager> {
     void dropEngine();
 
     ModulePower mPower;  // written under the mutex, read by anyone
-    std::atomic<bool> mStarted = false;
 
     // Taken for lookups and while a report is handled; nothing of the daemon is called under it.
     android::Mutex mMutex;

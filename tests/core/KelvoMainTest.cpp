@@ -66,18 +66,6 @@ TEST_F(KelvoMainTest, startsInOrderAndPublishesASecondServiceUnderTheSameName) {
     EXPECT_NE(services->services.front(), services->services.back());
 }
 
-TEST_F(KelvoMainTest, registersAServiceThatRefusesOtherCodes) {
-    startPhone();
-    const sp<android::IBinder> service = services->services.front();
-    EXPECT_EQ(service->getInterfaceDescriptor(),
-              android::String16("com.zenta.kelvo.IKelvoService"));
-    EXPECT_EQ(service->transact(3, android::Parcel(), nullptr, android::IBinder::FLAG_ONEWAY),
-              android::UNKNOWN_TRANSACTION);
-    EXPECT_EQ(linesOf(log).back(),
-              "D got transaction code:3 flags:1 from pid:" + std::to_string(getpid()) +
-                      " uid:" + std::to_string(getuid()));
-}
-
 TEST_F(KelvoMainTest, carriesOnWithoutPlatform) {
     scenario.properties[kEnable] = "2";
     scenario.nodes.clear();

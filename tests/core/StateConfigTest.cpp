@@ -13,27 +13,18 @@ TEST(BigDataConfigTest, takesWholeNumbersInTheirRanges) {
         const char* faults;
     } cases[] = {
             {"null", false, 60, {}, ""},
-            {"7", false, 60, {}, ""},
             {"{'enable':1}", true, 60, {}, ""},
             {"{'enable':2,'sample_period':20}", false, 20, {}, ""},
             {"{'enable':true}", false, 60, {}, "enable:type"},
-            {"{'enable':'1'}", false, 60, {}, "enable:type"},
             {"{'enable':null,'sample_period':null}", false, 60, {}, ""},
             {"{'enable':1,'sample_period':10}", true, 10, {}, ""},
             {"{'enable':1,'sample_period':9}", true, 60, {}, "sample_period:range"},
             {"{'enable':1,'sample_period':20.5}", true, 60, {}, "sample_period:type"},
             {"{'enable':1,'thermal_off_thousandth':1}", true, 60, 1, ""},
             {"{'enable':1,'thermal_off_thousandth':0}", true, 60, {}, ""},
-            {"{'enable':1,'thermal_off_thousandth':-1}",
-             true,
-             60,
-             {},
-             "thermal_off_thousandth:range"},
-            {"{'thermal_off_thousandth':[],'sample_period':4294967295}",
-             false,
-             60,
-             {},
-             "thermal_off_thousandth:type sample_period:type"},
+            {"{'thermal_off_thousandth':-1}", false, 60, {}, "thermal_off_thousandth:range"},
+            {"{'thermal_off_thousandth':[]}", false, 60, {}, "thermal_off_thousandth:type"},
+            {"{'sample_period':4294967295}", false, 60, {}, "sample_period:type"},
     };
     for (const auto& test : cases) {
         const kelvo::BigDataConfig config = kelvo::readBigDataConfig(parsed(test.section));

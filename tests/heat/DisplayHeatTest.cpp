@@ -1,11 +1,7 @@
 #include <optional>
 
 #include "HeatSourceTest.h"
-#include "common/ConfigStore.h"
-#include "config/KelvoConfig.h"
-#include "heat/DisplayConfig.h"
 #include "heat/DisplayModel.h"
-#include "sim/scenario/PhonePaths.h"
 #include "sim/tree/PhoneTree.h"
 
 namespace {
@@ -31,22 +27,17 @@ TEST_F(DisplayHeatTest, followsAnExtendedPanel) {
     startWithMaximum("10239\n");
     const struct {
         std::optional<std::string> level;
-        int nits;
         float power;
     } rows[] = {
-            {"2", 2, 60},        {"0\n", 2, 0},         {"1", 2, 60},
-            {"8191", 411, 255},  {"8192\n", 460, 278},  {"8198", 461, 278},
-            {"10239", 780, 430}, {"10240", 780, 430},   {"10241", 9, 64},
-            {"-1", 9, 64},       {std::nullopt, 9, 64}, {"99999999999999999999", 9, 64},
-            {"dark", 2, 0},
+            {"2", 60},       {"0\n", 0},    {"1", 60},          {"8191", 255},
+            {"8192\n", 278}, {"8198", 278}, {"10239", 430},     {"10240", 430},
+            {"10241", 64},   {"-1", 64},    {std::nullopt, 64}, {"99999999999999999999", 64},
+            {"dark", 0},
     };
     for (const auto& row : rows) {
         setLevel(row.level);
         EXPECT_EQ(power(), row.power) << row.level.value_or("absent");
     }
-    EXPECT_EQ(DisplayModel::getInstance().convBr2Nit(8192), 460);
-    EXPECT_EQ(DisplayModel::getInstance().convBr2Nit(10239), 780);
-    EXPECT_EQ(DisplayModel::getInstance().convBr2Nit(2), 2);
     EXPECT_EQ(errors("displayComp Read file(" + std::string(kLevelNode) + ") failed!"), 1U);
     EXPECT_EQ(errors("displayComp Backlight Node(" + std::string(kLevelNode) +
                      ") brightness 10241 is abnormal"),
@@ -105,41 +96,4 @@ TEST_F(DisplayHeatTest, asksThePanelElsewhere) {
     EXPECT_EQ(power(), 0);
     phone().perform(sim::ServiceState{"panel", true});
     EXPECT_EQ(power(), 74) << "found again";
-}
-
-TEST_F(DisplayHeatTest, showsConfiguredFiguresWithoutUsingThem) {
-    const struct {
-        const char* model;
-        float brightness;  // "el_brt"
-        float unknown;
-    } rows[] = {
-            {"{'factor':['el_brt','60_pwr'],'coefficient':[500,70.5]}", 500, -1},
-            {"{'factor':['el_brt','60_pwr'],'coefficient':[500,0]}", 0, -1},
-            {"{'factor':['el_brt',7],'coefficient':[500,1]}", 0, -1},
-            {"{'factor':['el_brt'],'coefficient':['500']}", 0, -1},
-            {"{'factor':['el_brt'],'coefficient':[500,1]}", 0, -1},
-            {"{'factor':'el_brt'}", 0, -1},
-            {"[]", 0, -1},
-    };
-    start();
-    DisplayConfig absent;
-    EXPECT_EQ(absent.init(), -1);
-    EXPECT_EQ(absent.getCoeffs("el_brt"), -1);
-    EXPECT_GE(errors("displayComp heat source Coeffs is empty."), 1U);
-    for (const auto& row : rows) {
-        phone().perform(sim::SetNodes{
-                {{std::string(sim::kMainConfigPath),
-                  common::encryptConfig(json("{'shell_temp_fitting_model':{'heatsource_detection':"
-                                             "{'brightness_model':" +
-                                             std::string(row.model) + "}}}"))}}});
-        ASSERT_EQ(kelvo::KelvoConfig::getInstance().reload(), 0);
-        DisplayConfig config;
-        EXPECT_EQ(config.init(), 0) << row.model;
-        EXPECT_EQ(config.getCoeffs("el_brt"), row.brightness) << row.model;
-        EXPECT_EQ(config.getCoeffs("other"), row.unknown) << row.model;
-        std::map<int, float> luminance;
-        config.getElConf(luminance);
-        EXPECT_EQ(luminance, (std::map<int, float>{{480, 228.0F}})) << row.model;
-        EXPECT_EQ(config.stanLevel(), 2047);
-    }
 }

@@ -61,57 +61,7 @@ TEST_F(RadioHeatTest, findsTheModemsCurrentInItsTable) {
     }
 }
 
-TEST_F(RadioHeatTest, keepsTheRowsBeforeAWrongOne) {
-    startWithTable(
-            "'rsrp_value':[-120,-100,0],'current_value_4G':[600,300,100],"
-            "'current_value_5G':[900,500,200],'thermal_zone_type':['dead','nowhere']");
-    send(kNetworkInfo, "");
-    EXPECT_EQ(errors("cellularComp cellar_model conf is invalid"), 1U);
-    EXPECT_EQ(errors("cellularComp specifiedTz: dead, index:0"), 1U) << "zones are read still";
-    EXPECT_EQ(errors("cellularComp can not find tz: \"nowhere\"\n"), 1U);
-    EXPECT_EQ(currentFor(lte(-90)), 150);
-}
-
-namespace {
-
-struct OddTable {
-    const char* members;  // of "cellar_model"
-    int current;          // at -110 dBm
-};
-
-void PrintTo(const OddTable& table, std::ostream* stream) {
-    *stream << table.members;
-}
-
-class OddTableTest : public RadioHeatTest, public testing::WithParamInterface<OddTable> {};
-
-}  // namespace
-
-TEST_P(OddTableTest, givesTheModemsCurrent) {
-    startWithTable(GetParam().members);
-    EXPECT_EQ(currentFor(lte(-110)), GetParam().current) << GetParam().members;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-        All, OddTableTest,
-        testing::Values(
-                OddTable{"'rsrp_value':[-120],'current_value_4G':[600],'current_value_5G':[900]",
-                         600},
-                OddTable{"'rsrp_value':[-100],'current_value_4G':[600],'current_value_5G':[900]",
-                         0},
-                OddTable{"'rsrp_value':[-120,-120],'current_value_4G':[600,300],"
-                         "'current_value_5G':[9,9]",
-                         300},
-                OddTable{"'rsrp_value':[-120,-120,-100],'current_value_4G':[600,300,100],"
-                         "'current_value_5G':[9,9,9]",
-                         200},
-                OddTable{"'rsrp_value':[-120],'current_value_4G':[600],'current_value_5G':[]", 0},
-                OddTable{"'rsrp_value':[-120],'current_value_4G':[600]", 0},
-                OddTable{"'rsrp_value':'x','current_value_4G':[600],'current_value_5G':[900]", 0},
-                OddTable{"'rsrp_value':[],'current_value_4G':[],'current_value_5G':[]", 0},
-                OddTable{"'rsrp_value':['-120'],'current_value_4G':[6],'current_value_5G':[9]", 0},
-                OddTable{"'rsrp_value':[-120],'current_value_4G':[0],'current_value_5G':[900]",
-                         0}));
+namespace {}  // namespace
 
 TEST_F(RadioHeatTest, countsTextsAndSamplesAlike) {
     addZone("pa", 45000);

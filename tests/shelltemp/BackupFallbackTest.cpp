@@ -32,18 +32,3 @@ TEST_F(BackupFallbackTest, movesToTheFirstHealthySetOnceTheZoneFailsPastTheLimit
     EXPECT_EQ(takeWrites(), Writes{"1 40000"}) << "backup_a";
     EXPECT_EQ(log.count(ANDROID_LOG_INFO, "update current fitting model(scene:backup_a)."), 1u);
 }
-
-TEST_F(BackupFallbackTest, keepsTheSetWhenNoBackupIsLeft) {
-    startPhone();
-    runUntil(0);
-    for (const int32_t zone : {2, 1}) {
-        setTemp(zone, std::nullopt);
-    }
-    auto& engine = ShellTempFitting::getInstance();
-    engine.switchFittingScene("backup_a");
-    runUntil(20);
-    engine.switchFittingScene("backup_b");
-    runUntil(60);
-    EXPECT_TRUE(log.has("no temp fitting model is available."));
-    EXPECT_EQ(log.count("update current fitting model(scene:backup_a)."), 0u);
-}

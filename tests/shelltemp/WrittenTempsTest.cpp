@@ -53,20 +53,3 @@ TEST_F(WrittenTempsTest, writesAValueInAnotherTenthOfADegreeThanTheLastWritten) 
         EXPECT_EQ(takeLines(), test.lines) << test.temp;
     }
 }
-
-TEST_F(WrittenTempsTest, remembersNegativeIndexesWithoutWritingThem) {
-    for (int i = 0; i < 2; ++i) {
-        EXPECT_EQ(write({{-2, 40000}, {0, 41000}, {3, 42000}}), 0);
-    }
-    EXPECT_EQ(takeLines(), (Lines{"0 41000", "3 42000"})) << "ascending, once";
-    EXPECT_EQ(log.count(ANDROID_LOG_DEBUG, "update shell temp -2:40000"), 1u);
-}
-
-TEST_F(WrittenTempsTest, keepsWhatCameAfterAFailureForTheNextTime) {
-    node.setPresent(false);
-    EXPECT_LT(write({{-2, 40000}, {0, 41000}, {3, 42000}}), 0);
-    node.setPresent(true);
-    EXPECT_EQ(write({{-2, 40000}, {0, 41000}, {3, 42000}}), 0);
-    EXPECT_EQ(takeLines(), (Lines{"0 41000", "3 42000"}));
-    EXPECT_EQ(log.count("update shell temp -2:40000"), 1u) << "it came before the failure";
-}

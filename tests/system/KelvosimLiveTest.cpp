@@ -82,11 +82,6 @@ TEST(KelvosimLiveTest, leavesNoProcessAndNoFolderBehind) {
     }
 }
 
-TEST(KelvosimLiveTest, endsWithTheScenarioAtTheSpeedItIsTold) {
-    const Program::Result result = Program::run("kelvosim", {"live", kHello, "--speed", "60"});
-    EXPECT_EQ(result.status, 0) << result.err;
-}
-
 TEST(KelvosimLiveTest, saysHowTheDaemonEnded) {
     const Program::Result result =
             Program::run("kelvosim", {"live", kHello, "--", "/no/such/program"});

@@ -8,8 +8,8 @@ namespace android::hardware {
 
 /**
  * How many threads (at least 1) serve the calls to this process. `callerWillJoin`: one of them is
- * the caller, by joining the pool of binder; the others start now or when they are needed. Before the
- * first call comes in. The pool is the one of all binders of the process.
+ * the caller, by joining the pool of binder; the others start now or when they are needed. Before
+ * the first call comes in. The pool is the one of all binders of the process.
  */
 void configureRpcThreadpool(size_t maxThreads, bool callerWillJoin);
 
