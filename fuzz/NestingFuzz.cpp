@@ -1,15 +1,12 @@
 // The check for documents that are nested too deeply, against the library that would throw. The
 // input stands behind as many brackets as its first two bytes say, around the deepest level.
 
-#include <json/reader.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <exception>
-#include <memory>
 #include <string>
 
+#include "JsonVerdict.h"
 #include "config/JsonNesting.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
@@ -18,31 +15,6 @@ namespace {
 
 constexpr int kLowestDepth = 990;
 constexpr int kDepths = 12;
-
-enum class Verdict { PARSED, REFUSED, THREW };
-
-template <typename Parse>
-Verdict verdictOf(const Parse& parse) {
-    try {
-        return parse() ? Verdict::PARSED : Verdict::REFUSED;
-    } catch (const std::exception&) {
-        return Verdict::THREW;
-    }
-}
-
-/** The daemon's reader. */
-Verdict readByReader(const std::string& text) {
-    Json::Value root;
-    return verdictOf([&] { return Json::Reader().parse(text, root, false); });
-}
-
-/** The tools' reader. */
-Verdict readByCharReader(const std::string& text) {
-    const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
-    Json::Value root;
-    return verdictOf(
-            [&] { return reader->parse(text.data(), text.data() + text.size(), &root, nullptr); });
-}
 
 std::string nested(const uint8_t* data, size_t size) {
     std::string opening;
@@ -58,10 +30,10 @@ std::string nested(const uint8_t* data, size_t size) {
 /** The library throws what is found, takes what is not; what it refuses may be found or not. */
 void check(const std::string& text) {
     const bool isTooDeep = kelvo::findTooDeepJson(text) != std::string_view::npos;
-    for (const auto read : {readByReader, readByCharReader}) {
-        const Verdict verdict = read(text);
-        if ((verdict == Verdict::THREW && !isTooDeep) ||
-            (verdict == Verdict::PARSED && isTooDeep)) {
+    for (const auto read : {fuzz::readByReader, fuzz::readByCharReader}) {
+        const fuzz::Verdict verdict = read(text);
+        if ((verdict == fuzz::Verdict::THREW && !isTooDeep) ||
+            (verdict == fuzz::Verdict::PARSED && isTooDeep)) {
             std::abort();
         }
     }

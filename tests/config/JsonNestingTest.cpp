@@ -1,11 +1,10 @@
 #include "config/JsonNesting.h"
 
 #include <gtest/gtest.h>
-#include <json/reader.h>
 
-#include <exception>
-#include <memory>
 #include <string>
+
+#include "fuzz/JsonVerdict.h"
 
 namespace {
 
@@ -13,31 +12,6 @@ using kelvo::findTooDeepJson;
 using kelvo::jsonCommentEnd;
 
 constexpr size_t kNone = std::string_view::npos;
-
-enum class Verdict { PARSED, REFUSED, THREW };
-
-template <typename Parse>
-Verdict verdictOf(const Parse& parse) {
-    try {
-        return parse() ? Verdict::PARSED : Verdict::REFUSED;
-    } catch (const std::exception&) {
-        return Verdict::THREW;
-    }
-}
-
-/** The daemon's reader. */
-Verdict readByReader(const std::string& text) {
-    Json::Value root;
-    return verdictOf([&] { return Json::Reader().parse(text, root, false); });
-}
-
-/** The tools' reader. */
-Verdict readByCharReader(const std::string& text) {
-    const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
-    Json::Value root;
-    return verdictOf(
-            [&] { return reader->parse(text.data(), text.data() + text.size(), &root, nullptr); });
-}
 
 std::string arrays(size_t depth, const std::string& inner) {
     return std::string(depth, '[') + inner + std::string(depth, ']');
@@ -59,10 +33,10 @@ std::string objects(size_t depth, const std::string& inner) {
 /** The library throws what is found, takes what is not; what it refuses may be found or not. */
 void expectAgreement(const std::string& text) {
     const bool isTooDeep = findTooDeepJson(text) != kNone;
-    for (const auto read : {readByReader, readByCharReader}) {
-        const Verdict verdict = read(text);
-        EXPECT_FALSE(verdict == Verdict::THREW && !isTooDeep) << "missed: " << text;
-        EXPECT_FALSE(verdict == Verdict::PARSED && isTooDeep) << "too strict: " << text;
+    for (const auto read : {fuzz::readByReader, fuzz::readByCharReader}) {
+        const fuzz::Verdict verdict = read(text);
+        EXPECT_FALSE(verdict == fuzz::Verdict::THREW && !isTooDeep) << "missed: " << text;
+        EXPECT_FALSE(verdict == fuzz::Verdict::PARSED && isTooDeep) << "too strict: " << text;
     }
 }
 
