@@ -120,6 +120,8 @@ status_t BpBinder::transact(uint32_t code, const Parcel& data, Parcel* reply, ui
     const uint32_t driverFlags = flags & ~static_cast<uint32_t>(FLAG_PRIVATE_VENDOR);
     const status_t status =
             IPCThreadState::self()->transact(mHandle, code, data, reply, driverFlags);
+    // As on Android, also when it is the service itself that answers so: it must not hand on that
+    // somebody whom it called is dead.
     if (status == DEAD_OBJECT) {
         store(mAlive, 0);
     }
