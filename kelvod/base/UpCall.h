@@ -17,8 +17,10 @@ class UpCall {
 
   private:
     static std::atomic<Interface*>& slot() {
-        // Not destroyed either: the daemon's threads outlive the static objects.
-        static std::atomic<Interface*>& performer = *new std::atomic<Interface*>(new Interface());
+        // Not destroyed either: the daemon's threads outlive the static objects. A reference of its
+        // own, so that it is no leak once something is connected.
+        static Interface& unconnected = *new Interface();
+        static std::atomic<Interface*> performer = &unconnected;
         return performer;
     }
 };
