@@ -18,7 +18,7 @@ struct TempAndType {
     Json::Value type;
 };
 
-/** Of a battery without zones the reply holds the type alone. */
+/** Without specified zones a battery has no reading: the reply holds -1 and the type. */
 TempAndType tempAndType() {
     const std::vector<Json::Value> values = askKelvo(SHELL_TEMP_AND_TYPE, {Int32, Int32});
     if (values[1].isNull()) {
