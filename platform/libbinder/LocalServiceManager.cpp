@@ -52,10 +52,17 @@ status_t LocalServiceManager::addService(const String16& name, const sp<IBinder>
         return binder::Status::EX_ILLEGAL_ARGUMENT;
     }
     Entry entry{service, dumpsysFlags};
+    std::vector<sp<LocalRegistrationCallback>> notified;
     {
         AutoMutex lock(mLock);
         std::swap(mServices[key], entry);
         mAdded.broadcast();
+        if (const auto found = mNotified.find(key); found != mNotified.end()) {
+            notified = found->second;
+        }
+    }
+    for (const sp<LocalRegistrationCallback>& callback : notified) {
+        callback->onServiceRegistration(name, service);
     }
     return OK;  // a service that was replaced is released here, without the lock
 }
@@ -85,6 +92,29 @@ sp<IBinder> LocalServiceManager::waitForService(const String16& name) {
 bool LocalServiceManager::isDeclared(const String16& name) {
     AutoMutex lock(mLock);
     return mDeclared.contains(keyOf(name));
+}
+
+status_t LocalServiceManager::registerForNotifications(
+        const String16& name, const sp<LocalRegistrationCallback>& callback) {
+    if (callback == nullptr) {
+        return BAD_VALUE;
+    }
+    sp<IBinder> present;
+    {
+        AutoMutex lock(mLock);
+        mNotified[keyOf(name)].push_back(callback);
+        present = findLocked(keyOf(name));
+    }
+    if (present != nullptr) {
+        callback->onServiceRegistration(name, present);
+    }
+    return OK;
+}
+
+status_t LocalServiceManager::unregisterForNotifications(
+        const String16& name, const sp<LocalRegistrationCallback>& callback) {
+    AutoMutex lock(mLock);
+    return std::erase(mNotified[keyOf(name)], callback) > 0 ? OK : BAD_VALUE;
 }
 
 void LocalServiceManager::declareService(const String16& name) {

@@ -9,6 +9,7 @@
 #include <utils/Condition.h>
 #include <utils/Mutex.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace android {
@@ -46,6 +47,21 @@ class Waiter : public os::BnServiceCallback {
     Mutex mLock;  // innermost lock; guards mService
     Condition mArrived;
     sp<IBinder> mService GUARDED_BY(mLock);
+};
+
+/** Passes notices on. */
+class RegistrationNotice : public os::BnServiceCallback {
+  public:
+    explicit RegistrationNotice(const sp<IServiceManager::LocalRegistrationCallback>& callback)
+          : mCallback(callback) {}
+
+    binder::Status onRegistration(const std::string& name, const sp<IBinder>& service) override {
+        mCallback->onServiceRegistration(String16(name.c_str()), service);
+        return binder::Status::ok();
+    }
+
+  private:
+    const sp<IServiceManager::LocalRegistrationCallback> mCallback;
 };
 
 }  // namespace
@@ -117,6 +133,39 @@ sp<IBinder> ServiceManagerShim::waitForService(const String16& name) {
 bool ServiceManagerShim::isDeclared(const String16& name) {
     bool declared = false;
     return mRemote->isDeclared(utf8(name), &declared).isOk() && declared;
+}
+
+status_t ServiceManagerShim::registerForNotifications(
+        const String16& name, const sp<LocalRegistrationCallback>& callback) {
+    if (callback == nullptr) {
+        return BAD_VALUE;
+    }
+    const sp<os::IServiceCallback> notice = new RegistrationNotice(callback);
+    if (!mRemote->registerForNotifications(utf8(name), notice).isOk()) {
+        ALOGW("Registrations of service '%s' will not be told", utf8(name).c_str());
+        return UNKNOWN_ERROR;
+    }
+    AutoMutex lock(mLock);
+    mNotified.push_back({name, callback, notice});
+    return OK;
+}
+
+status_t ServiceManagerShim::unregisterForNotifications(
+        const String16& name, const sp<LocalRegistrationCallback>& callback) {
+    Notified notified;
+    {
+        AutoMutex lock(mLock);
+        const auto found = std::ranges::find_if(mNotified, [&](const Notified& one) {
+            return one.name == name && one.callback == callback;
+        });
+        if (found == mNotified.end()) {
+            return BAD_VALUE;
+        }
+        notified = std::move(*found);
+        mNotified.erase(found);
+    }
+    return mRemote->unregisterForNotifications(utf8(name), notified.remote).isOk() ? OK
+                                                                                   : UNKNOWN_ERROR;
 }
 
 }  // namespace android

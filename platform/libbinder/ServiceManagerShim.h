@@ -1,7 +1,11 @@
 #pragma once
 
+#include <android/os/IServiceCallback.h>
 #include <android/os/IServiceManager.h>
 #include <binder/IServiceManager.h>
+#include <utils/Mutex.h>
+
+#include <vector>
 
 namespace android {
 
@@ -31,11 +35,26 @@ class ServiceManagerShim : public IServiceManager {
 
     bool isDeclared(const String16& name) override;
 
+    /** UNKNOWN_ERROR when the service manager refuses or does not answer. */
+    status_t registerForNotifications(const String16& name,
+                                      const sp<LocalRegistrationCallback>& callback) override;
+    status_t unregisterForNotifications(const String16& name,
+                                        const sp<LocalRegistrationCallback>& callback) override;
+
   protected:
     IBinder* onAsBinder() override;
 
   private:
+    /** A callback of this process, and what stands for it at the service manager. */
+    struct Notified {
+        String16 name;
+        sp<LocalRegistrationCallback> callback;
+        sp<os::IServiceCallback> remote;
+    };
+
     const sp<os::IServiceManager> mRemote;
+    Mutex mLock;  // innermost lock; guards what follows
+    std::vector<Notified> mNotified GUARDED_BY(mLock);
 };
 
 }  // namespace android

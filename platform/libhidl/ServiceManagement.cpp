@@ -12,6 +12,7 @@
 namespace android::hardware::details {
 
 using hidl::base::V1_0::IBase;
+using hidl::manager::V1_0::IServiceNotification;
 
 namespace {
 
@@ -25,6 +26,24 @@ sp<IBinder> findBinder(const String16& name, bool waits) {
     const sp<IServiceManager> manager = defaultServiceManager();
     return waits ? manager->waitForService(name) : manager->checkService(name);
 }
+
+/** Tells a registration in HIDL's words. */
+class Notice : public IServiceManager::LocalRegistrationCallback {
+  public:
+    Notice(const char* descriptor, const std::string& instance,
+           const sp<IServiceNotification>& notification)
+          : mDescriptor(descriptor), mInstance(instance), mNotification(notification) {}
+
+    void onServiceRegistration(const String16&, const sp<IBinder>&) override {
+        // Whether it was there before, the service manager does not say.
+        mNotification->onRegistration(mDescriptor, mInstance, false).isOk();
+    }
+
+  private:
+    const std::string mDescriptor;
+    const std::string mInstance;
+    const sp<IServiceNotification> mNotification;
+};
 
 Return<bool> speaksInterface(const sp<IBinder>& binder, const char* descriptor) {
     sp<IBase> object = localObject(binder);
@@ -91,6 +110,17 @@ status_t registerService(const char* descriptor, const std::string& instance,
         ALOGE("the service manager refuses the service %s: %d", name.c_str(), status);
     }
     return status == OK ? OK : UNKNOWN_ERROR;
+}
+
+bool notifyOfService(const char* descriptor, const std::string& instance,
+                     const sp<IServiceNotification>& notification) {
+    const sp<IServiceManager> manager = defaultServiceManager();
+    if (manager == nullptr || notification == nullptr) {
+        return false;
+    }
+    const std::string name = serviceName(descriptor, instance);
+    return manager->registerForNotifications(String16(name.c_str()),
+                                             new Notice(descriptor, instance, notification)) == OK;
 }
 
 }  // namespace android::hardware::details

@@ -7,6 +7,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace android {
 
@@ -40,6 +41,12 @@ class LocalServiceManager : public IServiceManager {
 
     bool isDeclared(const String16& name) override;
 
+    /** Notices come on the thread that registers the service, before that returns. */
+    status_t registerForNotifications(const String16& name,
+                                      const sp<LocalRegistrationCallback>& callback) override;
+    status_t unregisterForNotifications(const String16& name,
+                                        const sp<LocalRegistrationCallback>& callback) override;
+
     /** As an entry of a device's manifest does: `isDeclared` holds from then on. */
     void declareService(const String16& name);
 
@@ -61,6 +68,7 @@ class LocalServiceManager : public IServiceManager {
     Condition mAdded;
     std::map<std::string, Entry> mServices GUARDED_BY(mLock);
     std::set<std::string> mDeclared GUARDED_BY(mLock);
+    std::map<std::string, std::vector<sp<LocalRegistrationCallback>>> mNotified GUARDED_BY(mLock);
 };
 
 /**

@@ -51,6 +51,13 @@ struct HidlInterface : public hidl::base::V1_0::IBase {
         return registerService(I::descriptor, instance, _hidl_binder());
     }
 
+    /** Tells each registration of this instance from now on, and the present one; binder thread. */
+    static bool registerForNotifications(
+            const std::string& instance,
+            const sp<hidl::manager::V1_0::IServiceNotification>& notification) {
+        return notifyOfService(I::descriptor, instance, notification);
+    }
+
     static Return<sp<I>> castFrom(const sp<I>& parent, bool /*emitError*/ = false) {
         return parent;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <android/hidl/base/1.0/IBase.h>
+#include <android/hidl/manager/1.0/IServiceNotification.h>
 
 #include <string>
 #include <string_view>
@@ -25,5 +26,9 @@ sp<IBinder> findService(const char* descriptor, const std::string& instance, Wai
 /** OK or UNKNOWN_ERROR, which is logged. Thread-safe. */
 status_t registerService(const char* descriptor, const std::string& instance,
                          const sp<IBinder>& binder);
+
+/** False when the service manager refuses. Thread-safe. */
+bool notifyOfService(const char* descriptor, const std::string& instance,
+                     const sp<hidl::manager::V1_0::IServiceNotification>& notification);
 
 }  // namespace android::hardware::details
