@@ -1,5 +1,7 @@
 #include "links/ChargerProxyService.h"
 
+#include <optional>
+
 #include "base/Log.h"
 
 using android::Mutex;
@@ -20,33 +22,37 @@ constexpr int32_t kNoCurrent = -1;
 void ChargerProxyService::ChargerProxyServiceDeathRecipient::serviceDied(
         uint64_t, const wp<android::hidl::base::V1_0::IBase>&) {
     KLOGE("ChargerProxyService just died");
-    mOwner->forget();
+    mOwner->take(nullptr);
 }
 
-bool ChargerProxyService::checkService() {
-    if (mCharger != nullptr) {
-        return true;
+ChargerProxyService::ChargerProxyService()
+      : mDeathRecipient(new ChargerProxyServiceDeathRecipient(this)) {}
+
+sp<ChargerProxyService::ICharger> ChargerProxyService::connection() {
+    {
+        Mutex::Autolock lock(mMutex);
+        if (mCharger != nullptr) {
+            return mCharger;
+        }
     }
     // Not getService(): for a HAL that the manifest names and that is down it would wait without
-    // an end, and the fitting thread with it.
-    mCharger = ICharger::tryGetService(kInstance);
-    if (mCharger == nullptr) {
+    // an end.
+    const sp<ICharger> charger = ICharger::tryGetService(kInstance);
+    if (charger == nullptr) {
         KLOGE("unable to get Charger service");
-        return false;
+        return nullptr;
     }
-    if (!linkToDeath()) {
-        mCharger = nullptr;
-        return false;
+    take(charger);  // before the link, so that a death at once finds it
+    if (!linkToDeath(charger)) {
+        take(nullptr);
+        return nullptr;
     }
     KLOGD("Link to death notification successful");
-    return true;
+    return charger;
 }
 
-bool ChargerProxyService::linkToDeath() {
-    if (mDeathRecipient == nullptr) {
-        mDeathRecipient = new ChargerProxyServiceDeathRecipient(this);
-    }
-    const Return<bool> linked = mCharger->linkToDeath(mDeathRecipient, kDeathCookie);
+bool ChargerProxyService::linkToDeath(const sp<ICharger>& charger) {
+    const Return<bool> linked = charger->linkToDeath(mDeathRecipient, kDeathCookie);
     if (!linked.isOk()) {
         KLOGE("Transaction error in linking to Charger Service death: %s",
               linked.description().c_str());
@@ -60,30 +66,40 @@ bool ChargerProxyService::linkToDeath() {
 }
 
 int32_t ChargerProxyService::getBatteryCurrentNow() {
-    Mutex::Autolock lock(mMutex);
-    if (!checkService()) {
+    const std::optional<int32_t> current =
+            mCaller.ask(std::optional<int32_t>(), [this]() -> std::optional<int32_t> {
+                const sp<ICharger> charger = connection();
+                if (charger == nullptr) {
+                    return std::nullopt;
+                }
+                // A HAL that dies during the call is one that cannot be reached.
+                return charger->getBatteryCurrentNow().withDefault(kNoCurrent);
+            });
+    if (!current) {
         KLOGD("Couldn't get battery remain because of ChargerProxyService error.");
-        return kNoCurrent;
     }
-    // A HAL that dies during the call is one that cannot be reached.
-    return mCharger->getBatteryCurrentNow().withDefault(kNoCurrent);
+    return current.value_or(kNoCurrent);
 }
 
 void ChargerProxyService::notifyScreenStatus(int status) {
-    Mutex::Autolock lock(mMutex);
-    if (!checkService()) {
+    const bool reached = mCaller.ask(false, [this, status] {
+        const sp<ICharger> charger = connection();
+        if (charger == nullptr) {
+            return false;
+        }
+        const Return<void> told = charger->notifyScreenStatus(status);
+        if (!told.isOk()) {
+            KLOGD("the charger service refuses the screen status: %s", told.description().c_str());
+        }
+        return true;
+    });
+    if (!reached) {
         KLOGD("Couldn't notifyScreenStatus because of ChargerProxyService error.");
-        return;
-    }
-    const Return<void> told = mCharger->notifyScreenStatus(status);
-    if (!told.isOk()) {
-        KLOGD("the charger service refuses the screen status: %s", told.description().c_str());
     }
 }
 
-void ChargerProxyService::forget() {
-    sp<ICharger> dead;  // released after the lock: that takes the links back
+/** In place of the one held, which is released after the lock: that takes the links back. */
+void ChargerProxyService::take(sp<ICharger> charger) {
     Mutex::Autolock lock(mMutex);
-    dead = mCharger;
-    mCharger = nullptr;
+    std::swap(mCharger, charger);
 }

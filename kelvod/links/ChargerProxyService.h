@@ -6,9 +6,11 @@
 
 #include <cstdint>
 
+#include "links/PatientCaller.h"
+
 /**
  * The daemon's client of the vendor's charger HAL. Connects when it is first needed, and again on
- * the first call after the HAL died. Thread-safe; a HAL that does not answer holds up all callers.
+ * the first call after the HAL died. Thread-safe; a HAL that hangs costs a caller a second once.
  */
 class ChargerProxyService : public android::Singleton<ChargerProxyService> {
   public:
@@ -21,7 +23,7 @@ class ChargerProxyService : public android::Singleton<ChargerProxyService> {
 
   private:
     friend class android::Singleton<ChargerProxyService>;
-    ChargerProxyService() = default;
+    ChargerProxyService();
 
     class ChargerProxyServiceDeathRecipient : public android::hardware::hidl_death_recipient {
       public:
@@ -33,13 +35,13 @@ class ChargerProxyService : public android::Singleton<ChargerProxyService> {
         ChargerProxyService* const mOwner;  // never ends
     };
 
-    bool checkService() REQUIRES(mMutex);
-    bool linkToDeath() REQUIRES(mMutex);
-    void forget();
+    android::sp<ICharger> connection();
+    bool linkToDeath(const android::sp<ICharger>& charger);
+    void take(android::sp<ICharger> charger);
 
-    // Guards the handle. Held across the calls to the HAL, so nothing that a caller of this class
-    // holds may be wanted by the HAL's process; inside it only what binder itself takes.
-    android::Mutex mMutex;
+    const android::sp<ChargerProxyServiceDeathRecipient> mDeathRecipient;
+    kelvo::PatientCaller mCaller{"the charger service"};  // one call at a time, also to connect
+
+    android::Mutex mMutex;  // guards the handle; a leaf, the HAL is called without it
     android::sp<ICharger> mCharger GUARDED_BY(mMutex);  // null while not connected
-    android::sp<ChargerProxyServiceDeathRecipient> mDeathRecipient GUARDED_BY(mMutex);
 };

@@ -5,6 +5,7 @@
 #include <utils/String16.h>
 
 #include "base/Log.h"
+#include "links/PatientCaller.h"
 
 namespace kelvo {
 
@@ -12,9 +13,7 @@ namespace {
 
 constexpr uint32_t kGlobalFramesCode = 1013;
 
-}  // namespace
-
-int32_t getGlobalFrames() {
+int32_t askCompositor() {
     const android::sp<android::IServiceManager> services = android::defaultServiceManager();
     if (services == nullptr) {
         KLOGE("Unable to get default service manager!");
@@ -34,6 +33,14 @@ int32_t getGlobalFrames() {
         return -1;
     }
     return reply.readInt32();
+}
+
+}  // namespace
+
+int32_t getGlobalFrames() {
+    // Never destroyed: a call may be out while the process ends.
+    static PatientCaller& compositor = *new PatientCaller("the display compositor");
+    return compositor.ask(-1, askCompositor);
 }
 
 }  // namespace kelvo

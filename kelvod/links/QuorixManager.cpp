@@ -3,6 +3,7 @@
 #include <binder/IServiceManager.h>
 
 #include <string>
+#include <utility>
 
 #include "base/Log.h"
 #include "links/QuorixModuleUsageCb.h"
@@ -34,44 +35,47 @@ class QuorixManager::DeathNotifier : public IBinder::DeathRecipient {
     QuorixManager& mManager;  // never destroyed
 };
 
-QuorixManager::QuorixManager() = default;
+QuorixManager::QuorixManager() : mDeathNotifier(new DeathNotifier(*this)) {}
 QuorixManager::~QuorixManager() = default;
 
 bool QuorixManager::getQuorixService() {
-    const Mutex::Autolock lock(mMutex);
-    return connectLocked();
+    return mCaller.ask(false, [this] { return connection() != nullptr; });
 }
 
-bool QuorixManager::connectLocked() {
-    if (mQuorix != nullptr) {
-        return true;
+sp<IZentaQuorix> QuorixManager::heldEngine() {
+    const Mutex::Autolock lock(mMutex);
+    return mQuorix;
+}
+
+/** Within a call of mCaller: one at a time, and without the mutex. */
+sp<IZentaQuorix> QuorixManager::connection() {
+    if (const sp<IZentaQuorix> held = heldEngine(); held != nullptr) {
+        return held;
     }
     const sp<android::IServiceManager> services = android::defaultServiceManager();
     if (services == nullptr) {
         KLOGE("qxManager: defaultServiceManager get failed");
-        return false;
+        return nullptr;
     }
     // Not getService(), which would wait seconds for an engine that is not there.
     const sp<IBinder> binder = services->checkService(String16(kServiceName));
-    if (mDeathNotifier == nullptr) {
-        mDeathNotifier = new DeathNotifier(*this);
-    }
+    const sp<IZentaQuorix> engine = android::interface_cast<IZentaQuorix>(binder);
+    holdEngine(engine);  // before the link, so that a death at once finds it
     // One that is dead already would never be dropped.
     if (binder == nullptr || binder->linkToDeath(mDeathNotifier) == android::DEAD_OBJECT) {
+        holdEngine(nullptr);
         KLOGD("qxManager: Quorix service get fail!");
-        return false;
+        return nullptr;
     }
-    mQuorix = android::interface_cast<IZentaQuorix>(binder);
-    if (mQuorix == nullptr) {
+    if (engine == nullptr) {
         KLOGE("qxManager: Quorix service interface_cast failed");
     }
-    return mQuorix != nullptr;
+    return engine;
 }
 
-sp<IZentaQuorix> QuorixManager::connection() {
+void QuorixManager::holdEngine(sp<IZentaQuorix> engine) {
     const Mutex::Autolock lock(mMutex);
-    connectLocked();
-    return mQuorix;
+    std::swap(mQuorix, engine);  // the one that was held is released after the lock
 }
 
 sp<QuorixModuleUsageCb> QuorixManager::callback() {
@@ -95,20 +99,39 @@ void QuorixManager::regCallBack() {
 
 int QuorixManager::registerQuorixCallback() {
     const sp<QuorixModuleUsageCb> listener = callback();
-    const sp<IZentaQuorix> engine = connection();
-    if (engine == nullptr) {
+    const Reply reply = tell([this, listener](const sp<IZentaQuorix>& engine) {
+        int32_t result = 0;
+        const Status status = engine->registerModuleUsageListener(kListenerKind, listener, &result);
+        if (status.isOk()) {
+            setRegistered(engine);
+        }
+        return status.isOk();
+    });
+    if (reply == Reply::ABSENT) {
         KLOGE("qxManager: registerQuorixCallback getQuorixService fail");
-        return -1;
-    }
-    int32_t result = 0;
-    const Status status = engine->registerModuleUsageListener(kListenerKind, listener, &result);
-    if (!status.isOk()) {
+    } else if (reply == Reply::REFUSED) {
         KLOGE("qxManager: registerModuleUsageListener fail");
-        return -1;
+    } else {
+        KLOGD("qxManager: registerModuleUsageListener ok");
     }
-    KLOGD("qxManager: registerModuleUsageListener ok");
-    setRegistered(engine);
-    return 0;
+    return reply == Reply::GOOD ? 0 : -1;
+}
+
+QuorixManager::Reply QuorixManager::tell(std::function<bool(const sp<IZentaQuorix>& engine)> call) {
+    return mCaller.ask(Reply::ABSENT, [this, call = std::move(call)] {
+        const sp<IZentaQuorix> engine = connection();
+        if (engine == nullptr) {
+            return Reply::ABSENT;
+        }
+        return call(engine) ? Reply::GOOD : Reply::REFUSED;
+    });
+}
+
+QuorixManager::Reply QuorixManager::inform(int32_t event) {
+    return tell([event](const sp<IZentaQuorix>& engine) {
+        int32_t result = 0;
+        return engine->informThermalEvent(event, &result).isOk();
+    });
 }
 
 /** An engine that died meanwhile has forgotten the registration. */
@@ -118,33 +141,27 @@ void QuorixManager::setRegistered(const sp<IZentaQuorix>& engine) {
 }
 
 int QuorixManager::startQuorix() {
-    const sp<IZentaQuorix> engine = connection();
-    if (engine == nullptr) {
+    const Reply reply = inform(IZentaQuorix::START_REPORTING);
+    if (reply == Reply::ABSENT) {
         KLOGE("qxManager: startQuorix getQuorixService fail");
-        return -1;
-    }
-    int32_t result = 0;
-    if (!engine->informThermalEvent(IZentaQuorix::START_REPORTING, &result).isOk()) {
+    } else if (reply == Reply::REFUSED) {
         KLOGE("qxManager: informThermalEvent startQuorix fail");
-        return -1;
+    } else {
+        KLOGE("qxManager: informThermalEvent startQuorix ok");
     }
-    KLOGE("qxManager: informThermalEvent startQuorix ok");
-    return 0;
+    return reply == Reply::GOOD ? 0 : -1;
 }
 
 int QuorixManager::stopQuorix() {
-    const sp<IZentaQuorix> engine = connection();
-    if (engine == nullptr) {
+    const Reply reply = inform(IZentaQuorix::STOP_REPORTING);
+    if (reply == Reply::ABSENT) {
         KLOGE("qxManager: stopQuorix getQuorixService fail");
-        return -1;
-    }
-    int32_t result = 0;
-    if (!engine->informThermalEvent(IZentaQuorix::STOP_REPORTING, &result).isOk()) {
+    } else if (reply == Reply::REFUSED) {
         KLOGE("qxManager: informThermalEvent stopQuorix fail");
-        return -1;
+    } else {
+        KLOGE("qxManager: informThermalEvent stopQuorix ok");
     }
-    KLOGE("qxManager: informThermalEvent stopQuorix ok");
-    return 0;
+    return reply == Reply::GOOD ? 0 : -1;
 }
 
 void QuorixManager::dropEngine() {

@@ -5,8 +5,10 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 
 #include "links/IZentaQuorix.h"
+#include "links/PatientCaller.h"
 
 namespace kelvo {
 
@@ -53,19 +55,26 @@ class QuorixManager : public android::Singleton<QuorixManager> {
     ~QuorixManager();
 
     class DeathNotifier;
+    /** How a call of the engine went; a late engine counts as absent. */
+    enum class Reply { ABSENT, REFUSED, GOOD };
 
+    Reply tell(std::function<bool(const android::sp<IZentaQuorix>& engine)> call);
+    Reply inform(int32_t event);
     android::sp<IZentaQuorix> connection();
-    bool connectLocked() REQUIRES(mMutex);
+    android::sp<IZentaQuorix> heldEngine();
+    void holdEngine(android::sp<IZentaQuorix> engine);
     android::sp<QuorixModuleUsageCb> callback();
     void setRegistered(const android::sp<IZentaQuorix>& engine);
     void dropEngine();
 
     ModulePower mPower;  // written under the mutex, read by anyone
 
-    // Taken for lookups and while a report is handled; nothing of the daemon is called under it.
+    const android::sp<DeathNotifier> mDeathNotifier;
+    PatientCaller mCaller{"the usage-statistics engine"};  // one call at a time, also to connect
+
+    // Held while a report is handled; a leaf, the engine is called without it.
     android::Mutex mMutex;
     android::sp<IZentaQuorix> mQuorix GUARDED_BY(mMutex);
-    android::sp<DeathNotifier> mDeathNotifier GUARDED_BY(mMutex);
     android::sp<QuorixModuleUsageCb> mCallback GUARDED_BY(mMutex);  // made once
     bool mRegistered GUARDED_BY(mMutex) = false;
 };

@@ -1,5 +1,6 @@
 #include "links/QuorixModuleUsageCb.h"
 
+#include <optional>
 #include <utility>
 
 #include "base/Log.h"
@@ -22,6 +23,19 @@ UsageSum sumOf(const google::protobuf::RepeatedPtrField<Record>& records) {
         sum.add(record.has_start() ? record.start() : kNoTime,
                 record.has_end() ? record.end() : kNoTime, record.energy());
     }
+    return sum;
+}
+
+/** The sum of the records, whose power is the figure; none, and no power, without records. */
+template <typename Record>
+std::optional<UsageSum> takePower(const google::protobuf::RepeatedPtrField<Record>& records,
+                                  std::atomic<int32_t>& figure) {
+    if (records.empty()) {
+        figure = ModulePower::kNone;
+        return std::nullopt;
+    }
+    const UsageSum sum = sumOf(records);
+    figure = sum.power();
     return sum;
 }
 
@@ -67,31 +81,31 @@ bool QuorixModuleUsageCb::parseMessage(const std::vector<uint8_t>& data) {
 }
 
 void QuorixModuleUsageCb::parseCpuData() {
-    const UsageSum sum = sumOf(mUsage.cpu());
-    mPower.cpu = sum.power();
-    KLOGD("qxManager: Parse CPU Data : duration sum : %lld, energySum: %lld",
-          static_cast<long long>(sum.span()), static_cast<long long>(sum.energySum()));
+    if (const auto sum = takePower(mUsage.cpu(), mPower.cpu)) {
+        KLOGD("qxManager: Parse CPU Data : duration sum : %lld, energySum: %lld",
+              static_cast<long long>(sum->span()), static_cast<long long>(sum->energySum()));
+    }
 }
 
 void QuorixModuleUsageCb::parseCellularData() {
-    const UsageSum sum = sumOf(mUsage.cellular());
-    mPower.cellular = sum.power();
-    KLOGD("qxManager: Parse Cellular Data  : duration sum : %lld, energy sum: %lld",
-          static_cast<long long>(sum.span()), static_cast<long long>(sum.energySum()));
+    if (const auto sum = takePower(mUsage.cellular(), mPower.cellular)) {
+        KLOGD("qxManager: Parse Cellular Data  : duration sum : %lld, energy sum: %lld",
+              static_cast<long long>(sum->span()), static_cast<long long>(sum->energySum()));
+    }
 }
 
 void QuorixModuleUsageCb::parseWifiData() {
-    const UsageSum sum = sumOf(mUsage.wifi());
-    mPower.wifi = sum.power();
-    KLOGD("qxManager: Parse Wifi Data : duration sum : %lld, energy sum: %lld",
-          static_cast<long long>(sum.span()), static_cast<long long>(sum.energySum()));
+    if (const auto sum = takePower(mUsage.wifi(), mPower.wifi)) {
+        KLOGD("qxManager: Parse Wifi Data : duration sum : %lld, energy sum: %lld",
+              static_cast<long long>(sum->span()), static_cast<long long>(sum->energySum()));
+    }
 }
 
 void QuorixModuleUsageCb::parseDisplayData() {
-    const UsageSum sum = sumOf(mUsage.display());
-    mPower.display = sum.power();
-    KLOGD("qxManager: Parse Display Data : duration sum : %lld, energy sum: %lld",
-          static_cast<long long>(sum.span()), static_cast<long long>(sum.energySum()));
+    if (const auto sum = takePower(mUsage.display(), mPower.display)) {
+        KLOGD("qxManager: Parse Display Data : duration sum : %lld, energy sum: %lld",
+              static_cast<long long>(sum->span()), static_cast<long long>(sum->energySum()));
+    }
 }
 
 }  // namespace kelvo

@@ -1,5 +1,6 @@
 #include "links/QuorixManager.h"
 
+#include <algorithm>
 #include <limits>
 #include <optional>
 
@@ -85,6 +86,13 @@ TEST_F(QuorixManagerTest, turnsEnergyIntoPower) {
     EXPECT_EQ(figuresAfter(sim::Usage{{}, {{0, 3600, 2000}}, {}, {}}),
               (std::vector<int32_t>{-1, -1, 2, -1}))
             << "no records of the others";
+    EXPECT_EQ(std::ranges::count_if(log.lines(),
+                                    [](const auto& line) {
+                                        return line.text.find("Parse CPU Data") !=
+                                               std::string::npos;
+                                    }),
+              std::ssize(rows) + 1)
+            << "and no sum of none";
     EXPECT_TRUE(log.has("qxManager: Parse Cellular Data  : duration sum : 3600, energy sum: 3000"));
     EXPECT_TRUE(
             log.has("qxManager: Parse ModuleUsage DEBUG (CPU : 1, Wifi : 2, Cellular : 3, "

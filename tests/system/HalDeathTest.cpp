@@ -20,8 +20,9 @@ namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
 constexpr int kDeaths = 100;
-constexpr int kWarmUp = 10;       // deaths after which all threads have started
-constexpr int kMostThreads = 12;  // main, work, st-fitting, HIDL's and the pool of 8
+constexpr int kWarmUp = 10;  // deaths after which all threads have started
+constexpr int kMostThreads =
+        14;  // main, work, st-fitting, HIDL's, a caller for each HAL, pool of 8
 constexpr std::chrono::seconds kLimit(30);
 
 // With an ambient model each cycle asks both HALs.
