@@ -1,6 +1,7 @@
 #include "links/AidlHealthInfoListener.h"
 
 #include <android/binder_manager.h>
+#include <binder/IServiceManager.h>
 
 #include "base/Log.h"
 #include "base/Time.h"
@@ -18,6 +19,21 @@ constexpr int kNoService = -19;
 constexpr int64_t kAskInterval = 5 * kelvo::kNanosPerSecond;
 
 }  // namespace
+
+/** Passes the service manager's notices on; they come on binder threads. */
+class AidlHealthInfoListener::Registrations
+      : public android::IServiceManager::LocalRegistrationCallback {
+  public:
+    explicit Registrations(AidlHealthInfoListener* listener) : mListener(listener) {}
+
+    void onServiceRegistration(const android::String16&,
+                               const android::sp<android::IBinder>&) override {
+        mListener->onRegistration();
+    }
+
+  private:
+    AidlHealthInfoListener* const mListener;  // never ends
+};
 
 AidlHealthInfoListener::AidlHealthInfoListener(HealthObserver observer)
       : mState(std::move(observer)), mDeathRecipient(AIBinder_DeathRecipient_new([](void* cookie) {
@@ -37,15 +53,23 @@ int AidlHealthInfoListener::init() {
     if (isConnected()) {
         return kAlreadyConnected;
     }
-    const int status = connect(SpAIBinder(AServiceManager_getService(instanceName().c_str())));
+    const int status = askAndConnect();
     if (status != 0) {
         Mutex::Autolock lock(mServiceMutex);
         mLastAsk = kelvo::monotonicNanos();
     }
+    watchRegistrations();
     return status;
 }
 
-int AidlHealthInfoListener::connect(const SpAIBinder& binder) {
+int AidlHealthInfoListener::askAndConnect() {
+    return mCaller.ask(kNoService,
+                       [self = ref<AidlHealthInfoListener>()] { return self->connect(); });
+}
+
+/** Without waiting: whatever is registered later is told. */
+int AidlHealthInfoListener::connect() {
+    const SpAIBinder binder(AServiceManager_checkService(instanceName().c_str()));
     const std::shared_ptr<IHealth> health = IHealth::fromBinder(binder);
     if (health == nullptr) {
         return kNoService;
@@ -61,7 +85,9 @@ int AidlHealthInfoListener::connect(const SpAIBinder& binder) {
     const int status = subscribe(health);
     if (status != 0) {
         Mutex::Autolock lock(mServiceMutex);
-        mHealth = nullptr;
+        if (mHealth == health) {
+            mHealth = nullptr;
+        }
     }
     return status;
 }
@@ -75,15 +101,40 @@ int AidlHealthInfoListener::subscribe(const std::shared_ptr<IHealth>& health) {
             AIBinder_linkToDeath(health->asBinder().get(), mDeathRecipient.get(), this);
     if (linked != STATUS_OK) {
         KLOGE("[%s], Failed to link to death, status %d", "init", linked);
+        health->unregisterCallback(ref<AidlHealthInfoListener>());  // or it would be called twice
         return linked;
     }
     KLOGD("[%s], init aidl health service success.", "init");
     return 0;
 }
 
+/** Once. A registration that came before is told at once, and finds the listener connected. */
+void AidlHealthInfoListener::watchRegistrations() {
+    const android::sp<Registrations> registrations = new Registrations(this);
+    {
+        Mutex::Autolock lock(mServiceMutex);
+        if (mRegistrations != nullptr) {
+            return;
+        }
+        mRegistrations = registrations;
+    }
+    const android::sp<android::IServiceManager> services = android::defaultServiceManager();
+    if (services == nullptr ||
+        services->registerForNotifications(android::String16(instanceName().c_str()),
+                                           registrations) != android::OK) {
+        KLOGE("nobody tells when the aidl health service comes, it is looked for when needed");
+    }
+}
+
+void AidlHealthInfoListener::onRegistration() {
+    if (!isConnected()) {
+        askAndConnect();
+    }
+}
+
 void AidlHealthInfoListener::reconnect() {
     if (takeAsk()) {
-        connect(SpAIBinder(AServiceManager_checkService(instanceName().c_str())));
+        askAndConnect();
     }
 }
 
@@ -113,5 +164,7 @@ void AidlHealthInfoListener::serviceDied() {
         return;
     }
     KLOGD("[%s], health service died, will try to reconnect.", "serviceDied");
-    init();
+    if (init() == kNoService) {
+        KLOGE("[%s], aidl health service is away, it is awaited.", "serviceDied");
+    }
 }

@@ -23,7 +23,7 @@ void HealthInfoNotifier::initHealthService() {
     if (AServiceManager_isDeclared(AidlHealthInfoListener::instanceName().c_str())) {
         mAidlListener = ndk::SharedRefBase::make<AidlHealthInfoListener>(observer);
         if (mAidlListener->init() != 0) {
-            // Kept: the service may come later, the getters look for it.
+            // Kept, as the other one below: the service may come later.
             KLOGE("[%s], init aidl health service failed.", __func__);
         } else {
             KLOGD("[%s], init aidl health service success.", __func__);
@@ -33,7 +33,6 @@ void HealthInfoNotifier::initHealthService() {
     mHidlListener = new HidlHealthInfoListener(observer);
     if (mHidlListener->init() != 0) {
         KLOGE("[%s], init hidl health service failed.", __func__);
-        mHidlListener = nullptr;  // this phone has neither service
     } else {
         KLOGD("[%s], init hidl health service success.", __func__);
     }
@@ -44,7 +43,7 @@ bool HealthInfoNotifier::getOnChargeStats() {
         mAidlListener->reconnect();
         return mAidlListener->state().isCharging();
     }
-    if (mHidlListener != nullptr) {
+    if (mHidlListener->wasConnected()) {
         return mHidlListener->state().isCharging();
     }
     KLOGE("[%s], no health service inited.", __func__);
@@ -56,7 +55,7 @@ bool HealthInfoNotifier::getChargerWirelessStats() {
         mAidlListener->reconnect();
         return mAidlListener->state().isChargingWirelessly();
     }
-    if (mHidlListener != nullptr) {
+    if (mHidlListener->wasConnected()) {
         return mHidlListener->state().isChargingWirelessly();
     }
     KLOGE("[%s], no health service inited.", __func__);

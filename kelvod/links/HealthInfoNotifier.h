@@ -16,7 +16,7 @@ class HidlHealthInfoListener;
  * scene's op code for wireless charging. The AIDL service is preferred to HIDL 2.0.
  *
  * Thread-safe: the references to listeners are constant after construction. Construction connects,
- * which on a phone takes up to five seconds when the service is declared but absent.
+ * which takes a second when the service does not answer.
  */
 class HealthInfoNotifier : public android::Singleton<HealthInfoNotifier> {
   public:
@@ -35,7 +35,7 @@ class HealthInfoNotifier : public android::Singleton<HealthInfoNotifier> {
 
     void initHealthService();
 
-    // At most one of them is there.
+    // One of them is there.
     std::shared_ptr<AidlHealthInfoListener> mAidlListener;
     android::sp<HidlHealthInfoListener> mHidlListener;
 };

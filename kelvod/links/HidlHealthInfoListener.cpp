@@ -1,5 +1,6 @@
 #include "links/HidlHealthInfoListener.h"
 
+#include <android/hidl/manager/1.0/IServiceNotification.h>
 #include <healthhalutils/HealthHalUtils.h>
 #include <hidl/HidlTransportSupport.h>
 
@@ -8,6 +9,7 @@
 using android::Mutex;
 using android::sp;
 using android::wp;
+using android::hardware::hidl_string;
 using android::hardware::interfacesEqual;
 using android::hardware::Return;
 using android::hardware::health::V2_0::get_health_service;
@@ -38,6 +40,23 @@ class HidlHealthInfoListener::Callback : public IHealthInfoCallback {
     const wp<HidlHealthInfoListener> mListener;
 };
 
+/** Passes notices of registrations on; they come on binder threads. */
+class HidlHealthInfoListener::Registrations
+      : public android::hidl::manager::V1_0::IServiceNotification {
+  public:
+    explicit Registrations(HidlHealthInfoListener* listener) : mListener(listener) {}
+
+    Return<void> onRegistration(const hidl_string&, const hidl_string&, bool) override {
+        if (const sp<HidlHealthInfoListener> listener = mListener.promote(); listener != nullptr) {
+            listener->init();
+        }
+        return {};
+    }
+
+  private:
+    const wp<HidlHealthInfoListener> mListener;
+};
+
 HidlHealthInfoListener::HidlHealthInfoListener(HealthObserver observer)
       : mState(std::move(observer)) {}
 
@@ -48,16 +67,29 @@ HidlHealthInfoListener::~HidlHealthInfoListener() {
     }
 }
 
+bool HidlHealthInfoListener::isConnected() const {
+    Mutex::Autolock lock(mServiceMutex);
+    return mHealth != nullptr;
+}
+
 int HidlHealthInfoListener::init() {
+    if (isConnected()) {
+        return kAlreadyConnected;
+    }
     {
         Mutex::Autolock lock(mServiceMutex);
-        if (mHealth != nullptr) {
-            return kAlreadyConnected;
-        }
         if (mCallback == nullptr) {
             mCallback = new Callback(this);
         }
     }
+    const int status = mCaller.ask(
+            kNoService, [self = sp<HidlHealthInfoListener>(this)] { return self->connect(); });
+    watchRegistrations();
+    return status;
+}
+
+/** May wait for a service that the manifest names. */
+int HidlHealthInfoListener::connect() {
     const sp<IHealth> health = get_health_service();
     if (health == nullptr) {
         KLOGE("get hidl health service failed.");
@@ -71,8 +103,24 @@ int HidlHealthInfoListener::init() {
         drop();
         return kNoService;
     }
+    mWasConnected = true;
     KLOGD("[%s], init hidl health service success.", "init");
     return 0;
+}
+
+/** Once. A registration that came before is told at once, and finds the listener connected. */
+void HidlHealthInfoListener::watchRegistrations() {
+    const sp<Registrations> registrations = new Registrations(this);
+    {
+        Mutex::Autolock lock(mServiceMutex);
+        if (mRegistrations != nullptr) {
+            return;
+        }
+        mRegistrations = registrations;
+    }
+    if (!IHealth::registerForNotifications("default", registrations)) {
+        KLOGE("nobody tells when the hidl health service comes");
+    }
 }
 
 bool HidlHealthInfoListener::take(const sp<IHealth>& health) {
@@ -94,10 +142,13 @@ void HidlHealthInfoListener::drop() {
 bool HidlHealthInfoListener::subscribe(const sp<IHealth>& health) {
     const Return<Result> registered = health->registerCallback(mCallback);
     if (!registered.isOk() || registered != Result::SUCCESS) {
+        KLOGE("[%s], the hidl health service takes no callback", "init");
         return false;
     }
     const Return<bool> linked = health->linkToDeath(this, 0);
     if (!linked.isOk() || !linked) {
+        KLOGE("[%s], Failed to link to death of the hidl health service", "init");
+        health->unregisterCallback(mCallback).isOk();  // or it would be called twice
         return false;
     }
     const Return<Result> updated = health->update();

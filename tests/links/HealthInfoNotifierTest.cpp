@@ -1,5 +1,8 @@
 #include "links/HealthInfoNotifier.h"
 
+#include <binder/IServiceManager.h>
+#include <binder/Parcel.h>
+
 #include <algorithm>
 
 #include "support/EngineTest.h"
@@ -28,6 +31,30 @@ class HealthInfoNotifierTest : public EngineTest, public testing::WithParamInter
         return std::ranges::count_if(lines,
                                      [&](const auto& line) { return line.text.starts_with(text); });
     }
+};
+
+/** A health service whose death cannot be linked to. */
+class UnlinkableHealth : public android::BBinder {
+  public:
+    const android::String16& getInterfaceDescriptor() const override { return mDescriptor; }
+    android::status_t linkToDeath(const android::sp<DeathRecipient>&, void*, uint32_t) override {
+        return android::DEAD_OBJECT;
+    }
+
+    int asked = 0;
+    int callbacks = 0;
+
+  protected:
+    android::status_t onTransact(uint32_t code, const android::Parcel&, android::Parcel* reply,
+                                 uint32_t) override {
+        constexpr uint32_t kRegister = 1;
+        asked += code == kRegister ? 1 : 0;
+        callbacks += code == kRegister ? 1 : -1;
+        return reply->writeNoException();
+    }
+
+  private:
+    const android::String16 mDescriptor{"android.hardware.health.IHealth"};
 };
 
 constexpr char kChargingTime[] = "setChargingStartTime:";
@@ -85,8 +112,34 @@ TEST_P(HealthInfoNotifierTest, survivesAServiceThatDiesEverySecond) {
         health({.ac = second % 3 == 0});
         charging();
     }
-    EXPECT_EQ(linesWith("[init], init "), GetParam() == HealthHal::Aidl ? 21 : 1)
-            << "at the start and, to the AIDL service, five seconds after each death";
+    EXPECT_EQ(linesWith("[init], init "), 61) << "at the start and at each registration";
+}
+
+TEST_P(HealthInfoNotifierTest, hearsAServiceThatWasAwayWithoutBeingAsked) {
+    start(GetParam());
+    runUntil(10);
+    log.clear();
+    service(false);
+    runUntil(100);
+    service(true);
+    health({.usb = true});
+    EXPECT_EQ(linesWith("ChargeStats changed to 1"), 1);
+    EXPECT_TRUE(charging());
+    EXPECT_EQ(linesWith(GetParam() == HealthHal::Aidl
+                                ? "[serviceDied], aidl health service is away, it is awaited."
+                                : "get hidl health service failed."),
+              1);
+}
+
+TEST_P(HealthInfoNotifierTest, hearsAServiceThatComesAfterTheStart) {
+    scenario.services.erase("health");
+    start(GetParam());
+    EXPECT_FALSE(charging());
+    log.clear();
+    service(true);
+    health({.wireless = true});
+    EXPECT_EQ(linesWith("chargerWireless changed to wirless_charge"), 1);
+    EXPECT_TRUE(wireless());
 }
 
 INSTANTIATE_TEST_SUITE_P(Hals, HealthInfoNotifierTest,
@@ -94,32 +147,24 @@ INSTANTIATE_TEST_SUITE_P(Hals, HealthInfoNotifierTest,
                              return test.param == HealthHal::Aidl ? "aidl" : "hidl";
                          });
 
-TEST_F(HealthInfoNotifierTest, looksForTheAidlServiceOnceInFiveSeconds) {
-    start(HealthHal::Aidl);
-    runUntil(10);
-    service(false);
-    service(true);
-    runUntil(14.9);
-    EXPECT_FALSE(charging());
-    health({.usb = true});
-    EXPECT_FALSE(charging()) << "the failed attempt at the death counts";
-    runUntil(15);
-    EXPECT_FALSE(charging()) << "connected now; the service tells nothing when one registers";
-    health({.usb = true});
-    EXPECT_TRUE(charging());
-}
-
-TEST_F(HealthInfoNotifierTest, findsADeclaredServiceThatComesLate) {
+TEST_F(HealthInfoNotifierTest, asksAnAidlServiceThatRefusesOnceInFiveSeconds) {
     scenario.services.erase("health");
     start(HealthHal::Aidl);
     EXPECT_TRUE(log.has("[initHealthService], init aidl health service failed."));
     EXPECT_FALSE(charging());
     EXPECT_FALSE(log.has("[getOnChargeStats], no health service inited."));
-    service(true);
-    runUntil(6);
-    EXPECT_FALSE(wireless());
-    health({.wireless = true});
-    EXPECT_TRUE(wireless());
+    const android::sp<UnlinkableHealth> refuses = new UnlinkableHealth();
+    android::defaultServiceManager()->addService(
+            android::String16("android.hardware.health.IHealth/default"), refuses);
+    EXPECT_EQ(refuses->asked, 1) << "at its registration";
+    for (const double seconds : {4.9, 5.1, 9.9, 10.2}) {
+        runUntil(seconds);
+        charging();
+        wireless();
+    }
+    EXPECT_EQ(refuses->asked, 3);
+    EXPECT_EQ(refuses->callbacks, 0) << "what cannot be linked to is not left registered";
+    EXPECT_EQ(log.count("[init], Failed to link to death, status -32"), 3u);
 }
 
 TEST_F(HealthInfoNotifierTest, saysSoWhenThereIsNeitherService) {
