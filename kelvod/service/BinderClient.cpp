@@ -62,44 +62,54 @@ BinderClient::~BinderClient() {
     mBinder->unlinkToDeath(mDeathRecipient);
 }
 
+/** Null when the listener is dead or this kind has failed. */
+sp<IKelvoNotifier> BinderClient::notifierFor(int32_t BinderClient::*result, int32_t* last) {
+    Mutex::Autolock lock(mMutex);
+    *last = this->*result;
+    return *last != -1 ? mNotifier : nullptr;
+}
+
 /** Makes the call when the listener lives and this kind has not failed; gives its result. */
 template <typename Call>
-int32_t BinderClient::callUnlessFailed(int32_t& result, Call call) {
-    if (mNotifier != nullptr && result != -1) {
-        result = call(*mNotifier);
+int32_t BinderClient::callUnlessFailed(int32_t BinderClient::*result, Call call) {
+    int32_t last = 0;
+    const sp<IKelvoNotifier> notifier = notifierFor(result, &last);
+    if (notifier == nullptr) {
+        return last;
     }
-    return result;
+    last = call(*notifier);
+    Mutex::Autolock lock(mMutex);
+    this->*result = last;
+    return last;
 }
 
 void BinderClient::notifyCallback(int status) {
-    Mutex::Autolock lock(mMutex);
-    callUnlessFailed(mStatusResult, [&](IKelvoNotifier& notifier) {
-        return notifier.notifyThermalStatus(status);
-    });
-    KLOGD("notifyCallback result=%d", mStatusResult);
+    const int32_t result = callUnlessFailed(
+            &BinderClient::mStatusResult,
+            [&](IKelvoNotifier& notifier) { return notifier.notifyThermalStatus(status); });
+    KLOGD("notifyCallback result=%d", result);
 }
 
 void BinderClient::notifyBroadCast(int level, int temp) {
-    Mutex::Autolock lock(mMutex);
-    callUnlessFailed(mBroadcastResult, [&](IKelvoNotifier& notifier) {
-        return notifier.notifyThermalBroadCast(level, temp);
-    });
-    KLOGD("notifyBroadCast result=%d", mBroadcastResult);
+    const int32_t result = callUnlessFailed(
+            &BinderClient::mBroadcastResult,
+            [&](IKelvoNotifier& notifier) { return notifier.notifyThermalBroadCast(level, temp); });
+    KLOGD("notifyBroadCast result=%d", result);
 }
 
 void BinderClient::notifyAmbientTemp(int temp) {
-    Mutex::Autolock lock(mMutex);
-    callUnlessFailed(mAmbientResult,
-                     [&](IKelvoNotifier& notifier) { return notifier.notifyAmbientThermal(temp); });
-    KLOGD("notifyAmbientTemp result=%d", mAmbientResult);
+    const int32_t result = callUnlessFailed(
+            &BinderClient::mAmbientResult,
+            [&](IKelvoNotifier& notifier) { return notifier.notifyAmbientThermal(temp); });
+    KLOGD("notifyAmbientTemp result=%d", result);
 }
 
 void BinderClient::notifyComponentHeat(int level, int temp, const std::string& detail) {
-    Mutex::Autolock lock(mMutex);
-    callUnlessFailed(mComponentHeatResult, [&](IKelvoNotifier& notifier) {
-        return notifier.notifyComponentHeat(level, temp, detail);
-    });
-    KLOGD("notifyComponentHeat result=%d", mComponentHeatResult);
+    const int32_t result =
+            callUnlessFailed(&BinderClient::mComponentHeatResult, [&](IKelvoNotifier& notifier) {
+                return notifier.notifyComponentHeat(level, temp, detail);
+            });
+    KLOGD("notifyComponentHeat result=%d", result);
 }
 
 void BinderClient::handleBinderDied() {

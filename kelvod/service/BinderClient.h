@@ -12,13 +12,15 @@ namespace kelvo {
 
 /**
  * One registered listener. A kind of notification that failed once is never sent to it again; the
- * other kinds go on. The notify operations run on the work thread, the death notice on a binder
- * thread.
+ * other kinds go on. The notify operations run on a thread of the fan-out, one at a time, the death
+ * notice on a binder thread.
  */
 class BinderClient : public android::RefBase {
   public:
     /** Links to the listener's death once the client is held. */
     BinderClient(int uid, const android::sp<android::IBinder>& binder);
+
+    int32_t uid() const { return mUid; }
 
     void notifyCallback(int status);
     void notifyBroadCast(int level, int temp);
@@ -35,14 +37,15 @@ class BinderClient : public android::RefBase {
     void onFirstRef() override;
 
     template <typename Call>
-    int32_t callUnlessFailed(int32_t& result, Call call) REQUIRES(mMutex);
+    int32_t callUnlessFailed(int32_t BinderClient::*result, Call call);
+    android::sp<IKelvoNotifier> notifierFor(int32_t BinderClient::*result, int32_t* last);
 
     // Constant after construction.
     const int32_t mUid;
     const android::sp<android::IBinder> mBinder;
     android::sp<BinderDeathRecipient> mDeathRecipient;
 
-    // Guards what follows; held across the calls to the listener, taken after the manager's.
+    // Guards what follows; a leaf, the listener is called without it.
     android::Mutex mMutex;
     android::sp<IKelvoNotifier> mNotifier GUARDED_BY(mMutex);  // null once it died
     int64_t mDeathTime GUARDED_BY(mMutex) = 0;                 // monotonic, ns; nothing reads it

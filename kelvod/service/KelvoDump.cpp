@@ -2,10 +2,8 @@
 
 #include <errno.h>
 #include <string.h>
-#include <unistd.h>
 #include <utils/String8.h>
 
-#include <algorithm>
 #include <optional>
 
 #include "base/Log.h"
@@ -19,6 +17,7 @@
 #include "core/KelvoMessages.h"
 #include "core/KelvoState.h"
 #include "core/MessageManager.h"
+#include "service/DumpWriter.h"
 #include "service/IKelvoService.h"
 #include "service/PrivilegedCaller.h"
 
@@ -30,7 +29,7 @@ constexpr size_t kMostBytes = 2048;  // of what is written at once; the rest is 
 constexpr char kBuildPlatform[] = "sys_mssi_64_cn_armv82";
 
 void writeText(int fd, const std::string& text) {
-    if (write(fd, text.data(), std::min(text.size(), kMostBytes)) < 1) {
+    if (!writeForReader(fd, text.substr(0, kMostBytes))) {
         // In the same words for the report, as ever.
         KLOGE("write kelvo config file filed.(%s)", strerror(errno));
     }
@@ -86,7 +85,9 @@ android::status_t BnKelvoService::dump(int fd,
         }
     }
     KLOGD("dump message.iValue:%d", message.iValue);
-    MessageManager::getInstance().sendMessage(message);
+    if (MessageManager::getInstance().hasRoom()) {
+        MessageManager::getInstance().sendMessage(message);
+    }
     writeText(fd, report());
     return android::OK;
 }

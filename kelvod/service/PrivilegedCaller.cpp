@@ -11,9 +11,12 @@ constexpr uid_t kSystemUid = 1000;
 
 }  // namespace
 
-bool isPrivilegedCaller() {
-    const uid_t uid = android::IPCThreadState::self()->getCallingUid();
+bool isPrivilegedUid(uid_t uid) {
     return uid == kRootUid || uid == kSystemUid;
+}
+
+bool isPrivilegedCaller() {
+    return isPrivilegedUid(android::IPCThreadState::self()->getCallingUid());
 }
 
 }  // namespace kelvo

@@ -3,6 +3,8 @@
 #include "base/PeriodicLoop.h"
 #include "base/WorkThread.h"
 #include "links/PatientCaller.h"
+#include "service/BinderClient.h"
+#include "service/ListenerCalls.h"
 #include "sim/virtual/VirtualScheduler.h"
 
 namespace kelvo {
@@ -42,5 +44,23 @@ bool PatientCaller::perform(std::function<void()> call) {
     call();
     return true;
 }
+
+class ListenerCalls::Crew {};
+
+ListenerCalls::ListenerCalls() = default;
+
+ListenerCalls::~ListenerCalls() = default;
+
+std::shared_ptr<ListenerLane> ListenerCalls::laneFor(int, bool) {
+    return nullptr;
+}
+
+void ListenerCalls::make(std::vector<Listener> listeners, Notice notice) {
+    for (const Listener& listener : listeners) {
+        notice.tell(*listener.client);
+    }
+}
+
+void ListenerCalls::forget(const Listener&) {}
 
 }  // namespace kelvo

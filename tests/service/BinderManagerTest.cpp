@@ -65,6 +65,31 @@ TEST_F(BinderManagerTest, dropsTheDeadThroughTheLoop) {
     EXPECT_EQ(perform(sim::Listen{"a", 10050}).size(), 2u) << "comes back as a new binder";
 }
 
+TEST_F(BinderManagerTest, takesOnlySoMany) {
+    auto& manager = kelvo::BinderManager::getInstance();
+    std::vector<android::sp<android::IBinder>> listeners;
+    const auto add = [&](int uid, size_t count) {
+        int last = 0;
+        for (size_t i = 0; i < count; ++i) {
+            listeners.push_back(new android::BBinder());
+            last = manager.registerClient(uid, listeners.back());
+        }
+        return last;
+    };
+    constexpr int kApp = 10050;
+    EXPECT_EQ(add(kApp, kelvo::BinderManager::kMostOfUid), 0);
+    EXPECT_EQ(add(kApp, 1), -1);
+    EXPECT_TRUE(
+            log.has("binder client(uid: 10050) refused, there are 256 of this uid and 256 in "
+                    "all"));
+    EXPECT_EQ(add(kApp + 1, 1), 0) << "others are not concerned";
+    EXPECT_EQ(manager.unRegisterClient(0, listeners.front()), 0) << "counted for who registered it";
+    EXPECT_EQ(add(kApp, 1), 0);
+    EXPECT_EQ(add(1000, kelvo::BinderManager::kMostListeners - 257), 0);
+    EXPECT_EQ(add(1000, 1), -1);
+    EXPECT_EQ(add(0, 1), -1);
+}
+
 TEST_F(BinderManagerTest, tellsNobodyOfHeatWithoutAText) {
     perform(sim::Listen{"a", 10050});
     EXPECT_EQ(callsOf(&kelvo::BinderManager::notifyHeatSource), Calls{});

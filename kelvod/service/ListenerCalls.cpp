@@ -1,0 +1,350 @@
+#include "service/ListenerCalls.h"
+
+#include <pthread.h>
+#include <string.h>
+#include <utils/Condition.h>
+#include <utils/Mutex.h>
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <optional>
+
+#include "base/Log.h"
+#include "base/Time.h"
+#include "service/BinderClient.h"
+
+namespace kelvo {
+
+using android::Condition;
+using android::Mutex;
+using android::sp;
+
+namespace {
+
+constexpr int64_t kPatience = kNanosPerSecond;            // of a fan-out with its first late one
+constexpr int64_t kLeastPatience = kNanosPerSecond / 64;  // with one of many
+constexpr size_t kMostLanes = 8;                          // of a uid
+constexpr char kThreadName[] = "listeners";
+
+}  // namespace
+
+/** All members are guarded by the crew's mutex. */
+class ListenerLane {
+  public:
+    explicit ListenerLane(int owner) : uid(owner) {}
+
+    /** The latest of each kind that a listener missed; empty functions where it missed none. */
+    struct Missed {
+        sp<BinderClient> client;
+        std::array<Notice, kNoticeKinds> notices;
+    };
+
+    const int uid;
+    bool isOut = false;
+    uint64_t round = 0;          // in which it was called last
+    int64_t spent = 0;           // ns, in that round's calls that have returned
+    std::vector<Missed> missed;  // in the order in which they were passed over first
+
+    void remember(const sp<BinderClient>& client, const Notice& notice) {
+        auto found = std::find_if(missed.begin(), missed.end(),
+                                  [&](const Missed& one) { return one.client == client; });
+        if (found == missed.end()) {
+            found = missed.insert(found, {client, {}});
+        }
+        found->notices[static_cast<size_t>(notice.kind)] = notice;
+    }
+    void forget(const sp<BinderClient>& client) {
+        missed.erase(std::remove_if(missed.begin(), missed.end(),
+                                    [&](const Missed& one) { return one.client == client; }),
+                     missed.end());
+    }
+};
+
+/** The threads and what they share; lives as long as the last of them. */
+class ListenerCalls::Crew : public std::enable_shared_from_this<Crew> {
+  public:
+    std::shared_ptr<ListenerLane> laneFor(int uid, bool trusted);
+    void make(std::vector<Listener> listeners, Notice notice);
+    void forget(const Listener& listener);
+    void end();
+
+  private:
+    /** A fan-out. Listeners and notice are constant, the rest is guarded by the mutex. */
+    struct Round {
+        const std::vector<Listener> listeners;
+        const Notice notice;
+        const uint64_t number;
+        size_t next = 0;                 // listener
+        ListenerLane* called = nullptr;  // whose call is made
+        int64_t since = 0;               // when it was begun (monotonic, ns)
+        int64_t patience = kPatience;    // ns
+        uint64_t takeovers = 0;          // tells the present worker from those before
+        bool isTaken = false;            // by a worker
+    };
+
+    static void* threadEntry(void* crew);
+    void serve();
+    std::shared_ptr<Round> begin(std::vector<Listener> listeners, Notice notice);
+    bool man();
+    bool awaitLateness(Round& round);
+    void leaveLate(Round& round) REQUIRES(mMutex);
+    std::shared_ptr<Round> awaitRound();
+    bool becomeFree();
+    bool finish();
+    bool work(const std::shared_ptr<Round>& round);
+    uint64_t takeoversOf(const Round& round);
+    const Listener* nextListener(Round& round);
+    bool countCall(Round& round, ListenerLane& lane, uint64_t takeovers);
+    void catchUp(ListenerLane& lane);
+    std::optional<ListenerLane::Missed> nextMissed(ListenerLane& lane);
+
+    Mutex mMutex;  // guards lanes, rounds and what follows; a leaf, listeners are called without it
+    Condition mPosted;
+    Condition mProgress;
+    std::map<int, std::vector<std::weak_ptr<ListenerLane>>> mLanes GUARDED_BY(mMutex);  // by uid
+    std::shared_ptr<Round> mRound GUARDED_BY(mMutex);  // null when there is none
+    uint64_t mRounds GUARDED_BY(mMutex) = 0;
+    size_t mFreeThreads GUARDED_BY(mMutex) = 0;  // waiting for a round, or about to
+    bool mEnds GUARDED_BY(mMutex) = false;
+};
+
+std::shared_ptr<ListenerLane> ListenerCalls::Crew::laneFor(int uid, bool trusted) {
+    if (trusted) {
+        return std::make_shared<ListenerLane>(uid);
+    }
+    Mutex::Autolock lock(mMutex);
+    auto& lanes = mLanes[uid];
+    lanes.erase(std::remove_if(lanes.begin(), lanes.end(),
+                               [](const auto& lane) { return lane.expired(); }),
+                lanes.end());
+    const auto leastUsed = std::min_element(
+            lanes.begin(), lanes.end(),
+            [](const auto& a, const auto& b) { return a.use_count() < b.use_count(); });
+    if (lanes.size() >= kMostLanes) {
+        if (const auto shared = leastUsed->lock(); shared != nullptr) {
+            return shared;
+        }
+    }
+    const auto lane = std::make_shared<ListenerLane>(uid);
+    lanes.push_back(lane);
+    return lane;
+}
+
+void ListenerCalls::Crew::make(std::vector<Listener> listeners, Notice notice) {
+    const auto round = begin(std::move(listeners), std::move(notice));
+    do {
+        if (!man()) {
+            work(round);  // better late than never
+            Mutex::Autolock lock(mMutex);
+            mRound = nullptr;
+            return;
+        }
+    } while (awaitLateness(*round));
+}
+
+std::shared_ptr<ListenerCalls::Crew::Round> ListenerCalls::Crew::begin(
+        std::vector<Listener> listeners, Notice notice) {
+    Mutex::Autolock lock(mMutex);
+    mRound = std::shared_ptr<Round>(new Round{std::move(listeners), std::move(notice), ++mRounds});
+    return mRound;
+}
+
+/** Has a thread for the round that nobody has taken. */
+bool ListenerCalls::Crew::man() {
+    Mutex::Autolock lock(mMutex);
+    if (mFreeThreads > 0) {
+        mPosted.signal();
+        return true;
+    }
+    auto owned = std::make_unique<std::shared_ptr<Crew>>(shared_from_this());
+    pthread_t thread;
+    const int error = pthread_create(&thread, nullptr, threadEntry, owned.get());
+    if (error != 0) {
+        KLOGE("no thread to call listeners: %s", strerror(error));
+        return false;
+    }
+    owned.release();  // the thread's
+    pthread_detach(thread);
+    return true;
+}
+
+/** True when a late listener was left, and the rest needs another thread; false at the end. */
+bool ListenerCalls::Crew::awaitLateness(Round& round) {
+    Mutex::Autolock lock(mMutex);
+    while (mRound.get() == &round) {
+        int64_t left = round.patience;
+        if (round.called != nullptr) {
+            left += round.since - round.called->spent - monotonicNanos();
+        }
+        if (left <= 0) {
+            leaveLate(round);
+            return true;
+        }
+        mProgress.waitRelative(mMutex, left);
+    }
+    return false;
+}
+
+void ListenerCalls::Crew::leaveLate(Round& round) {
+    round.called->isOut = true;
+    KLOGE("listener(uid:%d) does not answer, it is passed over until it does", round.called->uid);
+    round.called = nullptr;
+    round.patience = std::max(round.patience / 2, kLeastPatience);
+    ++round.takeovers;
+    round.isTaken = false;
+}
+
+void* ListenerCalls::Crew::threadEntry(void* crew) {
+    pthread_setname_np(pthread_self(), kThreadName);
+    const std::unique_ptr<std::shared_ptr<Crew>> self(static_cast<std::shared_ptr<Crew>*>(crew));
+    (*self)->serve();
+    return nullptr;
+}
+
+void ListenerCalls::Crew::serve() {
+    bool isFree = becomeFree();
+    while (isFree) {
+        const std::shared_ptr<Round> round = awaitRound();
+        if (round == nullptr) {
+            return;
+        }
+        isFree = work(round) ? finish() : becomeFree();
+    }
+}
+
+/** False when the thread is to end: one that waits is enough. */
+bool ListenerCalls::Crew::becomeFree() {
+    Mutex::Autolock lock(mMutex);
+    const bool isNeeded = mFreeThreads == 0;
+    mFreeThreads += isNeeded ? 1 : 0;
+    return isNeeded;
+}
+
+/** Ends the round. The same: who begins the next one knows whether there is a thread for it. */
+bool ListenerCalls::Crew::finish() {
+    Mutex::Autolock lock(mMutex);
+    mRound = nullptr;
+    mProgress.signal();
+    const bool isNeeded = mFreeThreads == 0;
+    mFreeThreads += isNeeded ? 1 : 0;
+    return isNeeded;
+}
+
+std::shared_ptr<ListenerCalls::Crew::Round> ListenerCalls::Crew::awaitRound() {
+    Mutex::Autolock lock(mMutex);
+    while (!mEnds && (mRound == nullptr || mRound->isTaken)) {
+        mPosted.wait(mMutex);
+    }
+    --mFreeThreads;
+    if (mEnds) {
+        return nullptr;
+    }
+    mRound->isTaken = true;
+    return mRound;
+}
+
+/** Calls the listeners that are left. False when one was late: then this thread was its own. */
+bool ListenerCalls::Crew::work(const std::shared_ptr<Round>& round) {
+    const uint64_t takeovers = takeoversOf(*round);
+    while (const Listener* const listener = nextListener(*round)) {
+        round->notice.tell(*listener->client);
+        if (!countCall(*round, *listener->lane, takeovers)) {
+            catchUp(*listener->lane);
+            return false;
+        }
+    }
+    return true;
+}
+
+uint64_t ListenerCalls::Crew::takeoversOf(const Round& round) {
+    Mutex::Autolock lock(mMutex);
+    return round.takeovers;
+}
+
+/** Null at the end of the round. */
+const Listener* ListenerCalls::Crew::nextListener(Round& round) {
+    Mutex::Autolock lock(mMutex);
+    while (round.next < round.listeners.size()) {
+        const Listener& listener = round.listeners[round.next++];
+        ListenerLane& lane = *listener.lane;
+        if (lane.isOut) {
+            lane.remember(listener.client, round.notice);
+            continue;
+        }
+        if (lane.round != round.number) {
+            lane.round = round.number;
+            lane.spent = 0;
+        }
+        round.called = &lane;
+        round.since = monotonicNanos();
+        return &listener;
+    }
+    return nullptr;
+}
+
+/** False when the round went on without this worker meanwhile. */
+bool ListenerCalls::Crew::countCall(Round& round, ListenerLane& lane, uint64_t takeovers) {
+    Mutex::Autolock lock(mMutex);
+    if (round.takeovers != takeovers) {
+        return false;
+    }
+    lane.spent += monotonicNanos() - round.since;
+    round.called = nullptr;
+    return true;
+}
+
+void ListenerCalls::Crew::catchUp(ListenerLane& lane) {
+    while (const auto missed = nextMissed(lane)) {
+        for (const Notice& notice : missed->notices) {
+            if (notice.tell != nullptr) {
+                notice.tell(*missed->client);
+            }
+        }
+    }
+}
+
+std::optional<ListenerLane::Missed> ListenerCalls::Crew::nextMissed(ListenerLane& lane) {
+    Mutex::Autolock lock(mMutex);
+    if (lane.missed.empty()) {
+        lane.isOut = false;
+        KLOGI("listener(uid:%d) is passed over no more", lane.uid);
+        return std::nullopt;
+    }
+    ListenerLane::Missed next = std::move(lane.missed.front());
+    lane.missed.erase(lane.missed.begin());
+    return next;
+}
+
+void ListenerCalls::Crew::forget(const Listener& listener) {
+    Mutex::Autolock lock(mMutex);
+    listener.lane->forget(listener.client);
+}
+
+void ListenerCalls::Crew::end() {
+    Mutex::Autolock lock(mMutex);
+    mEnds = true;
+    mPosted.broadcast();
+}
+
+ListenerCalls::ListenerCalls() : mCrew(std::make_shared<Crew>()) {}
+
+ListenerCalls::~ListenerCalls() {
+    mCrew->end();
+}
+
+std::shared_ptr<ListenerLane> ListenerCalls::laneFor(int uid, bool trusted) {
+    return mCrew->laneFor(uid, trusted);
+}
+
+void ListenerCalls::make(std::vector<Listener> listeners, Notice notice) {
+    if (!listeners.empty()) {
+        mCrew->make(std::move(listeners), std::move(notice));
+    }
+}
+
+void ListenerCalls::forget(const Listener& listener) {
+    mCrew->forget(listener);
+}
+
+}  // namespace kelvo
