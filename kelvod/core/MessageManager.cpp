@@ -34,6 +34,20 @@ void MessageHandle::handleMessage(const Message&) {
     MessageManager::getInstance().handleMessage(mMessage);
 }
 
+/** A request that counts as waiting until it is handled. */
+class MessageManager::WaitingMessage : public MessageHandle {
+  public:
+    WaitingMessage(const KelvoMessage& message, MessageManager& manager)
+          : MessageHandle(message), mManager(manager) {}
+    void handleMessage(const Message& what) override {
+        mManager.leavePlace();
+        MessageHandle::handleMessage(what);
+    }
+
+  private:
+    MessageManager& mManager;
+};
+
 MessageManager::MessageManager()
       : mLooper(new Looper(false)),
         mThrottlingHandler(new MessageHandle(messages::loadFlashScene())),
@@ -44,13 +58,38 @@ void MessageManager::joinLoop() {
     pollForever(mLooper);
 }
 
+bool MessageManager::takePlace() {
+    if (++mWaiting <= kMostWaitingInside) {
+        return true;
+    }
+    --mWaiting;
+    KLOGE("too many messages wait, one is dropped");
+    return false;
+}
+
+void MessageManager::leavePlace() {
+    if (--mWaiting < kMostWaiting) {
+        mIsFull.store(false, std::memory_order_relaxed);
+    }
+}
+
+bool MessageManager::hasRoom() {
+    const bool isFull = mWaiting >= kMostWaiting;
+    if (isFull && !mIsFull.exchange(true)) {
+        KLOGE("%d messages wait, calls that post one are refused", kMostWaiting);
+    }
+    return !isFull;
+}
+
 int MessageManager::sendMessage(const KelvoMessage& message) {
-    mLooper->sendMessage(new MessageHandle(message), Message(message.what));
-    return 0;
+    return sendMessageDelayed(message, 0);
 }
 
 int MessageManager::sendMessageDelayed(const KelvoMessage& message, int delayMs) {
-    mLooper->sendMessageDelayed(millisecondsToNanos(delayMs), new MessageHandle(message),
+    if (!takePlace()) {
+        return -1;
+    }
+    mLooper->sendMessageDelayed(millisecondsToNanos(delayMs), new WaitingMessage(message, *this),
                                 Message(message.what));
     return 0;
 }

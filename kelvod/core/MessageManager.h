@@ -5,6 +5,8 @@
 #include <utils/Singleton.h>
 #include <utils/StrongPointer.h>
 
+#include <atomic>
+
 #include "core/KelvoMessage.h"
 #include "core/SceneMachine.h"
 
@@ -25,16 +27,24 @@ class MessageHandle : public android::MessageHandler {
  * The message loop: whatever must not run on a caller's thread is posted here and handled one
  * message at a time on the thread "work". Also owns the scene state machine.
  *
- * The sending methods are thread-safe and always return 0; joinLoop() and handleMessage() belong to
- * the work thread.
+ * The sending methods are thread-safe and never wait; joinLoop() and handleMessage() belong to the
+ * work thread.
  */
 class MessageManager : public android::Singleton<MessageManager>, private SceneMachine::Actions {
   public:
     /** Handles messages for ever, but where pollForever() hands the looper to a scheduler. */
     void joinLoop();
 
+    /** Messages that may wait when one comes from outside. */
+    static constexpr int32_t kMostWaiting = 1024;
+    /** The daemon's own find room besides, for as many listeners as can die at once and more. */
+    static constexpr int32_t kMostWaitingInside = 2 * kMostWaiting + 4096;
+
+    /** 0, or -1 when too many wait and the message is dropped. */
     int sendMessage(const KelvoMessage& message);
     int sendMessageDelayed(const KelvoMessage& message, int delayMs);
+    /** Whether a call from outside may still post a message; a line says when that ends. */
+    bool hasRoom();
     /** Posts the flash scene (code 8); one that is pending already stays. */
     int sendThrottlingDelayMessage(int delayMs);
     /** Drops all pending flash scenes and nothing else. */
@@ -47,6 +57,10 @@ class MessageManager : public android::Singleton<MessageManager>, private SceneM
     MessageManager();
     ~MessageManager() override = default;
 
+    class WaitingMessage;
+
+    bool takePlace();
+    void leavePlace();
     void dispatch(const KelvoMessage& message);
     void applySceneOpCode(int32_t opCode);
 
@@ -55,6 +69,8 @@ class MessageManager : public android::Singleton<MessageManager>, private SceneM
     void cancelFlash() override;
 
     const android::sp<android::Looper> mLooper;
+    std::atomic<int32_t> mWaiting = 0;
+    std::atomic<bool> mIsFull = false;  // as said last
     // Held while a scene op code (code 9) is applied. Codes 8 and 11 change the scenes without it,
     // which is safe because all three run on the work thread. Taken before the looper's own lock
     // and the fitting engine's main mutex.

@@ -1,4 +1,5 @@
 #include <android/log.h>
+#include <signal.h>
 
 #include "base/Log.h"
 #include "base/Version.h"
@@ -7,6 +8,7 @@
 int main() {
     // liblog would drop debug lines that the daemon's own level lets through.
     __android_log_set_minimum_priority(ANDROID_LOG_VERBOSE);
+    signal(SIGPIPE, SIG_IGN);  // a reader of a dump may be gone
     KLOGD("kelvo version:(android:%d)", kelvo::kAndroidApiLevel);
     if (!kelvo::isKelvoEnabled()) {
         KLOGE("kelvo is not enabled\n");

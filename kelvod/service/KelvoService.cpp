@@ -7,6 +7,7 @@
 
 #include "base/Log.h"
 #include "core/KelvoState.h"
+#include "core/MessageManager.h"
 #include "service/PrivilegedCaller.h"
 #include "service/ServiceCodes.h"
 
@@ -20,25 +21,25 @@ using android::status_t;
 const KelvoService::Transaction* KelvoService::findTransaction(uint32_t code) {
     using Self = KelvoService;
     static const Transaction kTransactions[] = {
-            {REGISTER_CLIENT, false, &Self::registerClient},
-            {UNREGISTER_CLIENT, false, &Self::unregisterClient},
+            {REGISTER_CLIENT, false, &Self::registerClient, true},
+            {UNREGISTER_CLIENT, false, &Self::unregisterClient, true},
             {GET_THERMAL_STATUS, false, &Self::getThermalStatus},
             {GET_THERMAL_CONFIG, true, &Self::getThermalConfig},
             {SET_DYNAMIC_CONFIG, true, &Self::setDynamicConfig},
             {GET_VERSION, false, &Self::getVersion},
             {GET_BIG_DATA, true, &Self::getBigData},
-            {RELOAD_CONFIG, true, &Self::reloadConfig},
+            {RELOAD_CONFIG, true, &Self::reloadConfig, true},
             {SET_SCREEN_STATUS, true, &Self::setScreenStatus},
-            {NOTIFY_THERMAL_STATUS, true, &Self::notifyThermalStatus},
+            {NOTIFY_THERMAL_STATUS, true, &Self::notifyThermalStatus, true},
             {PEEK_BIG_DATA, true, &Self::peekBigData},
             {GET_CURRENT_TEMP, false, &Self::getCurrentTemp},
             {SET_CURRENT_PACKAGE, true, &Self::setCurrentPackage},
-            {SET_LIGHT_LAMP_STATUS, true, &Self::setLightLampStatus},
+            {SET_LIGHT_LAMP_STATUS, true, &Self::setLightLampStatus, true},
             {GET_SPECIFIED_ZONE_TEMPS, false, &Self::getSpecifiedZoneTemps},
             {GET_ALL_SHELL_TEMPS, false, &Self::getAllShellTemps},
             {SHELL_TEMP_AND_TYPE, false, &Self::getShellTempAndType},
             {IS_NEW_SAFETY_TYPE, false, &Self::isNewSafetyType},
-            {SET_SCREEN_FOLD_STATUS, true, &Self::setScreenFoldStatus},
+            {SET_SCREEN_FOLD_STATUS, true, &Self::setScreenFoldStatus, true},
             {GET_AMBIENT_TEMP, false, &Self::getAmbientTemp},
             {CPU_LIMIT_PROCEESES, true, &Self::getCpuLimitProcesses},
             {COMPONENT_HEAT_TEST, true, &Self::testComponentHeat},
@@ -85,6 +86,9 @@ status_t KelvoService::onTransact(uint32_t code, const Parcel& data, Parcel* rep
     if (transaction->privileged && !isPrivilegedCaller()) {
         logRefusal(code);
         return PERMISSION_DENIED;
+    }
+    if (transaction->posts && !MessageManager::getInstance().hasRoom()) {
+        return android::WOULD_BLOCK;
     }
     Parcel unread;  // of a caller that wants no reply
     (this->*transaction->handler)(data, reply != nullptr ? *reply : unread);

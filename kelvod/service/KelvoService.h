@@ -19,7 +19,7 @@ class KelvoService : public BnKelvoService, public android::BinderService<KelvoS
 
     /**
      * A call without the interface's token, and a privileged call of a uid other than root's and
-     * the system's, gets PERMISSION_DENIED and no reply.
+     * the system's, gets PERMISSION_DENIED and no reply. WOULD_BLOCK while too many messages wait.
      */
     android::status_t onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
                                  uint32_t flags) override;
@@ -32,6 +32,7 @@ class KelvoService : public BnKelvoService, public android::BinderService<KelvoS
         uint32_t code;
         bool privileged;
         Handler handler;
+        bool posts = false;  // a message, for which there must be room
     };
 
     static const Transaction* findTransaction(uint32_t code);

@@ -150,6 +150,27 @@ TEST_F(MessageManagerTest, changesScenes) {
     EXPECT_EQ(linesAt(5000).back(), switches(flash));
 }
 
+TEST_F(MessageManagerTest, hasRoomForSoManyOfCallersAndMoreOfItsOwn) {
+    const std::string full = "1024 messages wait, calls that post one are refused";
+    for (int round = 1; round <= 2; ++round) {
+        int32_t posted = 0;
+        while (manager.hasRoom() && posted <= kelvo::MessageManager::kMostWaiting) {
+            EXPECT_EQ(manager.sendMessageDelayed(message(2), 1000), 0);
+            ++posted;
+        }
+        EXPECT_EQ(posted, kelvo::MessageManager::kMostWaiting);
+        EXPECT_FALSE(manager.hasRoom());
+        EXPECT_EQ(log.count(ANDROID_LOG_ERROR, full), 1u) << "once";
+        linesAt(1000 * round);
+        EXPECT_TRUE(manager.hasRoom()) << "when they have been handled";
+    }
+    int32_t own = 0;
+    while (manager.sendMessage(message(2)) == 0) {
+        ++own;
+    }
+    EXPECT_EQ(own, kelvo::MessageManager::kMostWaitingInside);
+}
+
 TEST_F(MessageManagerTest, restoreCancelsFlashScenesAndKeepsOtherDelays) {
     linesAfter(message(OP, 2));
     manager.sendThrottlingDelayMessage(2000);
