@@ -36,7 +36,14 @@ int PeriodicLoop::start() {
 }
 
 void PeriodicLoop::wake() {
-    mCondition.broadcast();
+    {
+        android::Mutex::Autolock lock(mMutex);
+        if (!mWaits) {
+            return;
+        }
+        mWoken = true;
+    }
+    mCondition.signal();  // without the mutex, which the loop's thread takes next
 }
 
 void* PeriodicLoop::threadEntry(void* loop) {
@@ -82,20 +89,27 @@ PeriodicLoop::End PeriodicLoop::run(int* error) {
 // 0 when woken, ETIMEDOUT at the deadline, another errno value on failure.
 int PeriodicLoop::wait(int64_t* deadline, int32_t* interval) {
     android::Mutex::Autolock lock(mMutex);
-    *interval = mInterval;
-    *deadline += *interval * kNanosPerSecond;
-    int64_t now = 0;
-    const int error = readMonotonic(&now);
-    if (error != 0) {
-        return error;
-    }
-    const int64_t remaining = *deadline - now;
-    if (remaining <= 0) {
-        return ETIMEDOUT;  // the pass took longer than the interval
-    }
-    const int result = -mCondition.waitRelative(mMutex, remaining);
+    *deadline += mInterval * kNanosPerSecond;
+    mWaits = true;
+    mWoken = false;
+    const int result = waitUntil(*deadline);
+    mWaits = false;
     *interval = mInterval;  // the one that came with the wake-up
     return result;
+}
+
+// The same.
+int PeriodicLoop::waitUntil(int64_t deadline) {
+    int result = 0;
+    while (!mWoken && result == 0) {
+        int64_t now = 0;
+        result = readMonotonic(&now);
+        if (result == 0) {
+            // At once when the pass took longer than the interval.
+            result = now < deadline ? -mCondition.waitRelative(mMutex, deadline - now) : ETIMEDOUT;
+        }
+    }
+    return mWoken ? 0 : result;
 }
 
 }  // namespace kelvo

@@ -48,7 +48,7 @@ class PeriodicLoop {
     /** Starts the thread. 0, or the error number with which its creation failed. */
     int start();
 
-    /** Cuts the present wait short; lost when the loop is in a pass. Thread-safe. */
+    /** Cuts the present wait short; lost when the loop is in a pass. Thread-safe, unlocked. */
     void wake();
 
     /** Guards the interval, and whatever else an owner puts under it. A leaf: taken last. */
@@ -60,12 +60,15 @@ class PeriodicLoop {
     static void* threadEntry(void* loop);
     End run(int* error);
     int wait(int64_t* deadline, int32_t* interval);
+    int waitUntil(int64_t deadline) REQUIRES(mMutex);
 
     const std::string mName;
     Client* const mClient;
-    android::Mutex mMutex;  // guards mInterval
+    android::Mutex mMutex;  // guards what follows
     android::Condition mCondition;
     int32_t mInterval GUARDED_BY(mMutex);  // s
+    bool mWaits GUARDED_BY(mMutex) = false;
+    bool mWoken GUARDED_BY(mMutex) = false;  // since the present wait began
 };
 
 }  // namespace kelvo
