@@ -94,6 +94,7 @@ void AmbientTempWatcher::switchFittingParameter(const std::string& name) {
         return;
     }
     useParameters(name);
+    ++mSwitches;
     clearRecord();
     KLOGD("AmbientTempWatcher clear recorded data: status changed.");
 }
@@ -102,11 +103,12 @@ bool AmbientTempWatcher::checkAvailableStats() {
     if (!mParamsLoaded) {
         return false;
     }
-    Mutex::Autolock lock(mMutex);
+    // Without the mutex, as the charger below: services may take their time.
     HealthInfoNotifier& health = HealthInfoNotifier::getInstance();
     const bool disturbed =
             mIsOldAmbientProject ? health.getOnChargeStats() : health.getChargerWirelessStats();
     if (disturbed) {
+        Mutex::Autolock lock(mMutex);
         clearRecord();
         KLOGD("AmbientTempWatcher clear recorded data: invalid charge status.");
     }
@@ -128,12 +130,21 @@ void AmbientTempWatcher::updateAmbientTemp(int temp, int power) {
         KLOGE("AmbientTempWatcher mAmbientCoeffs is empty or checkAvailableStats is false.");
         return;
     }
+    uint32_t switches = 0;
+    {
+        Mutex::Autolock lock(mMutex);
+        if (!mAmbientCoeffs || !isTimeContinuous()) {
+            return;
+        }
+        switches = mSwitches;
+    }
+    const int32_t batteryCurrent = ChargerProxyService::getInstance().getBatteryCurrentNow();
     Mutex::Autolock lock(mMutex);
-    if (!mAmbientCoeffs || !isTimeContinuous()) {
-        return;
+    if (!mAmbientCoeffs || switches != mSwitches) {
+        return;  // the sample is of the models before
     }
     const AmbientParams& params = *mAmbientCoeffs;
-    updateSample(temp, power, ChargerProxyService::getInstance().getBatteryCurrentNow());
+    updateSample(temp, power, batteryCurrent);
     if (!mFull || !isChargeLow(params.chargeThreshold) ||
         !isPowerSteady(params.powerDiffThreshold)) {
         return;

@@ -21,9 +21,9 @@ namespace kelvo {
  * code 12.
  *
  * Rounds and switches come from the fitting thread and the work thread, the getters from anywhere.
- * Lock order: the fitting engine's main mutex, then ours, then the health listener's, the charger
- * proxy's, the configuration's or the looper's. Ours is held while the charger HAL is asked for the
- * battery current: one that hangs stops the rounds, but no getter.
+ * Lock order: the fitting engine's main mutex, then ours, then the configuration's or the looper's;
+ * in construction the health listener's. Rounds come without the engine's, and services are asked
+ * without any: one that hangs delays a round by a second, once.
  */
 class AmbientTempWatcher : public android::Singleton<AmbientTempWatcher> {
   public:
@@ -72,6 +72,7 @@ class AmbientTempWatcher : public android::Singleton<AmbientTempWatcher> {
     android::Mutex mMutex;                                            // guards what follows
     std::map<std::string, AmbientParams> mParams GUARDED_BY(mMutex);  // by scene
     std::optional<AmbientParams> mAmbientCoeffs GUARDED_BY(mMutex);   // those in force, if any
+    uint32_t mSwitches GUARDED_BY(mMutex) = 0;                        // of the parameters
     AmbientSamples mSamples GUARDED_BY(mMutex);
     EstimateWindow mEstimates GUARDED_BY(mMutex);
     int32_t mLastTemp GUARDED_BY(mMutex) = kNoEstimate;  // as announced

@@ -5,10 +5,12 @@
 #include <utils/Singleton.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "shelltemp/AmbientModels.h"
 #include "shelltemp/AmbientScenes.h"
 #include "shelltemp/DailyRecords.h"
 #include "shelltemp/FittingCycle.h"
@@ -37,10 +39,8 @@ class AmbientRounds;
  * among them. Inside each a singleton may be created, but inside the main one never the estimator,
  * whose construction asks for this engine. The tsensors' mutex is taken without the main one.
  *
- * With an ambient model a cycle asks the charger HAL for the battery current, the main mutex held:
- * a HAL that hangs stops the cycles, and whoever changes or asks for scenes or models, until it
- * answers or dies. Clients still get status, temperature and ambient temperature, which need no
- * lock of this engine.
+ * With an ambient model a cycle asks the charger HAL for the battery current, at its end and with
+ * no mutex held: a HAL that hangs delays one cycle by a second and no caller.
  */
 class ShellTempFitting : public android::Singleton<ShellTempFitting>,
                          private kelvo::FittingLoop::Steps {
@@ -100,7 +100,8 @@ class ShellTempFitting : public android::Singleton<ShellTempFitting>,
     void fittingStep() override;
     void updateTempFittingModel();
     kelvo::AmbientRounds* ambientRounds();
-    void fittingAmbientTemp(kelvo::AmbientRounds* rounds) REQUIRES(mMutex);
+    void fittingAmbientTemp(kelvo::AmbientRounds* rounds);
+    std::optional<kelvo::AmbientValues> ambientValues();
     void switchAmbientFittingScene();
     void collectDataLocked() REQUIRES(mMutex);
 

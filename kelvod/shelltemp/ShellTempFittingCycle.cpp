@@ -67,12 +67,14 @@ void ShellTempFitting::updateTempFittingModel() {
 
 int ShellTempFitting::getAndfitTemp() {
     AmbientRounds* const rounds = ambientRounds();
-    Mutex::Autolock lock(mMutex);
-    if (mCycle.fit(mScenes.current(), mZoneTempsByModel, mPassRecord) != 0) {
-        return -1;
+    {
+        Mutex::Autolock lock(mMutex);
+        if (mCycle.fit(mScenes.current(), mZoneTempsByModel, mPassRecord) != 0) {
+            return -1;
+        }
+        const FittingOutputs& outputs = mCycle.outputs();
+        mRecords.recordTempData(mCycle.zones().temps(), outputs.temps(), outputs.lastTemps());
     }
-    const FittingOutputs& outputs = mCycle.outputs();
-    mRecords.recordTempData(mCycle.zones().temps(), outputs.temps(), outputs.lastTemps());
     fittingAmbientTemp(rounds);
     return 0;
 }
@@ -91,16 +93,24 @@ AmbientRounds* ShellTempFitting::ambientRounds() {
     return &rounds;
 }
 
+// Without the main mutex: the estimator asks services, which may take their time.
 void ShellTempFitting::fittingAmbientTemp(AmbientRounds* rounds) {
-    const kelvo::TempFittingModel* const ambient = mScenes.ambient();
-    if (ambient == nullptr || rounds == nullptr || !rounds->checkAvailableStats()) {
+    if (rounds == nullptr || !rounds->checkAvailableStats()) {
         return;
     }
-    const auto values = kelvo::fitAmbientModels(*ambient, mScenes.current(),
-                                                mCycle.outputs().temps(), mCycle.zones());
-    if (values) {
+    if (const auto values = ambientValues(); values) {
         rounds->updateAmbientTemp(values->temp, values->power);
     }
+}
+
+std::optional<kelvo::AmbientValues> ShellTempFitting::ambientValues() {
+    Mutex::Autolock lock(mMutex);
+    const kelvo::TempFittingModel* const ambient = mScenes.ambient();
+    if (ambient == nullptr) {
+        return std::nullopt;
+    }
+    return kelvo::fitAmbientModels(*ambient, mScenes.current(), mCycle.outputs().temps(),
+                                   mCycle.zones());
 }
 
 int ShellTempFitting::checkShellTemp() {
