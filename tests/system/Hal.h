@@ -1,6 +1,7 @@
 #pragma once
 
 #include <poll.h>
+#include <signal.h>
 
 #include <chrono>
 #include <filesystem>
@@ -25,6 +26,9 @@ class Hal {
         mLastStatus = -1;
         start();
     }
+    /** It answers nothing any more, until goOn(). */
+    void hang() const { ::kill(mProcess->pid(), SIGSTOP); }
+    void goOn() const { ::kill(mProcess->pid(), SIGCONT); }
     /** Looks for some milliseconds at what has come. */
     void look() {
         pollfd fd{mProcess->fd(), POLLIN, 0};
