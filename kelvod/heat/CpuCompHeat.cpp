@@ -23,8 +23,7 @@ namespace {
 constexpr int64_t kSamplingMs = 5000;
 constexpr size_t kReportedThreads = 3;
 
-// Serialises connecting and guards the connection. Held during the lookup, which may wait some
-// seconds for an absent service; nothing else is taken under it.
+// Guards the connection; a leaf.
 Mutex sPerfLock;
 
 int64_t sumOf(const std::vector<PidTidPower>& threads) {
@@ -43,15 +42,22 @@ CpuCompHeat::CpuCompHeat()
 }
 
 int CpuCompHeat::getPerfService() {
-    Mutex::Autolock lock(sPerfLock);
+    return mCaller.ask(-1, [this] { return connect(); });
+}
+
+int CpuCompHeat::connect() {
     const std::string instance = std::string(Performance::descriptor) + "/default";
-    const ndk::SpAIBinder binder(AServiceManager_getService(instance.c_str()));
+    // Not getService(), which would wait seconds for a service that is not there.
+    const ndk::SpAIBinder binder(AServiceManager_checkService(instance.c_str()));
     if (binder.get() == nullptr) {
         KLOGE("cpuComp get perf service failed");
         return -1;
     }
     KLOGD("cpuComp get perf service success.");
-    mPerfService = Performance::fromBinder(binder);
+    {
+        Mutex::Autolock lock(sPerfLock);
+        mPerfService = Performance::fromBinder(binder);
+    }
     AIBinder_linkToDeath(binder.get(), mDeathRecipient.get(), this);
     return 0;
 }
@@ -82,7 +88,8 @@ int CpuCompHeat::getCpuPower() {
         KLOGE("cpuComp PerformanceInterface is null");
         return 0;
     }
-    const std::string text = readTaskStats(*service);
+    const std::string text =
+            mCaller.ask(std::string(), [service] { return readTaskStats(*service); });
     if (text.empty()) {
         KLOGE("cpuComp readCpuTaskstats return empty");
         return 0;

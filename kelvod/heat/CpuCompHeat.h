@@ -9,6 +9,7 @@
 
 #include "heat/ComponentHeat.h"
 #include "heat/TopThreads.h"
+#include "links/PatientCaller.h"
 
 namespace aidl::vendor::zenta::hardware::performance {
 class IPerformance;
@@ -18,8 +19,7 @@ class IPerformance;
  * Heat of the processor, from the task statistics of the vendor's performance service. Samples are
  * mW. Also names the threads that contribute most and finds those that do so for too long.
  *
- * A service that is absent or answers nothing gives samples of 0. The call to it is made without a
- * lock: while it does not answer, the sampling thread waits and nothing else does. Thread-safe.
+ * A service that is absent, late or answers nothing gives samples of 0. Thread-safe.
  */
 class CpuCompHeat : public virtual ComponentHeat {
   public:
@@ -37,6 +37,7 @@ class CpuCompHeat : public virtual ComponentHeat {
     using Performance = aidl::vendor::zenta::hardware::performance::IPerformance;
 
     int getPerfService();
+    int connect();
     static void onPerfServiceDied(void* component);
     std::shared_ptr<Performance> perfService();
     static std::string readTaskStats(Performance& service);
@@ -44,6 +45,7 @@ class CpuCompHeat : public virtual ComponentHeat {
     float coefficient() REQUIRES(mThreadsLock);
 
     const ndk::ScopedAIBinder_DeathRecipient mDeathRecipient;
+    kelvo::PatientCaller mCaller{"the performance service"};
     std::shared_ptr<Performance> mPerfService;  // under the process-wide lock of the connection
 
     // Guards the threads and the coefficient; taken before the buffer's lock and the collector's.

@@ -176,16 +176,17 @@ float DisplayModel::getDisplayPower() {
 }
 
 int DisplayModel::checkPanelService() {
-    if (panel() != nullptr) {
-        return 0;
-    }
+    return panel() != nullptr ? 0 : mCaller.ask(kNoPanelService, [this] { return findPanel(); });
+}
+
+int DisplayModel::findPanel() {
     // Not getService(), which would hold up sampling until a HAL that was declared comes up.
     const sp<IDisplayPanelFeature> found = IDisplayPanelFeature::tryGetService("default");
     if (found == nullptr) {
-        KLOGE("displayComp [%s], Get display service filed.", __func__);
+        KLOGE("displayComp [%s], Get display service filed.", "checkPanelService");
         return kNoPanelService;
     }
-    KLOGD("displayComp [%s], Get display service success.", __func__);
+    KLOGD("displayComp [%s], Get display service success.", "checkPanelService");
     const android::Mutex::Autolock lock(mMutex);
     mPanel = found;
     return 0;
@@ -204,6 +205,21 @@ void DisplayModel::dropPanel(const sp<IDisplayPanelFeature>& panel) {
     }
 }
 
+DisplayModel::PanelValue DisplayModel::askPanel(const sp<IDisplayPanelFeature>& service,
+                                                unsigned int id) {
+    PanelValue value;
+    const auto result = service->getDisplayPanelFeatureValue(
+            id, [&](int32_t status, const android::hardware::hidl_vec<uint8_t>& bytes) {
+                if (status >= 0 && bytes.size() > 0) {
+                    value = bytes[0];
+                }
+            });
+    if (result.isDeadObject()) {
+        dropPanel(service);
+    }
+    return value;
+}
+
 int DisplayModel::getValFromPanelService(unsigned int id) {
     if (checkPanelService() != 0) {
         return 0;
@@ -212,18 +228,11 @@ int DisplayModel::getValFromPanelService(unsigned int id) {
     if (service == nullptr) {
         return 0;  // another query has just found it gone
     }
-    int value = 0;
-    bool answered = false;
-    const auto result = service->getDisplayPanelFeatureValue(
-            id, [&](int32_t status, const android::hardware::hidl_vec<uint8_t>& bytes) {
-                answered = status >= 0 && bytes.size() > 0;
-                value = answered ? bytes[0] : 0;
-            });
-    if (result.isDeadObject()) {
-        dropPanel(service);
-    }
+    const PanelValue answer =
+            mCaller.ask(PanelValue(), [this, service, id] { return askPanel(service, id); });
+    const int value = answer.value_or(0);
     // These are the words for every value, also for the level.
-    if (answered) {
+    if (answer) {
         KLOGD("displayComp [%s], Get max brightness from service success:%d.", __func__, value);
     } else {
         KLOGE("displayComp [%s], Get max brightness from service failed.", __func__);

@@ -7,8 +7,10 @@
 #include <atomic>
 #include <cstdint>
 #include <map>
+#include <optional>
 
 #include "heat/DisplayConfig.h"
+#include "links/PatientCaller.h"
 
 /**
  * Estimates the panel's power: emissive power in proportion to the luminance, and the driver IC's,
@@ -42,6 +44,11 @@ class DisplayModel : public android::Singleton<DisplayModel> {
             vendor::zenta::hardware::displaypanelfeature::V1_0::IDisplayPanelFeature;
     DisplayModel();
 
+    /** First byte of a value, when the HAL has answered. */
+    using PanelValue = std::optional<int>;
+
+    int findPanel();
+    PanelValue askPanel(const android::sp<IDisplayPanelFeature>& service, unsigned int id);
     android::sp<IDisplayPanelFeature> panel();
     void dropPanel(const android::sp<IDisplayPanelFeature>& panel);
     int readMaxBrightness();
@@ -56,6 +63,7 @@ class DisplayModel : public android::Singleton<DisplayModel> {
 
     std::atomic<int32_t> mMaxBrightness = 0;
 
+    kelvo::PatientCaller mCaller{"the display panel"};
     android::Mutex mMutex;  // a leaf: the HAL is called without it
     android::sp<IDisplayPanelFeature> mPanel GUARDED_BY(mMutex);  // null until it is found
 };
