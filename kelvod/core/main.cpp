@@ -1,5 +1,6 @@
 #include <android/log.h>
 #include <signal.h>
+#include <unistd.h>
 
 #include "base/Log.h"
 #include "base/Version.h"
@@ -15,5 +16,7 @@ int main() {
         return -1;
     }
     kelvo::kelvo_main(nullptr);
-    return -1;  // the daemon never ends in success: it runs until it is killed
+    // The daemon never ends in success: it runs until it is killed. Its threads run on meanwhile, so
+    // no static object may be destroyed under them.
+    _exit(-1);
 }

@@ -16,6 +16,7 @@
 #include <stdexcept>
 
 #include "HubClient.h"
+#include "HubSocket.h"
 
 namespace {
 
@@ -30,10 +31,6 @@ std::string environment(const char* name) {
 
 std::string programPath(const std::string& name) {
     return std::filesystem::read_symlink("/proc/self/exe").parent_path() / name;
-}
-
-std::string hubSocket() {
-    return environment("KELVO_ROOT") + "/dev/binderhub";
 }
 
 /** Whether the condition came to hold while the child lived; false at once when that ended. */
@@ -54,7 +51,7 @@ Clock::time_point limitFromNow() {
 bool hubAnswers() {
     std::string state;
     std::string error;
-    return binderhub::hubState(hubSocket(), &state, &error) == 0;
+    return binderhub::hubState(binderhub::defaultSocket(), &state, &error) == 0;
 }
 
 bool serviceManagerAnswers() {
@@ -80,9 +77,14 @@ BinderWorld::~BinderWorld() {
     mRoles.clear();
     mServiceManager->kill();
     if (mHub) {
-        mHub->signal(SIGTERM);
-        EXPECT_EQ(0, mHub->wait().value_or(-1)) << "how the hub ended";
+        endHub();
     }
+}
+
+void BinderWorld::endHub() {
+    mHub->signal(SIGTERM);
+    EXPECT_EQ(0, mHub->wait().value_or(-1)) << "how the hub ended";
+    mHub.reset();
 }
 
 void BinderWorld::startHub() {
@@ -113,7 +115,7 @@ Json::Value BinderWorld::hubState() {
     Json::Value state;
     std::string text;
     std::string error;
-    EXPECT_EQ(0, binderhub::hubState(hubSocket(), &text, &error)) << error;
+    EXPECT_EQ(0, binderhub::hubState(binderhub::defaultSocket(), &text, &error)) << error;
     std::istringstream(text) >> state;
     return state;
 }

@@ -26,6 +26,9 @@ class BinderWorld {
     /** Kills and forgets all processes in roles. */
     void endRoles() { mRoles.clear(); }
 
+    /** Ends the hub as its user would: everybody's driver is gone. Not on the kernel's driver. */
+    void endHub();
+
     pid_t serviceManager() const { return mServiceManager->pid(); }
     /** What `binderhub state` prints. Not on the kernel's driver. */
     static Json::Value hubState();

@@ -127,3 +127,15 @@ TEST_F(KelvodClientsTest, areToldEverythingInOrderWhileOthersAreKilled) {
     EXPECT_EQ(countInLog("Entering notifyCallback, binder clients size 800\n"), 1u);
     EXPECT_EQ(countInLog("Notify thermal status: 999"), (kProcesses - kVictims) * kListeners);
 }
+
+TEST_F(KelvodClientsTest, loseADaemonThatEndsWithTheDriver) {
+    if (BinderWorld::onKernel()) {
+        GTEST_SKIP() << "the kernel's driver does not end";
+    }
+    startKelvod();
+    for (int i = 0; i < 200; ++i) {  // its threads are busy when it ends
+        callKelvod(NOTIFY_THERMAL_STATUS, {i});
+    }
+    mWorld.endHub();
+    EXPECT_EQ("status 255", awaitEnding());
+}

@@ -17,6 +17,10 @@
 #include "common/ConfigStore.h"
 #include "support/Json.h"
 
+extern "C" {  // glibc's header does not say so itself
+#include <sys/pidfd.h>
+}
+
 using android::IBinder;
 using android::Parcel;
 using android::sp;
@@ -111,6 +115,12 @@ void KelvodTest::startKelvod() {
 
 size_t KelvodTest::countInLog(const std::string& text) const {
     return LogCounter(mLogPath, text).count();
+}
+
+std::string KelvodTest::awaitEnding() const {
+    const android::base::unique_fd process(pidfd_open(mKelvod->pid(), 0));
+    pollfd ended{process.get(), POLLIN, 0};
+    return poll(&ended, 1, kBinderWorldLimitMs) == 1 ? mKelvod->ending().value_or("gone") : "alive";
 }
 
 bool KelvodTest::logs(const std::string& text, size_t count) const {

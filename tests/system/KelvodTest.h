@@ -48,6 +48,8 @@ class KelvodTest : public testing::Test {
     bool logs(const std::string& text, size_t count = 1) const;
     size_t countInLog(const std::string& text) const;
     bool isAlive() { return !mKelvod->ending(); }
+    /** How it ends ("status 255"), which is waited for; "alive" at the limit. */
+    std::string awaitEnding() const;
     pid_t pid() const { return mKelvod->pid(); }
     /** A process with listeners, registered and brought up to date. */
     RoleProcess& startListeners(size_t count = 1, std::optional<uid_t> uid = std::nullopt);
