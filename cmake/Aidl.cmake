@@ -1,24 +1,41 @@
 find_program(AIDL aidl REQUIRED)
+set(KELVO_MARK_VINTF ${CMAKE_CURRENT_LIST_DIR}/MarkVintf.sed)
 
 # kelvo_aidl_library(NAME LANG cpp|ndk ROOT FOLDER SOURCES a/b/IFoo.aidl... LIBS TARGET...)
 # A static library of what the aidl compiler makes of interfaces below ROOT.
+#
+# The compiler is older than @VintfStability: it reads copies without the annotation, and what newer
+# ones write for it, the mark on each binder that is made, is put into its results.
 function(kelvo_aidl_library name)
     cmake_parse_arguments(arg "" "LANG;ROOT" "SOURCES;LIBS" ${ARGN})
     set(out ${CMAKE_CURRENT_BINARY_DIR}/${name}_aidl)
-    set(flags --lang=${arg_LANG} -I ${arg_ROOT} -h ${out} -o ${out})
+    set(plain ${CMAKE_CURRENT_BINARY_DIR}/${name}_plain)
+    set(flags --lang=${arg_LANG} -I ${plain} -h ${out} -o ${out})
     if(arg_LANG STREQUAL "ndk")
         list(APPEND flags --structured)
     endif()
-    list(TRANSFORM arg_SOURCES PREPEND ${arg_ROOT}/ OUTPUT_VARIABLE inputs)
+    list(TRANSFORM arg_SOURCES PREPEND ${plain}/ OUTPUT_VARIABLE inputs)
     set(generated "")
     foreach(source ${arg_SOURCES})
+        cmake_path(GET source PARENT_PATH folder)
+        file(MAKE_DIRECTORY ${plain}/${folder})
+        add_custom_command(OUTPUT ${plain}/${source}
+            COMMAND sed "/^@VintfStability$/d" ${arg_ROOT}/${source} > ${plain}/${source}
+            DEPENDS ${arg_ROOT}/${source}
+            VERBATIM)
+        # Old compiler, newer headers: these keep the plain macro for interfaces they know.
+        set(edits -e "s/^IMPLEMENT_META_INTERFACE/DO_NOT_DIRECTLY_USE_ME_&/")
+        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${arg_ROOT}/${source})
+        file(STRINGS ${arg_ROOT}/${source} annotation REGEX "^@VintfStability$")
+        if(annotation)
+            list(APPEND edits -f ${KELVO_MARK_VINTF})
+        endif()
         string(REGEX REPLACE "\\.aidl$" ".cpp" result ${out}/${source})
         list(APPEND generated ${result})
         # One interface imports another: each result depends on all of them.
-        # Old compiler, newer headers: these keep the plain macro for interfaces they know.
         add_custom_command(OUTPUT ${result}
-            COMMAND ${AIDL} ${flags} ${arg_ROOT}/${source}
-            COMMAND sed -i "s/^IMPLEMENT_META_INTERFACE/DO_NOT_DIRECTLY_USE_ME_&/" ${result}
+            COMMAND ${AIDL} ${flags} ${plain}/${source}
+            COMMAND sed -i ${edits} ${result}
             DEPENDS ${inputs}
             VERBATIM)
     endforeach()

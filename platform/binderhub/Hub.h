@@ -63,6 +63,7 @@ class Hub {
                 std::span<const int> descriptors = {}) const;
     bool addThread(Process& process);
     int becomeManager(Process& process);
+    bool answerNodeInfo(Process& process) const;
     void deliverReady();
     bool deliver(Thread& thread);
     void drop(Thread& thread);

@@ -30,7 +30,7 @@
  */
 namespace binderhub {
 
-constexpr uint32_t kProtocolVersion = 1;
+constexpr uint32_t kProtocolVersion = 2;
 
 enum Kind : uint32_t {
     kHello = 1,                 ///< process connection; `value`: kProtocolVersion
@@ -40,6 +40,8 @@ enum Kind : uint32_t {
     kState = 5,                 ///< process connection; the answer's payload is JSON
     kAnswer = 6,                ///< hub to process connection
     kExchange = 7,              ///< thread connection, both ways
+    kNodeInfo =
+            8,  ///< process connection; `value`: a handle; answered with binder_node_info_for_ref
 };
 
 enum Flag : uint32_t {

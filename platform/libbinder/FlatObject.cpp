@@ -1,5 +1,6 @@
 #include "FlatObject.h"
 
+#include <ObjectPositions.h>
 #include <binder/IBinder.h>
 #include <binder/ProcessState.h>
 #include <fcntl.h>
@@ -8,8 +9,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-
-#include "ParcelLimits.h"
 
 namespace android {
 
@@ -62,25 +61,34 @@ void releaseObject(const flat_binder_object& object, const void* owner) {
     }
 }
 
-void closeDescriptors(const uint8_t* data, const binder_size_t* objects, size_t count) {
-    for (size_t i = 0; i < count; ++i) {
-        const flat_binder_object object = objectAt(data, objects[i]);
+namespace {
+
+binderhub::ObjectPositions positionsOf(size_t size, const binder_size_t* objects, size_t count) {
+    return {size, {reinterpret_cast<const uint8_t*>(objects), count * sizeof(*objects)}};
+}
+
+}  // namespace
+
+void closeDescriptors(const uint8_t* data, size_t size, const binder_size_t* objects,
+                      size_t count) {
+    binderhub::ObjectPositions positions = positionsOf(size, objects, count);
+    for (size_t position = 0; positions.next(&position);) {
+        const flat_binder_object object = objectAt(data, position);
         if (object.hdr.type == BINDER_TYPE_FD) {
             close(static_cast<int>(object.handle));
+        } else if (!isSupportedType(object.hdr.type)) {
+            return;  // of a size that is not known
         }
     }
 }
 
 bool areValidObjects(const uint8_t* data, size_t size, const binder_size_t* objects, size_t count) {
-    size_t end = 0;
-    for (size_t i = 0; i < count; ++i) {
-        const binder_size_t start = objects[i];
-        if (start < end || start % kParcelWordBytes != 0 || start > size ||
-            size - start < sizeof(flat_binder_object) ||
-            !isSupportedType(objectAt(data, start).hdr.type)) {
+    binderhub::ObjectPositions positions = positionsOf(size, objects, count);
+    while (!positions.atEnd()) {
+        size_t position = 0;
+        if (!positions.next(&position) || !isSupportedType(objectAt(data, position).hdr.type)) {
             return false;
         }
-        end = start + sizeof(flat_binder_object);
     }
     return true;
 }
@@ -100,7 +108,7 @@ bool isSupportedType(uint32_t type) {
 flat_binder_object flatHandle(int32_t handle) {
     flat_binder_object object = {};
     object.hdr.type = BINDER_TYPE_HANDLE;
-    object.flags = FLAT_BINDER_FLAG_ACCEPTS_FDS;
+    object.flags = kMinimumPriority;
     object.handle = static_cast<uint32_t>(handle);
     return object;
 }

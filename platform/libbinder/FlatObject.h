@@ -24,10 +24,13 @@ bool acquireObject(const flat_binder_object& object, const void* owner);
 /** Gives the reference back, or closes a descriptor that the parcel owns. */
 void releaseObject(const flat_binder_object& object, const void* owner);
 
-/** Closes all descriptors of a buffer that the driver handed over: they are the receiver's. */
-void closeDescriptors(const uint8_t* data, const binder_size_t* objects, size_t count);
+/**
+ * Closes all descriptors of a buffer that the driver handed over, as they are the receiver's: those
+ * of objects that can be told apart, up to the first that cannot.
+ */
+void closeDescriptors(const uint8_t* data, size_t size, const binder_size_t* objects, size_t count);
 
-/** Whether the objects are of supported types, inside, aligned, in order and apart. */
+/** Whether all objects are of supported types, inside, aligned, in order and apart. */
 bool areValidObjects(const uint8_t* data, size_t size, const binder_size_t* objects, size_t count);
 
 /** First index whose object ends behind `position`; `count` when there is none. */
@@ -35,6 +38,9 @@ size_t firstObjectEndingAfter(const binder_size_t* objects, size_t count, size_t
 
 /** Whether a parcel of this process can hold and release such an object. */
 bool isSupportedType(uint32_t type);
+
+/** Nice value at which the driver runs calls to a binder when the caller's own is weaker. */
+constexpr uint32_t kMinimumPriority = 19;
 
 /** The binder behind a handle as an object. */
 flat_binder_object flatHandle(int32_t handle);

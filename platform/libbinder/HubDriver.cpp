@@ -1,6 +1,7 @@
 #include "HubDriver.h"
 
 #include <cerrno>
+#include <cstring>
 #include <span>
 
 namespace android {
@@ -53,13 +54,27 @@ status_t HubDriver::writeRead(binder_write_read* exchange, bool readsNext) {
 
 status_t HubDriver::setMaxThreads(uint32_t count) {
     binderhub::InMessage answer;
-    return ask(binderhub::kSetMaxThreads, count, {}, &answer);
+    const AutoMutex lock(mAskLock);
+    return askLocked(binderhub::kSetMaxThreads, count, {}, &answer);
 }
 
 status_t HubDriver::becomeContextManager(const flat_binder_object& object) {
     binderhub::InMessage answer;
     const auto* bytes = reinterpret_cast<const uint8_t*>(&object);
-    return ask(binderhub::kBecomeContextManager, 0, {bytes, sizeof(object)}, &answer);
+    const AutoMutex lock(mAskLock);
+    return askLocked(binderhub::kBecomeContextManager, 0, {bytes, sizeof(object)}, &answer);
+}
+
+ssize_t HubDriver::strongReferences(uint32_t handle) {
+    binderhub::InMessage answer;
+    const AutoMutex lock(mAskLock);
+    const status_t status = askLocked(binderhub::kNodeInfo, handle, {}, &answer);
+    binder_node_info_for_ref info;
+    if (status != OK || answer.payload.size() != sizeof(info)) {
+        return status != OK ? status : -EPROTO;
+    }
+    memcpy(&info, answer.payload.data(), sizeof(info));
+    return info.strong_count;
 }
 
 void HubDriver::exitThread() {
@@ -81,9 +96,8 @@ int HubDriver::pollDescriptor() {
     return status == OK ? mine->descriptor() : status;
 }
 
-status_t HubDriver::ask(binderhub::Kind kind, uint32_t value, std::span<const uint8_t> payload,
-                        binderhub::InMessage* answer) {
-    const AutoMutex lock(mAskLock);
+status_t HubDriver::askLocked(binderhub::Kind kind, uint32_t value,
+                              std::span<const uint8_t> payload, binderhub::InMessage* answer) {
     return mProcess->ask(kind, value, payload, answer);
 }
 
@@ -102,7 +116,8 @@ status_t HubDriver::channel(HubDriverChannel** channel) {
 
 status_t HubDriver::openChannel(HubDriverChannel** channel) {
     binderhub::InMessage answer;
-    const status_t status = ask(binderhub::kNewThread, 0, {}, &answer);
+    const AutoMutex lock(mAskLock);
+    const status_t status = askLocked(binderhub::kNewThread, 0, {}, &answer);
     if (status != OK) {
         return status;
     }

@@ -27,13 +27,15 @@ class HubDriver : public BinderDriver {
     status_t writeRead(binder_write_read* exchange, bool readsNext) override;
     status_t setMaxThreads(uint32_t count) override;
     status_t becomeContextManager(const flat_binder_object& object) override;
+    ssize_t strongReferences(uint32_t handle) override;
     void exitThread() override;
     int pollDescriptor() override;
     std::string name() const override { return mName; }
 
   private:
-    status_t ask(binderhub::Kind kind, uint32_t value, std::span<const uint8_t> payload,
-                 binderhub::InMessage* answer);
+    /** What `answer` points at holds while the lock does. */
+    status_t askLocked(binderhub::Kind kind, uint32_t value, std::span<const uint8_t> payload,
+                       binderhub::InMessage* answer) REQUIRES(mAskLock);
     status_t channel(HubDriverChannel** channel);
     status_t openChannel(HubDriverChannel** channel);
 

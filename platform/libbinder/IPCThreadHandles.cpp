@@ -87,7 +87,7 @@ status_t IPCThreadState::clearDeathNotification(int32_t handle, BpBinder* proxy)
 void IPCThreadState::freeBuffer(Parcel* parcel, const uint8_t* data, size_t dataSize,
                                 const binder_size_t* objects, size_t objectsSize, void*) {
     if (parcel != nullptr) {
-        closeDescriptors(data, objects, objectsSize);
+        closeDescriptors(data, dataSize, objects, objectsSize);
     }
     IPCThreadState* thread = self();
     thread->mOut.writeUint32(BC_FREE_BUFFER);

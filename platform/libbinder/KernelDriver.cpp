@@ -48,6 +48,13 @@ class KernelDriver : public BinderDriver {
         return control(BINDER_SET_CONTEXT_MGR, &unused);
     }
 
+    ssize_t strongReferences(uint32_t handle) override {
+        binder_node_info_for_ref info = {};
+        info.handle = handle;
+        const status_t status = control(BINDER_GET_NODE_INFO_FOR_REF, &info);
+        return status != OK ? status : static_cast<ssize_t>(info.strong_count);
+    }
+
     void exitThread() override {
         int32_t unused = 0;
         control(BINDER_THREAD_EXIT, &unused);

@@ -42,12 +42,17 @@ void Parcel::ipcSetDataReference(const uint8_t* data, size_t dataSize, const bin
     mOwner = relFunc;
     mOwnerCookie = relCookie;
     mFdsKnown = false;
-    if (dataSize > kMaxParcelBytes || !areValidObjects(data, dataSize, objects, objectsCount)) {
-        ALOGE("a received parcel of %zu bytes has impossible objects: it is taken as empty",
-              dataSize);
+    if (dataSize > kMaxParcelBytes) {
+        ALOGE("a received parcel of %zu bytes is too long: it is taken as empty", dataSize);
         mDataSize = 0;
         mObjectsSize = 0;
         mError = BAD_VALUE;
+    } else if (!areValidObjects(data, dataSize, objects, objectsCount)) {
+        // As on Android: what other libraries send is delivered, but what is no object here is
+        // none.
+        ALOGE("a received parcel has objects of another kind: none of its objects is read");
+        closeDescriptors(data, dataSize, objects, objectsCount);
+        mObjectsSize = 0;
     }
 }
 
@@ -73,7 +78,7 @@ void Parcel::closeFileDescriptors() {
     if (mOwner != nullptr && continueWrite(mDataSize) != OK) {
         return;
     }
-    closeDescriptors(mData, mObjects, mObjectsSize);
+    closeDescriptors(mData, mDataSize, mObjects, mObjectsSize);
     // What is closed is no longer owned, and its number may soon be someone else's.
     const flat_binder_object closed = flatDescriptor(-1, false);
     for (size_t i = 0; i < mObjectsSize; ++i) {

@@ -16,9 +16,6 @@ namespace android {
 
 namespace {
 
-// Nice value at which the driver runs calls to a binder when the caller's own is weaker.
-constexpr uint32_t kMinimumPriority = 19;
-
 flat_binder_object flatBinder(BBinder* binder) {
     flat_binder_object object = {};
     object.hdr.type = BINDER_TYPE_BINDER;
@@ -183,7 +180,9 @@ status_t Parcel::finishUnflattenBinder(const sp<IBinder>& binder, sp<IBinder>* o
     if (const status_t status = readInt32(&stability); status != OK) {
         return status;
     }
-    const status_t status = internal::Stability::set(binder.get(), stability, true);
+    // The level is the lower half; other releases keep something else above it.
+    const status_t status =
+            internal::Stability::set(binder.get(), static_cast<int16_t>(stability), true);
     if (status == OK) {
         *out = binder;
     }

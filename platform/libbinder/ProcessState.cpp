@@ -160,8 +160,11 @@ void ProcessState::setCallRestriction(CallRestriction restriction) {
     mCallRestriction = restriction;
 }
 
-ssize_t ProcessState::getStrongRefCountForNodeByHandle(int32_t) {
-    return -1;
+ssize_t ProcessState::getStrongRefCountForNodeByHandle(int32_t handle) {
+    BinderDriver* driver = binderDriver();
+    const ssize_t count =
+            driver != nullptr ? driver->strongReferences(static_cast<uint32_t>(handle)) : -EBADF;
+    return count < 0 ? -1 : count;
 }
 
 }  // namespace android

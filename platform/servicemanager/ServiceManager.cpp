@@ -3,6 +3,7 @@
 #include "ServiceManager.h"
 
 #include <binder/IPCThreadState.h>
+#include <binder/Stability.h>
 #include <binder_linux/ServiceName.h>
 #include <log/log.h>
 
@@ -10,28 +11,35 @@
 #include <utility>
 
 #include "DeclaredServices.h"
+#include "Refusal.h"
 
 namespace android {
 
 namespace {
 
 using binder::Status;
+using servicemanager::refusal;
 
 // Android's uids: each user has a range of its own, in which apps begin at one number and isolated
 // processes at another.
 constexpr uid_t kUidsOfUser = 100000;
 constexpr uid_t kFirstApp = 10000;
-constexpr uid_t kFirstIsolated = 99000;
+constexpr uid_t kFirstIsolated = 90000;
 
 uid_t callingAppId() {
     return IPCThreadState::self()->getCallingUid() % kUidsOfUser;
 }
 
-Status refusal(int32_t exception, const char* reason) {
-    return Status::fromExceptionCode(exception, reason);
+/** An interface that the whole phone relies on must be one that its manifest promises. */
+bool mayHaveName(const sp<IBinder>& service, const std::string& name) {
+    return !internal::Stability::requiresVintfDeclaration(service) ||
+           servicemanager::isDeclared(name);
 }
 
 }  // namespace
+
+ServiceManager::ServiceManager(CountReferences countReferences)
+      : mCountReferences(std::move(countReferences)) {}
 
 sp<IBinder> ServiceManager::find(const std::string& name) const {
     const auto found = mServices.find(name);
@@ -48,6 +56,9 @@ Status ServiceManager::getService(const std::string& name, sp<IBinder>* service)
 
 Status ServiceManager::checkService(const std::string& name, sp<IBinder>* service) {
     *service = find(name);
+    if (*service != nullptr) {
+        mServices[name].hadLookups = true;
+    }
     return Status::ok();
 }
 
@@ -73,6 +84,10 @@ Status ServiceManager::addService(const std::string& name, const sp<IBinder>& se
     if (!isLegalServiceName(name)) {
         ALOGE("no name for a service: '%s'", name.c_str());
         return refusal(Status::EX_ILLEGAL_ARGUMENT, "no name for a service");
+    }
+    if (!mayHaveName(service, name)) {
+        ALOGE("'%s' is no instance that the manifest declares", name.c_str());
+        return refusal(Status::EX_ILLEGAL_ARGUMENT, "not declared in the manifest");
     }
     if (!watch(service)) {
         return refusal(Status::EX_ILLEGAL_STATE, "the service is dead");
@@ -100,6 +115,7 @@ void ServiceManager::tell(const std::string& name, const sp<IBinder>& service) {
     if (found == mCallbacks.end()) {
         return;
     }
+    mServices[name].hadLookups = true;
     for (const sp<os::IServiceCallback>& callback : found->second) {
         callback->onRegistration(name, service);
     }
@@ -174,15 +190,6 @@ Status ServiceManager::getConnectionInfo(const std::string&,
     return Status::ok();
 }
 
-Status ServiceManager::registerClientCallback(const std::string&, const sp<IBinder>&,
-                                              const sp<os::IClientCallback>&) {
-    return refusal(Status::EX_UNSUPPORTED_OPERATION, "clients are not counted");
-}
-
-Status ServiceManager::tryUnregisterService(const std::string&, const sp<IBinder>&) {
-    return refusal(Status::EX_UNSUPPORTED_OPERATION, "clients are not counted");
-}
-
 Status ServiceManager::getServiceDebugInfo(std::vector<os::ServiceDebugInfo>* services) {
     for (const auto& [name, service] : mServices) {
         os::ServiceDebugInfo& info = services->emplace_back();
@@ -194,12 +201,16 @@ Status ServiceManager::getServiceDebugInfo(std::vector<os::ServiceDebugInfo>* se
 
 void ServiceManager::binderDied(const wp<IBinder>& who) {
     std::erase_if(mServices, [&](const auto& entry) { return who == entry.second.binder; });
-    for (auto& [name, callbacks] : mCallbacks) {
-        std::erase_if(callbacks, [&](const sp<os::IServiceCallback>& callback) {
-            return who == IInterface::asBinder(callback);
-        });
-    }
-    std::erase_if(mCallbacks, [](const auto& entry) { return entry.second.empty(); });
+    const auto forget = [&](auto& callbacksByName) {
+        for (auto& [name, callbacks] : callbacksByName) {
+            std::erase_if(callbacks, [&](const auto& callback) {
+                return who == IInterface::asBinder(callback);
+            });
+        }
+        std::erase_if(callbacksByName, [](const auto& entry) { return entry.second.empty(); });
+    };
+    forget(mCallbacks);
+    forget(mClientCallbacks);
 }
 
 }  // namespace android

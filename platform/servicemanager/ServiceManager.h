@@ -2,8 +2,11 @@
 
 #include <android/os/BnServiceManager.h>
 
+#include <chrono>
+#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +21,13 @@ namespace android {
  */
 class ServiceManager : public os::BnServiceManager, public IBinder::DeathRecipient {
   public:
+    /** How many strong references a service has, the manager's own among them; negative: unknown.
+     */
+    using CountReferences = std::function<ssize_t(const sp<IBinder>& service)>;
+
+    /** `countReferences` asks the driver unless a test says otherwise. */
+    explicit ServiceManager(CountReferences countReferences = referencesInDriver);
+
     /** Null for a caller in an isolated process unless the service allows those. */
     binder::Status getService(const std::string& name, sp<IBinder>* service) override;
     /** The same: services that start on demand do not exist here. */
@@ -44,17 +54,27 @@ class ServiceManager : public os::BnServiceManager, public IBinder::DeathRecipie
                                      std::unique_ptr<os::ConnectionInfo>* info) override;
 
     /**
-     * Both EX_UNSUPPORTED_OPERATION: whether a service has clients only the driver knows, and the
-     * driver is not asked for it.
+     * Tells the callback from the next checkClients() on when clients come and go. For the process
+     * that serves the name, with the binder that it registered.
      */
     binder::Status registerClientCallback(const std::string& name, const sp<IBinder>& service,
                                           const sp<os::IClientCallback>& callback) override;
+    /**
+     * Takes the name away if nobody else has the binder. EX_ILLEGAL_STATE when someone has, or got
+     * it since the last checkClients(), and when no callback was registered: only those who hear of
+     * clients may believe that there are none.
+     */
     binder::Status tryUnregisterService(const std::string& name,
                                         const sp<IBinder>& service) override;
 
     binder::Status getServiceDebugInfo(std::vector<os::ServiceDebugInfo>* services) override;
 
     void binderDied(const wp<IBinder>& who) override;
+
+    /** Tells services whether they have clients now. To be called each kClientCheckInterval. */
+    void checkClients();
+
+    static constexpr std::chrono::seconds kClientCheckInterval{5};  // as on Android
 
   private:
     struct Service {
@@ -63,10 +83,19 @@ class ServiceManager : public os::BnServiceManager, public IBinder::DeathRecipie
         int32_t dumpPriority = 0;
         pid_t pid = 0;
         uid_t uid = 0;
+        bool hasClients = false;  // what its callbacks were told last
+        bool hadLookups = false;  // since the last check: a client that may have gone already
     };
     using Callbacks = std::vector<sp<os::IServiceCallback>>;
+    using ClientCallbacks = std::vector<sp<os::IClientCallback>>;
+
+    static ssize_t referencesInDriver(const sp<IBinder>& service);
 
     sp<IBinder> find(const std::string& name) const;
+    binder::Status checkServer(const std::string& name, const sp<IBinder>& service,
+                               int32_t noService) const;
+    void tellClients(const std::string& name, Service* service, bool hasClients);
+    std::optional<ssize_t> takeCount(const std::string& name, Service* service);
     bool watch(const sp<IBinder>& binder);
     void unwatch(const sp<IBinder>& binder);
     void put(const std::string& name, Service service);
@@ -74,6 +103,8 @@ class ServiceManager : public os::BnServiceManager, public IBinder::DeathRecipie
 
     std::map<std::string, Service> mServices;
     std::map<std::string, Callbacks> mCallbacks;
+    std::map<std::string, ClientCallbacks> mClientCallbacks;
+    const CountReferences mCountReferences;
 };
 
 }  // namespace android

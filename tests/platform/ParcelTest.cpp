@@ -10,6 +10,8 @@ namespace {
 
 using binder::Status;
 
+constexpr size_t kObjectBytes = 24;  // of a binder, before its stability word
+
 std::vector<uint32_t> words(const Parcel& parcel) {
     std::vector<uint32_t> found(parcel.dataSize() / sizeof(uint32_t));
     if (!found.empty()) {
@@ -116,6 +118,34 @@ TEST(ParcelTest, holdsBindersUntilItIsReleased) {
         EXPECT_EQ(UNEXPECTED_NULL, parcel.readStrongBinder(&none));
     }
     EXPECT_EQ(1, binder->getStrongCount());
+}
+
+TEST(ParcelTest, readsTheLowerHalfOfAStabilityWord) {
+    const struct {
+        uint32_t word;
+        status_t status;
+    } rows[] = {{0b001100, OK},       {0x0001'000c, OK},       {0xffff'000c, OK},
+                {0b000011, BAD_TYPE}, {0x0c00'0001, BAD_TYPE}, {0, BAD_TYPE},
+                {0b111111, BAD_TYPE}, {0x0003'0000, BAD_TYPE}, {0x0000'800c, BAD_TYPE}};
+    for (const auto& [word, status] : rows) {
+        Parcel parcel;
+        parcel.writeStrongBinder(new BBinder);  // of the system
+        parcel.setDataPosition(kObjectBytes);
+        parcel.writeUint32(word);
+        parcel.setDataPosition(0);
+        sp<IBinder> binder;
+        EXPECT_EQ(status, parcel.readStrongBinder(&binder)) << std::hex << word;
+    }
+}
+
+TEST(ParcelTest, writesBindersWithAndroidsFlags) {
+    constexpr size_t kFlagsWord = 1;                               // the word behind the type
+    constexpr size_t kNext = kObjectBytes / sizeof(uint32_t) + 1;  // behind the stability word
+    Parcel parcel;
+    parcel.writeStrongBinder(new BBinder);
+    parcel.writeStrongBinder(nullptr);
+    EXPECT_EQ(0x113u, words(parcel)[kFlagsWord]) << "nice value 19, takes descriptors";
+    EXPECT_EQ(0x13u, words(parcel)[kNext + kFlagsWord]);
 }
 
 }  // namespace

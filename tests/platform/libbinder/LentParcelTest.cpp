@@ -93,12 +93,13 @@ TEST_F(LentParcelTest, isWrittenToAlsoWhenNothingWasLent) {
     EXPECT_EQ(1, mCopied);
 }
 
-TEST_F(LentParcelTest, takesNoImpossibleObjects) {
+TEST_F(LentParcelTest, givesTheDataAndNoObjectWhenOneIsOfAnotherKind) {
     const sp<BBinder> binder = new BBinder;
     for (const uint32_t type : {BINDER_TYPE_BINDER, BINDER_TYPE_BINDER, BINDER_TYPE_PTR}) {
         putObject(type, 1, reinterpret_cast<uintptr_t>(binder.get()));
     }
-    // Unaligned, out of order, twice, overlapping, cut by the end, behind it, far, unknown.
+    // Unaligned, out of order, twice, overlapping, cut by the end, behind it, far, another
+    // library's.
     const std::vector<binder_size_t> lists[] = {{2},  {24, 0}, {0, 0},         {0, 20},
                                                 {52}, {1000},  {~uint64_t{3}}, {0, 48}};
     for (const std::vector<binder_size_t>& list : lists) {
@@ -107,10 +108,27 @@ TEST_F(LentParcelTest, takesNoImpossibleObjects) {
         {
             Parcel parcel;
             lend(&parcel);
-            EXPECT_EQ(BAD_VALUE, parcel.errorCheck()) << list.back();
+            EXPECT_EQ(OK, parcel.errorCheck()) << list.back();
             EXPECT_EQ(nullptr, parcel.readStrongBinder()) << list.back();
+            EXPECT_EQ(0u, parcel.objectsCount()) << list.back();
+            EXPECT_EQ(int32_t{BINDER_TYPE_BINDER}, parcel.readInt32()) << list.back();
         }
         EXPECT_EQ(1, mEnded) << list.back();
+    }
+}
+
+TEST_F(LentParcelTest, closesDescriptorsThatNobodyCanRead) {
+    for (const uint32_t other :
+         {BINDER_TYPE_FDA, BINDER_TYPE_PTR, BINDER_TYPE_WEAK_BINDER, BINDER_TYPE_WEAK_HANDLE}) {
+        const int fd = open("/dev/null", O_RDONLY | O_CLOEXEC);
+        mData.clear();
+        mObjects.clear();
+        putObject(BINDER_TYPE_FD, static_cast<uint64_t>(fd), 0);
+        putObject(other, 0, 0);
+        Parcel parcel;
+        lend(&parcel);
+        EXPECT_EQ(BAD_TYPE, parcel.readFileDescriptor()) << other;
+        EXPECT_EQ(-1, fcntl(fd, F_GETFD)) << other;
     }
 }
 

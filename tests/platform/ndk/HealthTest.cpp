@@ -2,12 +2,16 @@
 
 #include <aidl/android/hardware/health/BnHealth.h>
 #include <aidl/android/hardware/health/BnHealthInfoCallback.h>
+#include <android/binder_libbinder.h>
 #include <android/binder_manager.h>
 #include <android/binder_process.h>
+#include <binder/Stability.h>
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
 #include <future>
 
+#include "sim/tree/DeviceTree.h"
 #include "support/BinderWorld.h"
 
 namespace aidl::android::hardware::health {
@@ -79,8 +83,14 @@ struct Mourning {
     std::promise<int> ended;  // the deaths, when the cookie was given back
 };
 
+TEST(NdkHealthTest, isRefusedWhereTheManifestDoesNotDeclareIt) {
+    BinderWorld world;
+    EXPECT_EQ("refused", world.start("ndkHealth").receive());
+}
+
 TEST(NdkHealthTest, callsBackAndIsMournedOnce) {
     BinderWorld world;
+    sim::DeviceTree(getenv("KELVO_ROOT")).setNode("/vendor/etc/vintf/declared", kName);
     RoleProcess& server = world.start("ndkHealth");
     ASSERT_EQ("ready", server.receive());
     ABinderProcess_startThreadPool();
@@ -88,10 +98,14 @@ TEST(NdkHealthTest, callsBackAndIsMournedOnce) {
     const std::shared_ptr<IHealth> health = IHealth::fromBinder(binder);
     ASSERT_NE(nullptr, health);
     EXPECT_TRUE(health->isRemote());
+    EXPECT_TRUE(::android::internal::Stability::requiresVintfDeclaration(
+            AIBinder_toPlatformBinder(binder.get())));
     EXPECT_EQ(binder, ndk::SpAIBinder(AServiceManager_checkService(kName)));
     EXPECT_EQ(nullptr, IHealthInfoCallback::fromBinder(binder)) << "it is another interface";
 
     const auto listener = ndk::SharedRefBase::make<Listener>();
+    EXPECT_TRUE(::android::internal::Stability::requiresVintfDeclaration(
+            AIBinder_toPlatformBinder(listener->asBinder().get())));
     ASSERT_TRUE(health->registerCallback(listener).isOk());
     ASSERT_TRUE(health->update().isOk());
     auto told = listener->told.get_future();

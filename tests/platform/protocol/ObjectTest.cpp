@@ -34,6 +34,16 @@ TEST_F(ObjectTest, keepBinderIdentity) {
     }
 }
 
+TEST_F(ObjectTest, travelBackWithAndroidsFlags) {
+    Parcel parcel;
+    parcel.writeStrongBinder(mServer);
+    parcel.setDataPosition(0);
+    const flat_binder_object* const object = parcel.readObject(false);
+    ASSERT_NE(nullptr, object);
+    EXPECT_EQ(uint32_t{BINDER_TYPE_HANDLE}, object->hdr.type);
+    EXPECT_EQ(0x13u, object->flags) << "nice value 19; only its owner says what a binder takes";
+}
+
 TEST_F(ObjectTest, endWithTheirLastReference) {
     sp<IBinder> remote = swapBinder(mServer, kNewObject);
     sp<IBinder> other = swapBinder(mServer, kNewObject);

@@ -1,10 +1,16 @@
 // The service manager as a process.
 
+#include <android/os/BnClientCallback.h>
+#include <android/os/IServiceManager.h>
 #include <binder/Binder.h>
 #include <binder/IServiceManager.h>
+#include <binder/ProcessState.h>
 #include <binder/Status.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
+
+#include <condition_variable>
+#include <mutex>
 
 #include "support/BinderWorld.h"
 #include "support/Program.h"
@@ -39,6 +45,59 @@ TEST(ServiceManagerProcessTest, answersAsAndroidsDoes) {
     if (geteuid() == 0) {
         EXPECT_EQ(std::to_string(Status::EX_SECURITY), world.start("addOne", "", kApp).receive());
     }
+}
+
+class Clients : public os::BnClientCallback {
+  public:
+    binder::Status onClients(const sp<IBinder>&, bool hasClients) override {
+        const std::lock_guard lock(mLock);
+        mTold.push_back(hasClients);
+        mChanged.notify_all();
+        return binder::Status::ok();
+    }
+    /** Whether this comes to be what was told last, within two of the manager's intervals. */
+    bool comesToTell(bool hasClients) {
+        std::unique_lock lock(mLock);
+        return mChanged.wait_for(lock, std::chrono::seconds(12),
+                                 [&] { return !mTold.empty() && mTold.back() == hasClients; });
+    }
+
+  private:
+    std::mutex mLock;  // guards what follows
+    std::condition_variable mChanged;
+    std::vector<bool> mTold;
+};
+
+int holdOne(RoleLink& link) {
+    const sp<IBinder> held = defaultServiceManager()->checkService(String16("lazy"));
+    link.send(held != nullptr ? "held" : "absent");
+    link.receive(-1);
+    return 0;
+}
+const Role kHoldOne("holdOne", holdOne);
+
+TEST(ServiceManagerProcessTest, knowsFromTheDriverWhoHasClients) {
+    BinderWorld world;
+    ProcessState::self()->startThreadPool();
+    const auto manager =
+            interface_cast<os::IServiceManager>(ProcessState::self()->getContextObject(nullptr));
+    static const sp<IBinder> service = new BBinder;
+    static const sp<Clients> clients = new Clients;
+    const auto unregister = [&] {
+        return manager->tryUnregisterService("lazy", service).exceptionCode();
+    };
+    ASSERT_TRUE(manager->addService("lazy", service, false, 1).isOk());
+    ASSERT_TRUE(manager->registerClientCallback("lazy", service, clients).isOk());
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_EQ("held", world.start("holdOne").receive());
+    }
+    EXPECT_EQ(Status::EX_ILLEGAL_STATE, unregister());
+    EXPECT_TRUE(clients->comesToTell(true));
+    EXPECT_EQ(Status::EX_ILLEGAL_STATE, unregister());
+    world.endRoles();
+    EXPECT_TRUE(clients->comesToTell(false));
+    EXPECT_EQ(Status::EX_NONE, unregister());
+    EXPECT_EQ(nullptr, defaultServiceManager()->checkService(String16("lazy")));
 }
 
 TEST(ServiceManagerProcessTest, refusesASecondOneAndAMachineWithoutDriver) {

@@ -2,10 +2,14 @@
 
 #include "ServiceManager.h"
 
+#include <android/os/BnClientCallback.h>
 #include <android/os/BnServiceCallback.h>
+#include <binder/Stability.h>
 #include <binder_linux/LocalCall.h>
 #include <gmock/gmock.h>
 #include <stdlib.h>
+
+#include <utility>
 
 #include "sim/tree/DeviceTree.h"
 #include "support/LogCapture.h"
@@ -33,8 +37,26 @@ class Notices : public os::BnServiceCallback {
     sp<IBinder> last;
 };
 
+class Clients : public os::BnClientCallback {
+  public:
+    Status onClients(const sp<IBinder>&, bool hasClients) override {
+        told.push_back(hasClients);
+        return Status::ok();
+    }
+    std::vector<bool> told;
+};
+
 class ServiceManagerTest : public testing::Test {
   protected:
+    int32_t watchClients(const std::string& name, const sp<IBinder>& service,
+                         const sp<os::IClientCallback>& callback, pid_t pid = kPid) {
+        const LocalCall call(kSystem, pid);
+        return mManager->registerClientCallback(name, service, callback).exceptionCode();
+    }
+    int32_t unregister(const std::string& name, const sp<IBinder>& service, pid_t pid = kPid) {
+        const LocalCall call(kSystem, pid);
+        return mManager->tryUnregisterService(name, service).exceptionCode();
+    }
     int32_t add(const std::string& name, const sp<IBinder>& service, uid_t uid = kSystem,
                 bool allowIsolated = false, int32_t priority = kDefault) {
         const LocalCall call(uid, kPid);
@@ -52,7 +74,9 @@ class ServiceManagerTest : public testing::Test {
         return names;
     }
 
-    const sp<ServiceManager> mManager = new ServiceManager;
+    ssize_t mReferences = 1;  // what the driver says of every service
+    const sp<ServiceManager> mManager =
+            new ServiceManager([this](const sp<IBinder>&) { return mReferences; });
     const sp<IBinder> mService = new BBinder;
 };
 
@@ -83,12 +107,72 @@ TEST_F(ServiceManagerTest, letsOnlyTheSystemAddAndOnlyLegalNames) {
 TEST_F(ServiceManagerTest, hidesServicesFromIsolatedProcessesAndByPriority) {
     add("b", mService);
     add("a", mService, kSystem, true, IServiceManager::DUMP_FLAG_PRIORITY_HIGH);
-    EXPECT_EQ(check("b", 98999), mService);
-    EXPECT_EQ(check("b", 99000), nullptr);
-    EXPECT_EQ(check("b", 199999), nullptr);
-    EXPECT_EQ(check("a", 99000), mService);
+    EXPECT_EQ(check("b", 89999), mService);
+    for (const uid_t isolated : {90000U, 98999U, 99999U, 190000U, 199999U}) {
+        EXPECT_EQ(check("b", isolated), nullptr) << isolated;
+        EXPECT_EQ(check("a", isolated), mService) << isolated;
+    }
+    EXPECT_EQ(check("b", 189999), mService);
     EXPECT_THAT(list(IServiceManager::DUMP_FLAG_PRIORITY_ALL), ElementsAre("a", "b"));
     EXPECT_THAT(list(IServiceManager::DUMP_FLAG_PRIORITY_HIGH), ElementsAre("a"));
+}
+
+TEST_F(ServiceManagerTest, takesAnInterfaceOfTheWholePhoneOnlyUnderADeclaredName) {
+    sim::DeviceTree(getenv("KELVO_ROOT")).setNode("/vendor/etc/vintf/declared", "a.IFoo/default\n");
+    internal::Stability::markVintf(mService.get());
+    EXPECT_EQ(add("a.IFoo/other", mService), Status::EX_ILLEGAL_ARGUMENT);
+    EXPECT_EQ(add("foo", mService), Status::EX_ILLEGAL_ARGUMENT);
+    EXPECT_EQ(add("foo", new BBinder), Status::EX_NONE);
+    EXPECT_EQ(add("a.IFoo/default", mService), Status::EX_NONE);
+    EXPECT_THAT(list(kDefault), ElementsAre("a.IFoo/default", "foo"));
+}
+
+TEST_F(ServiceManagerTest, tellsTheServerWhenClientsComeAndGo) {
+    const sp<Clients> clients = new Clients;
+    add("kelvo", mService);
+    EXPECT_EQ(watchClients("kelvo", mService, nullptr), Status::EX_NULL_POINTER);
+    EXPECT_EQ(watchClients("absent", mService, clients), Status::EX_ILLEGAL_ARGUMENT);
+    EXPECT_EQ(watchClients("kelvo", new BBinder, clients), Status::EX_ILLEGAL_ARGUMENT);
+    EXPECT_EQ(watchClients("kelvo", mService, clients, kPid + 1), Status::EX_UNSUPPORTED_OPERATION);
+    EXPECT_EQ(watchClients("kelvo", mService, clients), Status::EX_NONE);
+    const auto told = [&] {
+        mManager->checkClients();
+        return std::exchange(clients->told, {});
+    };
+    EXPECT_THAT(told(), ElementsAre());
+    mReferences = 2;
+    EXPECT_THAT(told(), ElementsAre(true));
+    EXPECT_THAT(told(), ElementsAre());
+    mReferences = -1;  // the driver cannot tell
+    EXPECT_THAT(told(), ElementsAre());
+    mReferences = 1;
+    EXPECT_THAT(told(), ElementsAre(false));
+    check("kelvo");  // by one who has gone before anybody looks
+    EXPECT_THAT(told(), ElementsAre(true, false));
+    EXPECT_THAT(told(), ElementsAre());
+}
+
+TEST_F(ServiceManagerTest, unregistersAServiceForItsServerWhenItHasNoClients) {
+    const sp<Clients> clients = new Clients;
+    add("kelvo", mService);
+    EXPECT_EQ(unregister("kelvo", mService), Status::EX_ILLEGAL_STATE) << "nobody counts";
+    mManager->checkClients();
+    EXPECT_EQ(watchClients("kelvo", mService, clients), Status::EX_NONE);
+    mManager->checkClients();
+    EXPECT_EQ(unregister("kelvo", nullptr), Status::EX_NULL_POINTER);
+    EXPECT_EQ(unregister("absent", mService), Status::EX_ILLEGAL_STATE);
+    EXPECT_EQ(unregister("kelvo", new BBinder), Status::EX_ILLEGAL_STATE);
+    EXPECT_EQ(unregister("kelvo", mService, kPid + 1), Status::EX_UNSUPPORTED_OPERATION);
+    check("kelvo");
+    EXPECT_EQ(unregister("kelvo", mService), Status::EX_ILLEGAL_STATE) << "just looked up";
+    mManager->checkClients();
+    mReferences = 3;  // the manager's, the driver's for this call, a client's
+    EXPECT_EQ(unregister("kelvo", mService), Status::EX_ILLEGAL_STATE);
+    mReferences = 2;
+    EXPECT_EQ(unregister("kelvo", mService), Status::EX_ILLEGAL_STATE) << "there was one just now";
+    mManager->checkClients();
+    EXPECT_EQ(unregister("kelvo", mService), Status::EX_NONE);
+    EXPECT_EQ(check("kelvo"), nullptr);
 }
 
 TEST_F(ServiceManagerTest, saysThatAServiceIsOverwritten) {

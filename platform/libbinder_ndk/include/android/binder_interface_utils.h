@@ -2,6 +2,7 @@
 
 #include <android/binder_auto_utils.h>
 #include <android/binder_ibinder.h>
+#include <utils/Mutex.h>
 
 #include <cstdlib>
 #include <memory>
@@ -96,7 +97,7 @@ template <typename INTERFACE>
 class BnCInterface : public INTERFACE {
   public:
     SpAIBinder asBinder() final {
-        std::lock_guard<std::mutex> lock(mMutex);
+        android::AutoMutex lock(mLock);
         SpAIBinder binder = mBinder.get() != nullptr ? mBinder.promote() : nullptr;
         if (binder == nullptr) {
             binder = createBinder();
@@ -112,8 +113,8 @@ class BnCInterface : public INTERFACE {
     virtual SpAIBinder createBinder() = 0;
 
   private:
-    std::mutex mMutex;  // guards mBinder; the class's onCreate is called while it is held
-    ScopedAIBinder_Weak mBinder;
+    android::Mutex mLock;  // the class's onCreate is called while it is held
+    ScopedAIBinder_Weak mBinder GUARDED_BY(mLock);
 };
 
 /** Base of the interfaces' remote side. Thread-safe. */

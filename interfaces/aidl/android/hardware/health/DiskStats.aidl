@@ -1,6 +1,7 @@
 package android.hardware.health;
 
 /** Counters of a disk since it started, as the kernel has them. */
+@VintfStability
 parcelable DiskStats {
     long reads = 0;
     long readMerges = 0;

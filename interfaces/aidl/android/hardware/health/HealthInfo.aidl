@@ -4,6 +4,7 @@ import android.hardware.health.DiskStats;
 import android.hardware.health.StorageInfo;
 
 /** State of charger, battery and storage. Fields stand in the order in which they travel. */
+@VintfStability
 parcelable HealthInfo {
     boolean chargerAcOnline = false;
     boolean chargerUsbOnline = false;

@@ -9,6 +9,7 @@ import android.hardware.health.StorageInfo;
  * Battery, charger and storage, as version 1 of Android's interface has them. Methods stand in its
  * order: their place is their code. What a device cannot tell is an unsupported operation.
  */
+@VintfStability
 interface IHealth {
     /** Service-specific errors. */
     const int STATUS_UNKNOWN = 2;

@@ -1,6 +1,7 @@
 package android.hardware.health;
 
 /** Wear of a storage device, as its standard defines it. */
+@VintfStability
 parcelable StorageInfo {
     /** Pre-end-of-life information. */
     int eol = 0;
