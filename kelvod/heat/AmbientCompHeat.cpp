@@ -43,9 +43,11 @@ std::shared_ptr<HeatInfo> AmbientCompHeat::getHeatInfo() {
     const Mutex::Autolock lock(mMutex);
     const int result = mSamples->getAmbientCompToTemp(mLastQuerySecond);
     KLOGD("AmbientComp getHeatInfo: result=%d", result);
+    return std::make_shared<HeatInfo>(result, std::map<std::string, int>());
+}
+
+void AmbientCompHeat::askForFactors(HeatInfo& info) {
     const bool charging = HealthInfoNotifier::getInstance().getOnChargeStats();
-    return std::make_shared<HeatInfo>(
-            result, std::map<std::string, int>{
-                            {"ambientTemp", AmbientTempWatcher::getInstance().getAmbientTemp()},
-                            {"ischarge", charging ? 1 : 0}});
+    info.keyFactor["ambientTemp"] = AmbientTempWatcher::getInstance().getAmbientTemp();
+    info.keyFactor["ischarge"] = charging ? 1 : 0;
 }

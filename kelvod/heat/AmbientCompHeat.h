@@ -12,8 +12,7 @@
  * How much warmer or colder the air has become (m°C), so that warm surroundings can outrank the
  * phone's own components. Needs no coefficient. Thread-safe.
  *
- * Lock order: this component's mutex, then the sample buffer's, the ambient estimator's or the
- * health notifier's.
+ * Lock order: this component's mutex, then the sample buffer's.
  */
 class AmbientCompHeat : public virtual ComponentHeat {
   public:
@@ -23,6 +22,7 @@ class AmbientCompHeat : public virtual ComponentHeat {
     int getHeatContribution() override;
     /** The same, without becoming the previous call. */
     std::shared_ptr<HeatInfo> getHeatInfo() override;
+    void askForFactors(HeatInfo& info) override;
 
   private:
     android::Mutex mMutex;

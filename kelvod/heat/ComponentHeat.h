@@ -14,8 +14,9 @@
  * A part of the phone that samples its power or temperature while monitoring runs, and converts the
  * samples to its contribution to the shell temperature.
  *
- * processRawSample() comes on the thread "comp-monitor" without a lock of the center's; everything
- * else comes under the center's component lock. Each component guards what the two share.
+ * processRawSample() comes on the thread "comp-monitor" without a lock of the center's, and so does
+ * askForFactors() on any; everything else comes under the center's component lock. Each component
+ * guards what they share.
  */
 class ComponentHeat {
   public:
@@ -25,6 +26,11 @@ class ComponentHeat {
     virtual int getHeatContribution() = 0;
     /** The contribution with the figures that explain it; never null. */
     virtual std::shared_ptr<HeatInfo> getHeatInfo() = 0;
+    /**
+     * Adds to `info`, which getHeatInfo() has just returned, the factors that another process is
+     * asked for.
+     */
+    virtual void askForFactors(HeatInfo& info) { (void)info; }
     virtual ~ComponentHeat() = default;
     /** Hands statistics to the data collector and, with `reset`, starts them anew. */
     virtual void collectBigData(bool reset) { (void)reset; }

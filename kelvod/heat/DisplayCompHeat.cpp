@@ -49,10 +49,16 @@ std::shared_ptr<HeatInfo> DisplayCompHeat::getHeatInfo() {
     if (result < 1) {
         return HeatInfo::withoutKeyFactors(result);
     }
-    int level = 0;
-    DisplayModel::getInstance().getBrightness(level);
     return std::make_shared<HeatInfo>(
             result, std::map<std::string, int>{
-                            {"Brightness", level},
                             {"Power", saturatingInt32(mCoefficient * static_cast<float>(result))}});
+}
+
+void DisplayCompHeat::askForFactors(HeatInfo& info) {
+    if (info.heat < 1) {
+        return;
+    }
+    int level = 0;
+    DisplayModel::getInstance().getBrightness(level);
+    info.keyFactor["Brightness"] = level;
 }

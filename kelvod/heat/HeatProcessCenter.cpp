@@ -1,5 +1,7 @@
 #include "heat/HeatProcessCenter.h"
 
+#include <utility>
+
 #include "base/Log.h"
 #include "heat/AmbientCompHeat.h"
 #include "heat/CellularCompHeat.h"
@@ -84,27 +86,59 @@ void HeatProcessCenter::startMonitor() {
     if (mInitInValid) {
         return;
     }
-    Mutex::Autolock lock(mMonitorLock);
-    if (!mThreadStarted && !startThread()) {
-        return;
+    {
+        Mutex::Autolock lock(mMonitorLock);
+        if (!mThreadStarted && !startThread()) {
+            return;
+        }
+        mThreadStarted = true;
+        mRunning = true;
+        mFeedWish = FeedWish::REPORT;
     }
-    QuorixManager::getInstance().regCallBack();
-    QuorixManager::getInstance().startQuorix();
-    mRunning = true;
-    mThreadStarted = true;
+    fulfilFeedWish();
 }
 
 bool HeatProcessCenter::stopMonitor() {
-    Mutex::Autolock lock(mMonitorLock);
-    if (mInitInValid || !mRunning) {
-        return false;
+    {
+        Mutex::Autolock lock(mMonitorLock);
+        if (mInitInValid || !mRunning) {
+            return false;
+        }
+        mRunning = false;
+        mLoop.wake();
+        mFeedWish = FeedWish::END;
+        for (ComponentHeat* component : mComponents) {
+            Mutex::Autolock componentsLock(mComponentsLock);
+            component->clearSamples();
+        }
     }
-    mRunning = false;
-    mLoop.wake();
-    QuorixManager::getInstance().stopQuorix();
-    for (ComponentHeat* component : mComponents) {
-        Mutex::Autolock componentsLock(mComponentsLock);
-        component->clearSamples();
-    }
+    fulfilFeedWish();
     return true;
+}
+
+// The engine is told without the lock, since it may hang, and by one thread at a time, so that the
+// latest wish is the last that it hears of.
+void HeatProcessCenter::fulfilFeedWish() {
+    mMonitorLock.lock();
+    if (!mTellsFeed) {
+        mTellsFeed = true;
+        while (mFeedWish != FeedWish::NONE) {
+            const FeedWish wish = std::exchange(mFeedWish, FeedWish::NONE);
+            mMonitorLock.unlock();
+            tellFeed(wish == FeedWish::REPORT);
+            mMonitorLock.lock();
+        }
+        mTellsFeed = false;
+    }
+    mMonitorLock.unlock();
+}
+
+void HeatProcessCenter::tellFeed(bool report) {
+    QuorixManager& feed = QuorixManager::getInstance();
+    if (report) {
+        feed.regCallBack();
+        feed.startQuorix();
+    } else {
+        feed.stopQuorix();
+    }
 }

@@ -25,8 +25,8 @@
  * a component's, then its buffer's or that of an engine which it asks; components read the
  * configuration under theirs when they are made. The central state's and the data collector's are
  * also taken under mBigDataLock. None of these engines calls the center under a lock of its own.
- * Sampling holds none of the center's locks, so that a service that does not answer holds up the
- * sampling thread alone.
+ * No other process is called under a lock: one that does not answer holds up, for a second, the
+ * thread that asks it.
  */
 class HeatProcessCenter : private kelvo::PeriodicLoop::Client {
   public:
@@ -46,7 +46,10 @@ class HeatProcessCenter : private kelvo::PeriodicLoop::Client {
     /** Power (mW or mA) per m°C of the component `name`; -1.0 when unknown. */
     float getCoeffs(const std::string& name) const;
 
-    /** Starts sampling and the usage feed; the thread is made by the first call. */
+    /**
+     * Starts sampling and the usage feed; the thread is made by the first call. When another thread
+     * is telling the feed of an earlier change, that thread tells it of this one.
+     */
     void startMonitor();
     /** Ends both and forgets the samples. False when nothing was running. */
     bool stopMonitor();
@@ -77,6 +80,10 @@ class HeatProcessCenter : private kelvo::PeriodicLoop::Client {
     bool onTimeout() override;
     void onThreadEnd(kelvo::PeriodicLoop::End end, int error) override;
 
+    // The usage feed, which runs while monitoring does
+    void fulfilFeedWish() EXCLUDES(mMonitorLock);
+    static void tellFeed(bool report);
+
     // Queries (HeatProcessCenterQueries.cpp)
     bool isSilent() const;
     void generateReportInfo(Json::Value& root, const std::string& name,
@@ -98,8 +105,12 @@ class HeatProcessCenter : private kelvo::PeriodicLoop::Client {
     std::atomic<bool> mRunning = false;
     kelvo::PeriodicLoop mLoop;
 
-    android::Mutex mMonitorLock;  // serialises start and stop; guards the flag
+    enum class FeedWish { NONE, REPORT, END };
+
+    android::Mutex mMonitorLock;  // serialises start and stop; guards the members below
     bool mThreadStarted GUARDED_BY(mMonitorLock) = false;
+    FeedWish mFeedWish GUARDED_BY(mMonitorLock) = FeedWish::NONE;  // not told yet
+    bool mTellsFeed GUARDED_BY(mMonitorLock) = false;              // somebody does
 
     // Held around each call into a component but processRawSample(); guards no member.
     android::Mutex mComponentsLock;

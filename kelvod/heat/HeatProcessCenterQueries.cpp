@@ -26,15 +26,21 @@ class RankingRecord {
     explicit RankingRecord(HeatRanking::Question question) : mObserver(kelvo::decisionObserver()) {
         mRanking.question = question;
     }
-    void add(int32_t type, const ComponentHeat& component, int32_t heat,
-             const std::map<std::string, int>& keyFactors = {}) {
+    /** Called under the component lock, which keeps other queries from converting meanwhile. */
+    void add(int32_t type, const ComponentHeat& component, int32_t heat) {
         if (mObserver == nullptr) {
             return;
         }
-        mRanking.contributions.push_back({type, heat, component.lastConversion(), keyFactors});
+        mRanking.contributions.push_back({type, heat, component.lastConversion(), {}});
         if (heat > mMost) {
             mMost = heat;
             mRanking.mainComponent = type;
+        }
+    }
+    /** Explains the contribution added last. */
+    void explain(const std::map<std::string, int>& keyFactors) {
+        if (mObserver != nullptr) {
+            mRanking.contributions.back().keyFactors = keyFactors;
         }
     }
     /** Tells the observer; called without a lock. */
@@ -113,10 +119,15 @@ std::string HeatProcessCenter::getCompentsHeatDetailInfo() {
     Heats heats;
     RankingRecord record(HeatRanking::Question::DETAIL);
     for (int32_t type = 0; type < kComponentTypes; ++type) {
-        Mutex::Autolock lock(mComponentsLock);
         ComponentHeat& component = *mComponents[static_cast<size_t>(type)];
-        const auto info = component.getHeatInfo();
-        record.add(type, component, info->heat, info->keyFactor);
+        std::shared_ptr<HeatInfo> info;
+        {
+            Mutex::Autolock lock(mComponentsLock);
+            info = component.getHeatInfo();
+            record.add(type, component, info->heat);
+        }
+        component.askForFactors(*info);
+        record.explain(info->keyFactor);
         text += entry(componentName(type), info->heat);
         generateReportInfo(root, componentName(type), info);
         heats[type] = info->heat;

@@ -68,9 +68,13 @@ void ShellTempFitting::initIPA() {
 }
 
 void ShellTempFitting::openPrjUniqueFeature() {
-    Mutex::Autolock lock(mMutex);
-    if (mScenes.has(kelvo::scene::kWirelessCharge)) {
-        // It listens for a wireless charger from now on, if it did not before.
+    const auto hasScene = [this] {
+        Mutex::Autolock lock(mMutex);
+        return mScenes.has(kelvo::scene::kWirelessCharge);
+    };
+    if (hasScene()) {
+        // It listens for a wireless charger from now on, if it did not before; without the mutex,
+        // since the service may take its time.
         HealthInfoNotifier::getInstance();
         KLOGD("load wirless_charge feature");
     }

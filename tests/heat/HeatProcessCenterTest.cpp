@@ -1,17 +1,61 @@
 #include "heat/HeatProcessCenter.h"
 
+#include <binder/Parcel.h>
 #include <gmock/gmock.h>
+#include <vendor/zenta/hardware/displaypanelfeature/1.0/IDisplayPanelFeature.h>
 
 #include "HeatSourceTest.h"
 #include "core/DataCollector.h"
 #include "core/KelvoState.h"
 #include "core/MessageManager.h"
+#include "sim/services/PublishedBinder.h"
 
 namespace {
+
+using vendor::zenta::hardware::displaypanelfeature::V1_0::IDisplayPanelFeature;
 
 HeatProcessCenter& center() {
     return *HeatProcessCenter::getInstance();
 }
+
+/** An engine that stops monitoring while it is told that it starts. */
+class StoppingEngine : public android::BBinder {
+  public:
+    const android::String16& getInterfaceDescriptor() const override {
+        static const android::String16 kDescriptor("com.zenta.pelko.IZentaQuorix");
+        return kDescriptor;
+    }
+    std::vector<int32_t> told;
+
+  protected:
+    android::status_t onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
+                                 uint32_t) override {
+        if (code == kInform && data.checkInterface(this)) {
+            told.push_back(data.readInt32());
+            if (told.back() == kReport) {
+                center().stopMonitor();
+            }
+        }
+        reply->writeNoException();
+        reply->writeInt32(0);
+        return android::OK;
+    }
+
+  private:
+    static constexpr uint32_t kInform = 22;
+    static constexpr int32_t kReport = 1;
+};
+
+/** A panel that asks for the main heat source before it answers. */
+class AskingPanel : public IDisplayPanelFeature {
+  public:
+    android::hardware::Return<void> getDisplayPanelFeatureValue(
+            uint32_t, getDisplayPanelFeatureValue_cb callback) override {
+        center().getMainHeatCompent();
+        callback(0, {100});
+        return {};
+    }
+};
 
 struct ModelCase {
     const char* name;
@@ -145,6 +189,26 @@ TEST_F(HeatCenterTest, samplesWhileTheShellIsHot) {
     runUntil(700);
     EXPECT_GT(passes(), before);
     EXPECT_EQ(errors(made), 1U) << "the same thread again";
+}
+
+// Both would wait for themselves if the center held a lock while it asks.
+TEST_F(HeatCenterTest, holdsNoLockWhileItAsksOtherProcesses) {
+    scenario.nodes.push_back({"/proc/chip/hw_code", "0\n"});
+    scenario.services.erase("panel");
+    scenario.services.erase("quorix");
+    start();
+    const sim::PublishedHidl panel(IDisplayPanelFeature::descriptor, new AskingPanel);
+    heat(100, 300);
+    monitor();
+    runUntil(20);
+    EXPECT_NE(reported("display").find("'Brightness':100"), std::string::npos);
+    center().stopMonitor();
+
+    const android::sp<StoppingEngine> engine = new StoppingEngine;
+    const sim::PublishedBinder published("quorix", engine);
+    center().startMonitor();
+    EXPECT_THAT(engine->told, testing::ElementsAre(1, 2)) << "the latest wish comes last";
+    EXPECT_FALSE(center().stopMonitor());
 }
 
 TEST_F(HeatCenterTest, keepsItsCadence) {
