@@ -8,7 +8,7 @@ target_compile_options(kelvo_options INTERFACE
     # Results must be the same on ARM64 and x86-64: no fused multiply-add.
     -ffp-contract=off)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-    target_compile_options(kelvo_options INTERFACE -Wthread-safety)
+    target_compile_options(kelvo_options INTERFACE -Wthread-safety -Wthread-safety-beta)
 else()
     # g++ 12 finds overlaps in std::string where there are none (its bug 105651).
     target_compile_options(kelvo_options INTERFACE -Wno-restrict)

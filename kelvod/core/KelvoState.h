@@ -88,8 +88,8 @@ class KelvoState : public android::Singleton<KelvoState> {
     std::atomic<int32_t> mBoardTemp = kDefaultBoardTemp;
     std::atomic<int32_t> mThrottlingLevel = 0;
 
-    mutable android::Mutex mMutex;                 // the state mutex
-    int32_t mDisplayState GUARDED_BY(mMutex) = 1;  // recorded; nothing reads it
+    mutable android::Mutex mMutex ACQUIRED_BEFORE(mBigDataMutex);  // the state mutex
+    int32_t mDisplayState GUARDED_BY(mMutex) = 1;                  // recorded; nothing reads it
     int32_t mLastLoggedTemp GUARDED_BY(mMutex) = -1;
     std::string mHottestOutput GUARDED_BY(mMutex);
     int64_t mChargingStart GUARDED_BY(mMutex) = 0;  // monotonic, ns; recorded, not read

@@ -119,21 +119,27 @@ void MessageManager::handleMessage(const KelvoMessage& message) {
 }
 
 void MessageManager::dispatch(const KelvoMessage& message) {
-    switch (message.what) {
-        case MSG_LOAD_FLASH_SCENE:
-            return mScenes.applyFlash();
-        case MSG_SCENE_OP_CODE:
-            return applySceneOpCode(message.iValue);
-        case MSG_SCREEN_FOLD:
-            return mScenes.applyFold(message.iValue);
-        default:
-            return UpCall<MessageActions>::get().perform(message);
+    if (!applyToScenes(message)) {
+        UpCall<MessageActions>::get().perform(message);
     }
 }
 
-void MessageManager::applySceneOpCode(int32_t opCode) {
+/** False when the message is not about scenes. */
+bool MessageManager::applyToScenes(const KelvoMessage& message) {
     android::Mutex::Autolock lock(mMutex);
-    mScenes.applyOpCode(opCode);
+    switch (message.what) {
+        case MSG_LOAD_FLASH_SCENE:
+            mScenes.applyFlash();
+            return true;
+        case MSG_SCENE_OP_CODE:
+            mScenes.applyOpCode(message.iValue);
+            return true;
+        case MSG_SCREEN_FOLD:
+            mScenes.applyFold(message.iValue);
+            return true;
+        default:
+            return false;
+    }
 }
 
 bool MessageManager::switchScene(const std::string& scene) {

@@ -62,7 +62,7 @@ class MessageManager : public android::Singleton<MessageManager>, private SceneM
     bool takePlace();
     void leavePlace();
     void dispatch(const KelvoMessage& message);
-    void applySceneOpCode(int32_t opCode);
+    bool applyToScenes(const KelvoMessage& message);
 
     bool switchScene(const std::string& scene) override;
     void scheduleFlash(int delayMs) override;
@@ -71,12 +71,11 @@ class MessageManager : public android::Singleton<MessageManager>, private SceneM
     const android::sp<android::Looper> mLooper;
     std::atomic<int32_t> mWaiting = 0;
     std::atomic<bool> mIsFull = false;  // as said last
-    // Held while a scene op code (code 9) is applied. Codes 8 and 11 change the scenes without it,
-    // which is safe because all three run on the work thread. Taken before the looper's own lock
-    // and the fitting engine's main mutex.
-    android::Mutex mMutex;
     const android::sp<MessageHandle> mThrottlingHandler;
-    SceneMachine mScenes;
+    // Guards the scenes, held while they change. Taken before the looper's own lock and the fitting
+    // engine's main mutex.
+    android::Mutex mMutex;
+    SceneMachine mScenes GUARDED_BY(mMutex);
 };
 
 }  // namespace kelvo

@@ -23,9 +23,6 @@ namespace {
 constexpr int64_t kSamplingMs = 5000;
 constexpr size_t kReportedThreads = 3;
 
-// Guards the connection; a leaf.
-Mutex sPerfLock;
-
 int64_t sumOf(const std::vector<PidTidPower>& threads) {
     int64_t sum = 0;
     for (const PidTidPower& thread : threads) {
@@ -35,6 +32,8 @@ int64_t sumOf(const std::vector<PidTidPower>& threads) {
 }
 
 }  // namespace
+
+Mutex CpuCompHeat::sPerfLock;
 
 CpuCompHeat::CpuCompHeat()
       : ComponentHeat(CPU), mDeathRecipient(AIBinder_DeathRecipient_new(onPerfServiceDied)) {

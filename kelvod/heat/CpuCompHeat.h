@@ -46,7 +46,8 @@ class CpuCompHeat : public virtual ComponentHeat {
 
     const ndk::ScopedAIBinder_DeathRecipient mDeathRecipient;
     kelvo::PatientCaller mCaller{"the performance service"};
-    std::shared_ptr<Performance> mPerfService;  // under the process-wide lock of the connection
+    static android::Mutex sPerfLock;  // guards the connection; a leaf
+    std::shared_ptr<Performance> mPerfService GUARDED_BY(sPerfLock);
 
     // Guards the threads and the coefficient; taken before the buffer's lock and the collector's.
     android::Mutex mThreadsLock;

@@ -107,9 +107,9 @@ bool HeatProcessCenter::stopMonitor() {
         mRunning = false;
         mLoop.wake();
         mFeedWish = FeedWish::END;
-        for (ComponentHeat* component : mComponents) {
+        for (int32_t type = 0; type < kComponentTypes; ++type) {
             Mutex::Autolock componentsLock(mComponentsLock);
-            component->clearSamples();
+            componentLocked(type).clearSamples();
         }
     }
     fulfilFeedWish();

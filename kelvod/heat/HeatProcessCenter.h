@@ -86,8 +86,10 @@ class HeatProcessCenter : private kelvo::PeriodicLoop::Client {
 
     // Queries (HeatProcessCenterQueries.cpp)
     bool isSilent() const;
+    ComponentHeat& componentLocked(int32_t type) REQUIRES(mComponentsLock);
     void generateReportInfo(Json::Value& root, const std::string& name,
                             const std::shared_ptr<HeatInfo>& info);
+    void writeReport(Json::Value& report, const HeatInfo& info) REQUIRES(mReportLock);
 
     // Statistics (HeatProcessCenterBigData.cpp)
     void updateHeatBigRawData(const Heats& heats);
@@ -107,17 +109,20 @@ class HeatProcessCenter : private kelvo::PeriodicLoop::Client {
 
     enum class FeedWish { NONE, REPORT, END };
 
-    android::Mutex mMonitorLock;  // serialises start and stop; guards the members below
+    // Serialises start and stop; guards the members below.
+    android::Mutex mMonitorLock ACQUIRED_BEFORE(mComponentsLock);
     bool mThreadStarted GUARDED_BY(mMonitorLock) = false;
     FeedWish mFeedWish GUARDED_BY(mMonitorLock) = FeedWish::NONE;  // not told yet
     bool mTellsFeed GUARDED_BY(mMonitorLock) = false;              // somebody does
 
-    // Held around each call into a component but processRawSample(); guards no member.
-    android::Mutex mComponentsLock;
+    // Held around each call into a component but processRawSample() and askForFactors(): guards no
+    // member but what componentLocked() gives.
+    android::Mutex mComponentsLock ACQUIRED_BEFORE(mReportLock);
 
-    android::Mutex mReportLock;  // held while a report is written; a leaf
+    android::Mutex mReportLock;  // held by writeReport(), guards no member; a leaf
 
-    android::Mutex mBigDataLock;  // guards the members below
+    // Guards the members below.
+    android::Mutex mBigDataLock ACQUIRED_BEFORE(mComponentsLock);
     kelvo::HeatRecords mPkgHeatsourceData GUARDED_BY(mBigDataLock);
     kelvo::HeatRecords mHeatLevelSourceData GUARDED_BY(mBigDataLock);
     int32_t mLastLevel GUARDED_BY(mBigDataLock) = 0;

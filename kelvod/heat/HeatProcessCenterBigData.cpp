@@ -52,9 +52,9 @@ void HeatProcessCenter::collectBigData(const std::string& day) {
     Mutex::Autolock lock(mBigDataLock);
     handOverPackages(day);
     handOverLevels(day);
-    for (ComponentHeat* component : mComponents) {
+    for (int32_t type = 0; type < kComponentTypes; ++type) {
         Mutex::Autolock componentsLock(mComponentsLock);
-        component->collectBigData(true);
+        componentLocked(type).collectBigData(true);
     }
 }
 

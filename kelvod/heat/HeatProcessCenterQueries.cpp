@@ -58,6 +58,10 @@ class RankingRecord {
 
 }  // namespace
 
+ComponentHeat& HeatProcessCenter::componentLocked(int32_t type) {
+    return *mComponents[static_cast<size_t>(type)];
+}
+
 bool HeatProcessCenter::isSilent() const {
     const bool silent = mInitInValid || !mRunning;
     if (silent) {
@@ -75,7 +79,7 @@ HeatProcessCenter::MainHeat HeatProcessCenter::getMainHeatCompent() {
     for (int32_t type = 0; type < kComponentTypes; ++type) {
         {
             Mutex::Autolock lock(mComponentsLock);
-            ComponentHeat& component = *mComponents[static_cast<size_t>(type)];
+            ComponentHeat& component = componentLocked(type);
             const int32_t heat = component.getHeatContribution();
             record.add(type, component, heat);
             if (heat > best.heat) {
@@ -97,7 +101,7 @@ std::string HeatProcessCenter::getCompentsHeat() {
     RankingRecord record(HeatRanking::Question::TEXT);
     for (int32_t type = 0; type < kComponentTypes; ++type) {
         Mutex::Autolock lock(mComponentsLock);
-        ComponentHeat& component = *mComponents[static_cast<size_t>(type)];
+        ComponentHeat& component = componentLocked(type);
         const int32_t heat = component.getHeatContribution();
         record.add(type, component, heat);
         text += entry(componentName(type), heat);
@@ -119,14 +123,14 @@ std::string HeatProcessCenter::getCompentsHeatDetailInfo() {
     Heats heats;
     RankingRecord record(HeatRanking::Question::DETAIL);
     for (int32_t type = 0; type < kComponentTypes; ++type) {
-        ComponentHeat& component = *mComponents[static_cast<size_t>(type)];
         std::shared_ptr<HeatInfo> info;
         {
             Mutex::Autolock lock(mComponentsLock);
+            ComponentHeat& component = componentLocked(type);
             info = component.getHeatInfo();
             record.add(type, component, info->heat);
         }
-        component.askForFactors(*info);
+        mComponents[static_cast<size_t>(type)]->askForFactors(*info);
         record.explain(info->keyFactor);
         text += entry(componentName(type), info->heat);
         generateReportInfo(root, componentName(type), info);
@@ -143,13 +147,15 @@ std::string HeatProcessCenter::getCompentsHeatDetailInfo() {
 void HeatProcessCenter::generateReportInfo(Json::Value& root, const std::string& name,
                                            const std::shared_ptr<HeatInfo>& info) {
     Mutex::Autolock lock(mReportLock);
-    Json::Value report(Json::objectValue);
-    report["avgHeat"] = info->heat;
-    if (info->keyFactorState != -1) {
+    writeReport(root[name], *info);
+}
+
+void HeatProcessCenter::writeReport(Json::Value& report, const HeatInfo& info) {
+    report["avgHeat"] = info.heat;
+    if (info.keyFactorState != -1) {
         Json::Value& factors = report["keyFactor"] = Json::Value(Json::objectValue);
-        for (const auto& [key, value] : info->keyFactor) {
+        for (const auto& [key, value] : info.keyFactor) {
             factors[key] = value;
         }
     }
-    root[name] = report;
 }

@@ -27,9 +27,12 @@ constexpr int64_t kLeastPatience = kNanosPerSecond / 64;  // with one of many
 constexpr size_t kMostLanes = 8;                          // of a uid
 constexpr char kThreadName[] = "listeners";
 
+// Guards lanes, rounds and crews: those of the process, of which the registry has one crew. A leaf,
+// listeners are called without it.
+Mutex sMutex;
+
 }  // namespace
 
-/** All members are guarded by the crew's mutex. */
 class ListenerLane {
   public:
     explicit ListenerLane(int owner) : uid(owner) {}
@@ -41,12 +44,13 @@ class ListenerLane {
     };
 
     const int uid;
-    bool isOut = false;
-    uint64_t round = 0;          // in which it was called last
-    int64_t spent = 0;           // ns, in that round's calls that have returned
-    std::vector<Missed> missed;  // in the order in which they were passed over first
+    bool isOut GUARDED_BY(sMutex) = false;
+    uint64_t round GUARDED_BY(sMutex) = 0;  // in which it was called last
+    int64_t spent GUARDED_BY(sMutex) = 0;   // ns, in that round's calls that have returned
+    // In the order in which they were passed over first.
+    std::vector<Missed> missed GUARDED_BY(sMutex);
 
-    void remember(const sp<BinderClient>& client, const Notice& notice) {
+    void remember(const sp<BinderClient>& client, const Notice& notice) REQUIRES(sMutex) {
         auto found = std::find_if(missed.begin(), missed.end(),
                                   [&](const Missed& one) { return one.client == client; });
         if (found == missed.end()) {
@@ -54,7 +58,7 @@ class ListenerLane {
         }
         found->notices[static_cast<size_t>(notice.kind)] = notice;
     }
-    void forget(const sp<BinderClient>& client) {
+    void forget(const sp<BinderClient>& client) REQUIRES(sMutex) {
         missed.erase(std::remove_if(missed.begin(), missed.end(),
                                     [&](const Missed& one) { return one.client == client; }),
                      missed.end());
@@ -70,17 +74,17 @@ class ListenerCalls::Crew : public std::enable_shared_from_this<Crew> {
     void end();
 
   private:
-    /** A fan-out. Listeners and notice are constant, the rest is guarded by the mutex. */
+    /** A fan-out. */
     struct Round {
         const std::vector<Listener> listeners;
         const Notice notice;
         const uint64_t number;
-        size_t next = 0;                 // listener
-        ListenerLane* called = nullptr;  // whose call is made
-        int64_t since = 0;               // when it was begun (monotonic, ns)
-        int64_t patience = kPatience;    // ns
-        uint64_t takeovers = 0;          // tells the present worker from those before
-        bool isTaken = false;            // by a worker
+        size_t next GUARDED_BY(sMutex) = 0;                 // listener
+        ListenerLane* called GUARDED_BY(sMutex) = nullptr;  // whose call is made
+        int64_t since GUARDED_BY(sMutex) = 0;               // when it was begun (monotonic, ns)
+        int64_t patience GUARDED_BY(sMutex) = kPatience;    // ns
+        uint64_t takeovers GUARDED_BY(sMutex) = 0;  // tells the present worker from those before
+        bool isTaken GUARDED_BY(sMutex) = false;    // by a worker
     };
 
     static void* threadEntry(void* crew);
@@ -88,7 +92,7 @@ class ListenerCalls::Crew : public std::enable_shared_from_this<Crew> {
     std::shared_ptr<Round> begin(std::vector<Listener> listeners, Notice notice);
     bool man();
     bool awaitLateness(Round& round);
-    void leaveLate(Round& round) REQUIRES(mMutex);
+    void leaveLate(Round& round) REQUIRES(sMutex);
     std::shared_ptr<Round> awaitRound();
     bool becomeFree();
     bool finish();
@@ -99,21 +103,20 @@ class ListenerCalls::Crew : public std::enable_shared_from_this<Crew> {
     void catchUp(ListenerLane& lane);
     std::optional<ListenerLane::Missed> nextMissed(ListenerLane& lane);
 
-    Mutex mMutex;  // guards lanes, rounds and what follows; a leaf, listeners are called without it
     Condition mPosted;
     Condition mProgress;
-    std::map<int, std::vector<std::weak_ptr<ListenerLane>>> mLanes GUARDED_BY(mMutex);  // by uid
-    std::shared_ptr<Round> mRound GUARDED_BY(mMutex);  // null when there is none
-    uint64_t mRounds GUARDED_BY(mMutex) = 0;
-    size_t mFreeThreads GUARDED_BY(mMutex) = 0;  // waiting for a round, or about to
-    bool mEnds GUARDED_BY(mMutex) = false;
+    std::map<int, std::vector<std::weak_ptr<ListenerLane>>> mLanes GUARDED_BY(sMutex);  // by uid
+    std::shared_ptr<Round> mRound GUARDED_BY(sMutex);  // null when there is none
+    uint64_t mRounds GUARDED_BY(sMutex) = 0;
+    size_t mFreeThreads GUARDED_BY(sMutex) = 0;  // waiting for a round, or about to
+    bool mEnds GUARDED_BY(sMutex) = false;
 };
 
 std::shared_ptr<ListenerLane> ListenerCalls::Crew::laneFor(int uid, bool trusted) {
     if (trusted) {
         return std::make_shared<ListenerLane>(uid);
     }
-    Mutex::Autolock lock(mMutex);
+    Mutex::Autolock lock(sMutex);
     auto& lanes = mLanes[uid];
     lanes.erase(std::remove_if(lanes.begin(), lanes.end(),
                                [](const auto& lane) { return lane.expired(); }),
@@ -136,7 +139,7 @@ void ListenerCalls::Crew::make(std::vector<Listener> listeners, Notice notice) {
     do {
         if (!man()) {
             work(round);  // better late than never
-            Mutex::Autolock lock(mMutex);
+            Mutex::Autolock lock(sMutex);
             mRound = nullptr;
             return;
         }
@@ -145,14 +148,14 @@ void ListenerCalls::Crew::make(std::vector<Listener> listeners, Notice notice) {
 
 std::shared_ptr<ListenerCalls::Crew::Round> ListenerCalls::Crew::begin(
         std::vector<Listener> listeners, Notice notice) {
-    Mutex::Autolock lock(mMutex);
+    Mutex::Autolock lock(sMutex);
     mRound = std::shared_ptr<Round>(new Round{std::move(listeners), std::move(notice), ++mRounds});
     return mRound;
 }
 
 /** Has a thread for the round that nobody has taken. */
 bool ListenerCalls::Crew::man() {
-    Mutex::Autolock lock(mMutex);
+    Mutex::Autolock lock(sMutex);
     if (mFreeThreads > 0) {
         mPosted.signal();
         return true;
@@ -171,7 +174,7 @@ bool ListenerCalls::Crew::man() {
 
 /** True when a late listener was left, and the rest needs another thread; false at the end. */
 bool ListenerCalls::Crew::awaitLateness(Round& round) {
-    Mutex::Autolock lock(mMutex);
+    Mutex::Autolock lock(sMutex);
     while (mRound.get() == &round) {
         int64_t left = round.patience;
         if (round.called != nullptr) {
@@ -181,7 +184,7 @@ bool ListenerCalls::Crew::awaitLateness(Round& round) {
             leaveLate(round);
             return true;
         }
-        mProgress.waitRelative(mMutex, left);
+        mProgress.waitRelative(sMutex, left);
     }
     return false;
 }
@@ -215,7 +218,7 @@ void ListenerCalls::Crew::serve() {
 
 /** False when the thread is to end: one that waits is enough. */
 bool ListenerCalls::Crew::becomeFree() {
-    Mutex::Autolock lock(mMutex);
+    Mutex::Autolock lock(sMutex);
     const bool isNeeded = mFreeThreads == 0;
     mFreeThreads += isNeeded ? 1 : 0;
     return isNeeded;
@@ -223,7 +226,7 @@ bool ListenerCalls::Crew::becomeFree() {
 
 /** Ends the round. The same: who begins the next one knows whether there is a thread for it. */
 bool ListenerCalls::Crew::finish() {
-    Mutex::Autolock lock(mMutex);
+    Mutex::Autolock lock(sMutex);
     mRound = nullptr;
     mProgress.signal();
     const bool isNeeded = mFreeThreads == 0;
@@ -232,9 +235,9 @@ bool ListenerCalls::Crew::finish() {
 }
 
 std::shared_ptr<ListenerCalls::Crew::Round> ListenerCalls::Crew::awaitRound() {
-    Mutex::Autolock lock(mMutex);
+    Mutex::Autolock lock(sMutex);
     while (!mEnds && (mRound == nullptr || mRound->isTaken)) {
-        mPosted.wait(mMutex);
+        mPosted.wait(sMutex);
     }
     --mFreeThreads;
     if (mEnds) {
@@ -258,13 +261,13 @@ bool ListenerCalls::Crew::work(const std::shared_ptr<Round>& round) {
 }
 
 uint64_t ListenerCalls::Crew::takeoversOf(const Round& round) {
-    Mutex::Autolock lock(mMutex);
+    Mutex::Autolock lock(sMutex);
     return round.takeovers;
 }
 
 /** Null at the end of the round. */
 const Listener* ListenerCalls::Crew::nextListener(Round& round) {
-    Mutex::Autolock lock(mMutex);
+    Mutex::Autolock lock(sMutex);
     while (round.next < round.listeners.size()) {
         const Listener& listener = round.listeners[round.next++];
         ListenerLane& lane = *listener.lane;
@@ -285,7 +288,7 @@ const Listener* ListenerCalls::Crew::nextListener(Round& round) {
 
 /** False when the round went on without this worker meanwhile. */
 bool ListenerCalls::Crew::countCall(Round& round, ListenerLane& lane, uint64_t takeovers) {
-    Mutex::Autolock lock(mMutex);
+    Mutex::Autolock lock(sMutex);
     if (round.takeovers != takeovers) {
         return false;
     }
@@ -305,7 +308,7 @@ void ListenerCalls::Crew::catchUp(ListenerLane& lane) {
 }
 
 std::optional<ListenerLane::Missed> ListenerCalls::Crew::nextMissed(ListenerLane& lane) {
-    Mutex::Autolock lock(mMutex);
+    Mutex::Autolock lock(sMutex);
     if (lane.missed.empty()) {
         lane.isOut = false;
         KLOGI("listener(uid:%d) is passed over no more", lane.uid);
@@ -317,12 +320,12 @@ std::optional<ListenerLane::Missed> ListenerCalls::Crew::nextMissed(ListenerLane
 }
 
 void ListenerCalls::Crew::forget(const Listener& listener) {
-    Mutex::Autolock lock(mMutex);
+    Mutex::Autolock lock(sMutex);
     listener.lane->forget(listener.client);
 }
 
 void ListenerCalls::Crew::end() {
-    Mutex::Autolock lock(mMutex);
+    Mutex::Autolock lock(sMutex);
     mEnds = true;
     mPosted.broadcast();
 }
