@@ -3,6 +3,8 @@
 
 #include "core/Connections.h"
 
+#include <atomic>
+
 #include "ambient/AmbientTempWatcher.h"
 #include "base/UpCall.h"
 #include "config/CpuPowerRecords.h"
@@ -40,16 +42,18 @@ class StateToEngines : public StateCalls {
 };
 
 class FittingToAmbient : public AmbientRounds {
-    void prepare() override { AmbientTempWatcher::getInstance(); }
-    bool checkAvailableStats() override {
-        return AmbientTempWatcher::getInstance().checkAvailableStats();
-    }
+    void prepare() override { mWatcher = &AmbientTempWatcher::getInstance(); }
+    bool checkAvailableStats() override { return mWatcher.load()->checkAvailableStats(); }
     void updateAmbientTemp(int32_t temp, int32_t power) override {
-        AmbientTempWatcher::getInstance().updateAmbientTemp(temp, power);
+        mWatcher.load()->updateAmbientTemp(temp, power);
     }
     void switchFittingParameter(const std::string& scene) override {
-        AmbientTempWatcher::getInstance().switchFittingParameter(scene);
+        mWatcher.load()->switchFittingParameter(scene);
     }
+
+    // The others are called under the fitting engine's main mutex. The lock of the singleton must
+    // not be taken there: under it the watcher asks the fitting engine, when it is made.
+    std::atomic<AmbientTempWatcher*> mWatcher = nullptr;
 };
 
 /** Connects a performer that lives as long as the process, whatever static objects do at its end.
