@@ -68,7 +68,8 @@ bool MessageManager::takePlace() {
 }
 
 void MessageManager::leavePlace() {
-    if (--mWaiting < kMostWaiting) {
+    // Not as soon as there is room: a flood would fill it each time, and each time have a line.
+    if (--mWaiting < kMostWaiting / 2) {
         mIsFull.store(false, std::memory_order_relaxed);
     }
 }

@@ -29,6 +29,7 @@ const std::string kCancelled = "D delay removeDelayMessage";
 const std::string kLit = "E load light lamp fitting model triggered, current scene:";
 const std::string kFolded = "D switch screen fold fitting model Triggered";
 const std::string kNoFlash = "E current scene is wireless charge, ignore flash scene";
+const std::string kFull = "1024 messages wait, calls that post one are refused";
 const std::string kNoFold = "E current scene is flashon, ignore screen fold scene";
 
 std::string asks(const std::string& scene, const std::string& rollback,
@@ -151,18 +152,23 @@ TEST_F(MessageManagerTest, changesScenes) {
 }
 
 TEST_F(MessageManagerTest, hasRoomForSoManyOfCallersAndMoreOfItsOwn) {
-    const std::string full = "1024 messages wait, calls that post one are refused";
-    for (int round = 1; round <= 2; ++round) {
+    constexpr int32_t kEarly = 400;
+    for (const int64_t start : {0, 2000}) {
         int32_t posted = 0;
-        while (manager.hasRoom() && posted <= kelvo::MessageManager::kMostWaiting) {
-            EXPECT_EQ(manager.sendMessageDelayed(message(2), 1000), 0);
-            ++posted;
-        }
-        EXPECT_EQ(posted, kelvo::MessageManager::kMostWaiting);
-        EXPECT_FALSE(manager.hasRoom());
-        EXPECT_EQ(log.count(ANDROID_LOG_ERROR, full), 1u) << "once";
-        linesAt(1000 * round);
-        EXPECT_TRUE(manager.hasRoom()) << "when they have been handled";
+        const auto fill = [&] {
+            while (manager.hasRoom() && posted < 2 * manager.kMostWaiting) {
+                const int delayMs = posted < kEarly ? 500 : 1000;
+                EXPECT_EQ(manager.sendMessageDelayed(message(2), delayMs), 0);
+                ++posted;
+            }
+            return posted;
+        };
+        EXPECT_EQ(fill(), manager.kMostWaiting);
+        EXPECT_EQ(log.count(ANDROID_LOG_ERROR, kFull), 1u);
+        linesAt(start + 500);
+        EXPECT_EQ(fill(), manager.kMostWaiting + kEarly);
+        EXPECT_FALSE(log.has(kFull)) << "not so soon again";
+        linesAt(start + 2000);
     }
     int32_t own = 0;
     while (manager.sendMessage(message(2)) == 0) {
