@@ -24,7 +24,10 @@ namespace {
 
 constexpr int64_t kPatience = kNanosPerSecond;            // of a fan-out with its first late one
 constexpr int64_t kLeastPatience = kNanosPerSecond / 64;  // with one of many
-constexpr size_t kMostLanes = 8;                          // of a uid
+constexpr int64_t kAllowance = 2 * kNanosPerSecond;       // of an app's calls, at once
+constexpr int64_t kAllowedShare = 8;                      // of the time: one in so many
+constexpr int64_t kPatienceWithout = kNanosPerSecond / 1000;  // for an app that has used it up
+constexpr size_t kMostLanes = 8;                              // of a uid
 constexpr char kThreadName[] = "listeners";
 
 // Guards lanes, rounds and crews: those of the process, of which the registry has one crew. A leaf,
@@ -33,9 +36,32 @@ Mutex sMutex;
 
 }  // namespace
 
+/** How long an app's listeners have kept the fan-outs waiting; it is forgotten bit by bit. */
+class ListenerAllowance {
+  public:
+    void take(int64_t nanos) REQUIRES(sMutex) {
+        mUsed = std::min(used() + nanos, kAllowance);
+        mTime = monotonicNanos();
+    }
+    /** How long the next call may take (ns). */
+    int64_t left() const REQUIRES(sMutex) {
+        return std::max(kAllowance - used(), kPatienceWithout);
+    }
+
+  private:
+    int64_t used() const REQUIRES(sMutex) {
+        return std::max<int64_t>(mUsed - (monotonicNanos() - mTime) / kAllowedShare, 0);
+    }
+
+    int64_t mUsed GUARDED_BY(sMutex) = 0;  // ns, at that time
+    int64_t mTime GUARDED_BY(sMutex) = 0;  // monotonic, ns
+};
+
 class ListenerLane {
   public:
-    explicit ListenerLane(int owner) : uid(owner) {}
+    /** Without an allowance, `ofOwner` null, its calls may take all the patience there is. */
+    ListenerLane(int owner, std::shared_ptr<ListenerAllowance> ofOwner)
+          : uid(owner), mAllowance(std::move(ofOwner)) {}
 
     /** The latest of each kind that a listener missed; empty functions where it missed none. */
     struct Missed {
@@ -50,6 +76,15 @@ class ListenerLane {
     // In the order in which they were passed over first.
     std::vector<Missed> missed GUARDED_BY(sMutex);
 
+    /** How long its next call may take (ns). */
+    int64_t allowed() const REQUIRES(sMutex) {
+        return mAllowance != nullptr ? mAllowance->left() : kPatience;
+    }
+    void countTime(int64_t nanos) REQUIRES(sMutex) {
+        if (mAllowance != nullptr) {
+            mAllowance->take(nanos);
+        }
+    }
     void remember(const sp<BinderClient>& client, const Notice& notice) REQUIRES(sMutex) {
         auto found = std::find_if(missed.begin(), missed.end(),
                                   [&](const Missed& one) { return one.client == client; });
@@ -63,6 +98,9 @@ class ListenerLane {
                                     [&](const Missed& one) { return one.client == client; }),
                      missed.end());
     }
+
+  private:
+    const std::shared_ptr<ListenerAllowance> mAllowance;
 };
 
 /** The threads and what they share; lives as long as the last of them. */
@@ -81,6 +119,7 @@ class ListenerCalls::Crew : public std::enable_shared_from_this<Crew> {
         const uint64_t number;
         size_t next GUARDED_BY(sMutex) = 0;                 // listener
         ListenerLane* called GUARDED_BY(sMutex) = nullptr;  // whose call is made
+        int64_t allowed GUARDED_BY(sMutex) = 0;             // ns, for it
         int64_t since GUARDED_BY(sMutex) = 0;               // when it was begun (monotonic, ns)
         int64_t patience GUARDED_BY(sMutex) = kPatience;    // ns
         uint64_t takeovers GUARDED_BY(sMutex) = 0;  // tells the present worker from those before
@@ -105,7 +144,11 @@ class ListenerCalls::Crew : public std::enable_shared_from_this<Crew> {
 
     Condition mPosted;
     Condition mProgress;
-    std::map<int, std::vector<std::weak_ptr<ListenerLane>>> mLanes GUARDED_BY(sMutex);  // by uid
+    struct App {
+        std::vector<std::weak_ptr<ListenerLane>> lanes;
+        std::shared_ptr<ListenerAllowance> allowance = std::make_shared<ListenerAllowance>();
+    };
+    std::map<int, App> mApps GUARDED_BY(sMutex);       // by uid
     std::shared_ptr<Round> mRound GUARDED_BY(sMutex);  // null when there is none
     uint64_t mRounds GUARDED_BY(sMutex) = 0;
     size_t mFreeThreads GUARDED_BY(sMutex) = 0;  // waiting for a round, or about to
@@ -114,10 +157,11 @@ class ListenerCalls::Crew : public std::enable_shared_from_this<Crew> {
 
 std::shared_ptr<ListenerLane> ListenerCalls::Crew::laneFor(int uid, bool trusted) {
     if (trusted) {
-        return std::make_shared<ListenerLane>(uid);
+        return std::make_shared<ListenerLane>(uid, nullptr);
     }
     Mutex::Autolock lock(sMutex);
-    auto& lanes = mLanes[uid];
+    App& app = mApps[uid];
+    auto& lanes = app.lanes;
     lanes.erase(std::remove_if(lanes.begin(), lanes.end(),
                                [](const auto& lane) { return lane.expired(); }),
                 lanes.end());
@@ -129,7 +173,7 @@ std::shared_ptr<ListenerLane> ListenerCalls::Crew::laneFor(int uid, bool trusted
             return shared;
         }
     }
-    const auto lane = std::make_shared<ListenerLane>(uid);
+    const auto lane = std::make_shared<ListenerLane>(uid, app.allowance);
     lanes.push_back(lane);
     return lane;
 }
@@ -178,7 +222,8 @@ bool ListenerCalls::Crew::awaitLateness(Round& round) {
     while (mRound.get() == &round) {
         int64_t left = round.patience;
         if (round.called != nullptr) {
-            left += round.since - round.called->spent - monotonicNanos();
+            left = std::min(left - round.called->spent, round.allowed) + round.since -
+                   monotonicNanos();
         }
         if (left <= 0) {
             leaveLate(round);
@@ -191,6 +236,7 @@ bool ListenerCalls::Crew::awaitLateness(Round& round) {
 
 void ListenerCalls::Crew::leaveLate(Round& round) {
     round.called->isOut = true;
+    round.called->countTime(monotonicNanos() - round.since);
     KLOGE("listener(uid:%d) does not answer, it is passed over until it does", round.called->uid);
     round.called = nullptr;
     round.patience = std::max(round.patience / 2, kLeastPatience);
@@ -280,7 +326,11 @@ const Listener* ListenerCalls::Crew::nextListener(Round& round) {
             lane.spent = 0;
         }
         round.called = &lane;
+        round.allowed = lane.allowed();
         round.since = monotonicNanos();
+        if (round.allowed < round.patience) {
+            mProgress.signal();  // whoever waits for this call counts on more time
+        }
         return &listener;
     }
     return nullptr;
@@ -292,7 +342,9 @@ bool ListenerCalls::Crew::countCall(Round& round, ListenerLane& lane, uint64_t t
     if (round.takeovers != takeovers) {
         return false;
     }
-    lane.spent += monotonicNanos() - round.since;
+    const int64_t taken = monotonicNanos() - round.since;
+    lane.spent += taken;
+    lane.countTime(taken);
     round.called = nullptr;
     return true;
 }

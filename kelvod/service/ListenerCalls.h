@@ -33,7 +33,9 @@ struct Listener {
  * takes more than a second is left to its thread, and another thread calls the rest. It is passed
  * over until its call returns; then that thread tells it the latest of each kind that it missed.
  * Both are logged. Further late ones of the same fan-out are left sooner, so that any number of
- * them costs about two seconds, and lateness costs a listener nothing but the wait.
+ * them costs about two seconds, and lateness costs a listener nothing but the wait. An app's
+ * listeners keep fan-outs waiting for two seconds at once and for an eighth of the time; once that
+ * is used up its calls are late after a millisecond.
  *
  * A lane is one listener's, or is shared by listeners of one uid when that has many, so that it
  * keeps only so many threads. Besides, one idle thread stays. Thread-safe, but make() has one
@@ -47,7 +49,7 @@ class ListenerCalls {
     ListenerCalls(const ListenerCalls&) = delete;
     ListenerCalls& operator=(const ListenerCalls&) = delete;
 
-    /** For a new listener; a `trusted` one gets its own. */
+    /** For a new listener; a `trusted` one gets its own, and no allowance bounds it. */
     std::shared_ptr<ListenerLane> laneFor(int uid, bool trusted);
     /** Returns when all have been told or are out. */
     void make(std::vector<Listener> listeners, Notice notice);

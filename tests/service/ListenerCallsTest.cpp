@@ -2,6 +2,7 @@
 
 #include <binder/Parcel.h>
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <filesystem>
@@ -193,6 +194,34 @@ TEST_F(ListenerCallsTest, isDelayedByManyLateOnesHardlyMoreThanByOne) {
     // The ones that were called are told the second status, the others this alone.
     EXPECT_EQ(mEars->await(kHung).size(), kHung);
     EXPECT_TRUE(awaitThreads(1));
+}
+
+TEST_F(ListenerCallsTest, keepsASlowAppToItsShareOfTheTime) {
+    class Slow : public FakeListener {
+      public:
+        using FakeListener::FakeListener;
+        android::status_t onTransact(uint32_t code, const android::Parcel& data,
+                                     android::Parcel* reply, uint32_t flags) override {
+            std::this_thread::sleep_for(std::chrono::milliseconds(400));
+            return FakeListener::onTransact(code, data, reply, flags);
+        }
+    };
+    constexpr int kTimes = 12;
+    mListeners.push_back(
+            {new BinderClient(kApp, new Slow(*mEars, "slow", false)), mCalls.laneFor(kApp, false)});
+    add("lives", kSystem);
+    const Clock::time_point start = Clock::now();
+    for (int status = 1; status <= kTimes; ++status) {
+        tellStatus(status);
+    }
+    EXPECT_LT(Clock::now() - start, std::chrono::seconds(4)) << "it needs nearly five";
+    const Calls calls = mEars->await(kTimes + 6);
+    EXPECT_EQ(std::ranges::count(calls, "slow 3:4"), 1) << "waited for at first";
+    EXPECT_EQ(std::ranges::count(calls, 'l', [](const std::string& call) { return call[0]; }),
+              kTimes)
+            << "each to the other";
+    EXPECT_TRUE(awaitThreads(1)) << "it has been told the latest";
+    EXPECT_EQ(mEars->take().back(), "slow 3:" + std::to_string(kTimes));
 }
 
 TEST_F(ListenerCallsTest, neverRepeatsAKindThatFailedLate) {
