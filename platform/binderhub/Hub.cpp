@@ -19,6 +19,7 @@ namespace {
 
 /** What the hub's own user is for those whom it calls: the system. */
 constexpr uid_t kSystemUid = 1000;
+constexpr uid_t kRootUid = 0;
 
 constexpr size_t kEventsAtOnce = 64;
 
@@ -46,8 +47,19 @@ bool Hub::watch(Connection& connection) const {
     return epoll_ctl(mEpoll.get(), EPOLL_CTL_ADD, connection.socket.get(), &event) == 0;
 }
 
+/** One app, in however many processes, is not to take what all others need. */
+bool Hub::mayHaveMore(uid_t uid, bool process) const {
+    const auto found = mHoldings.find(uid);
+    if (found == mHoldings.end() || uid == geteuid() || uid == kRootUid) {
+        return true;
+    }
+    return found->second.connections < kMaxConnectionsOfUid &&
+           (!process || found->second.processes < kMaxProcessesOfUid);
+}
+
 void Hub::attach(unique_fd socket, pid_t pid, uid_t uid) {
-    if (mProcesses.size() >= kMaxProcesses || !isAffordable(socket.get())) {
+    if (mProcesses.size() >= kMaxProcesses || !mayHaveMore(uid, true) ||
+        !isAffordable(socket.get())) {
         return;
     }
     auto process = std::make_unique<Process>(pid, uid, shownUid(uid));
@@ -55,6 +67,8 @@ void Hub::attach(unique_fd socket, pid_t pid, uid_t uid) {
     if (watch(process->connection)) {
         const Process* const key = process.get();
         mProcesses[key] = std::move(process);
+        ++mHoldings[uid].processes;
+        ++mHoldings[uid].connections;
     }
 }
 
@@ -200,6 +214,7 @@ bool Hub::deliver(Thread& thread) {
 void Hub::drop(Thread& thread) {
     mDriver.reaper.release(thread);
     thread.connection.socket.reset();
+    --mHoldings[thread.process.uid].connections;
     const auto found = thread.process.threads.find(&thread);
     mDroppedThreads.push_back(std::move(found->second));
     thread.process.threads.erase(found);
@@ -210,6 +225,11 @@ void Hub::drop(Process& process) {
     process.connection.socket.reset();
     for (const auto& [key, thread] : process.threads) {
         thread->connection.socket.reset();
+    }
+    Holdings& holdings = mHoldings[process.uid];
+    holdings.connections -= process.threads.size() + 1;
+    if (--holdings.processes == 0) {
+        mHoldings.erase(process.uid);
     }
     const auto found = mProcesses.find(&process);
     mDroppedProcesses.push_back(std::move(found->second));

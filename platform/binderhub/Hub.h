@@ -50,7 +50,14 @@ class Hub {
     const Processes& processes() const { return mProcesses; }
 
   private:
+    /** What a user has of the hub. */
+    struct Holdings {
+        size_t processes = 0;
+        size_t connections = 0;  // those of processes and of threads
+    };
+
     bool watch(Connection& connection) const;
+    bool mayHaveMore(uid_t uid, bool process) const;
     void handle(Connection& connection);
     void accept();
     void pauseAccepting(bool pause);
@@ -81,6 +88,7 @@ class Hub {
 
     Driver mDriver;
     Processes mProcesses;
+    std::unordered_map<uid_t, Holdings> mHoldings;  // of those who have any
     std::optional<uid_t> mManagerUid;
 
     // Gone, but events that were read in the same batch may still name their connections.

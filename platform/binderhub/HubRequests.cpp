@@ -81,7 +81,7 @@ bool Hub::answer(Process& process, int status, std::span<const uint8_t> payload,
 }
 
 bool Hub::addThread(Process& process) {
-    if (process.threads.size() >= kMaxThreads) {
+    if (process.threads.size() >= kMaxThreads || !mayHaveMore(process.uid, false)) {
         return answer(process, -EAGAIN);
     }
     std::array<int, 2> ends = {-1, -1};
@@ -96,6 +96,7 @@ bool Hub::addThread(Process& process) {
     }
     const Thread* const key = thread.get();
     process.threads[key] = std::move(thread);
+    ++mHoldings[process.uid].connections;
     return answer(process, 0, {}, std::array{theirs.get()});
 }
 

@@ -5,14 +5,16 @@
 
 #include "HubProtocol.h"
 
-/** What one process, or a chain of calls, may take of the hub. */
+/** What one user, one process, or a chain of calls may take of the hub. */
 namespace binderhub {
 
 constexpr size_t kMaxProcesses = 4096;
-constexpr size_t kMaxThreads = 1024;        ///< of a process
-constexpr size_t kMaxNodes = 32 * 1024;     ///< of a process
-constexpr size_t kMaxHandles = 32 * 1024;   ///< of a process
-constexpr size_t kMaxDeaths = kMaxHandles;  ///< notices that a process asked for and has not had
+constexpr size_t kMaxProcessesOfUid = 64;      ///< of a user other than root and the hub's own
+constexpr size_t kMaxConnectionsOfUid = 1024;  ///< likewise: its processes and their threads
+constexpr size_t kMaxThreads = 1024;           ///< of a process
+constexpr size_t kMaxNodes = 32 * 1024;        ///< of a process
+constexpr size_t kMaxHandles = 32 * 1024;      ///< of a process
+constexpr size_t kMaxDeaths = kMaxHandles;     ///< notices that a process asked for and has not had
 
 /** Results of its own commands that a thread has not read yet. */
 constexpr size_t kMaxUnreadResults = 4096;

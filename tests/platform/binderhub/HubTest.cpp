@@ -11,6 +11,7 @@
 #include <cstring>
 #include <functional>
 
+#include "Descriptors.h"
 #include "HubClient.h"
 #include "HubInvariants.h"
 #include "HubState.h"
@@ -285,6 +286,69 @@ TEST_F(HubTest, asksForThreadsUpToTheLimit) {
     EXPECT_EQ("TRANSACTION", spawned.read());
 }
 
+TEST_F(HubTest, tellsAndGrantsStrangersNothingOfTheWhole) {
+    EXPECT_EQ(-EPERM, client.ask(kState, 0));
+    EXPECT_EQ(-EPERM, client.ask(kNodeInfo, 0));
+    EXPECT_EQ(-EBUSY, client.becomeManager());
+    manager.socket.reset();
+    hub.step(0);
+    EXPECT_EQ(-EPERM, client.becomeManager()) << "that is for the user who was it before";
+    TestProcess next(hub, 300, 1);
+    EXPECT_EQ(0, next.becomeManager());
+}
+
+TEST_F(HubTest, boundsBindersThatAProcessGives) {
+    constexpr uint32_t kAtOnce = 4096;
+    uint32_t kept = 0;
+    for (bool taken = true; taken && kept <= kMaxNodes;) {
+        Objects objects;
+        Batch keep;
+        for (uint32_t i = 1; i <= kAtOnce; ++i) {
+            objects.push_back(object(BINDER_TYPE_WEAK_BINDER, 16 * (kept + i)));
+            keep.add(BC_INCREFS, kept + i);
+        }
+        taken = call(objects, TF_ONE_WAY) == "TRANSACTION";
+        if (taken) {
+            kept += kAtOnce;
+            loop->send(keep.add(BC_FREE_BUFFER, loop->bufferId));
+        }
+        EXPECT_NE("closed", user->read());
+    }
+    EXPECT_EQ(kMaxNodes, kept);
+}
+
+TEST_F(HubTest, boundsWhatAUserMayHold) {
+    raiseDescriptorLimit();
+    std::vector<std::unique_ptr<TestProcess>> processes;
+    std::vector<android::base::unique_fd> threads;
+    const auto connect = [&](uid_t uid) {
+        processes.push_back(std::make_unique<TestProcess>(hub, 300, uid));
+        return processes.back()->ask(kSetMaxThreads, 1);
+    };
+    const auto addThread = [&](TestProcess& process) {
+        const int status = process.ask(kNewThread, 0);
+        if (status == 0) {
+            threads.push_back(std::move(process.answer.descriptors[0]));
+        }
+        return status;
+    };
+    for (size_t i = 1; i < kMaxProcessesOfUid; ++i) {  // the client is the first
+        ASSERT_EQ(0, connect(10000));
+    }
+    EXPECT_EQ(-EPIPE, connect(10000)) << "closed";
+    while (addThread(*processes.front()) == 0) {
+    }
+    EXPECT_EQ(kMaxConnectionsOfUid, threads.size() + kMaxProcessesOfUid + 1) << "and its thread";
+    EXPECT_EQ(-EAGAIN, addThread(client));
+    for (const uid_t uid : {uid_t{10001}, uid_t{0}, geteuid()}) {
+        EXPECT_EQ(0, connect(uid)) << uid;
+        EXPECT_EQ(0, addThread(*processes.back())) << uid;
+    }
+    processes.erase(processes.begin());
+    hub.step(0);
+    EXPECT_EQ(0, connect(10000)) << "once one has gone";
+}
+
 TEST_F(HubTest, closesWhoSendsGarbageAndNobodyElse) {
     giveBinder();
     HubHeader header = {};
@@ -306,6 +370,11 @@ TEST_F(HubTest, closesWhoSendsGarbageAndNobodyElse) {
             [&](TestThread& thread) { thread.sendRaw(tooShort); },
             [&](TestThread& thread) { thread.sendRaw(wrongKind); },
             [&](TestThread& thread) { thread.sendRaw(question), thread.sendRaw(question); },
+            [](TestThread& thread) {  // reads none of the results
+                for (size_t i = 0; i <= kMaxUnreadResults; ++i) {
+                    thread.send(Batch().transfer(BC_TRANSACTION, 0xbad), false);
+                }
+            },
     };
     for (const auto& misbehave : kCases) {
         TestProcess bad(hub, 300);
