@@ -116,7 +116,7 @@ void ServiceManager::tell(const std::string& name, const sp<IBinder>& service) {
         return;
     }
     mServices[name].hadLookups = true;
-    for (const sp<os::IServiceCallback>& callback : found->second) {
+    for (const auto& [callback, uid] : found->second) {
         callback->onRegistration(name, service);
     }
 }
@@ -130,6 +130,14 @@ Status ServiceManager::listServices(int32_t dumpPriority, std::vector<std::strin
     return Status::ok();
 }
 
+size_t ServiceManager::callbacksOf(uid_t uid) const {
+    size_t count = 0;
+    for (const auto& [name, callbacks] : mCallbacks) {
+        count += static_cast<size_t>(std::ranges::count(callbacks, uid, &Callback::uid));
+    }
+    return count;
+}
+
 Status ServiceManager::registerForNotifications(const std::string& name,
                                                 const sp<os::IServiceCallback>& callback) {
     if (!isLegalServiceName(name)) {
@@ -138,10 +146,14 @@ Status ServiceManager::registerForNotifications(const std::string& name,
     if (callback == nullptr) {
         return refusal(Status::EX_NULL_POINTER, "the callback is null");
     }
+    const uid_t uid = IPCThreadState::self()->getCallingUid();
+    if (callingAppId() >= kFirstApp && callbacksOf(uid) >= kMostCallbacksOfApp) {
+        return refusal(Status::EX_ILLEGAL_STATE, "the app has too many callbacks");
+    }
     if (!watch(IInterface::asBinder(callback))) {
         return refusal(Status::EX_ILLEGAL_STATE, "the callback is dead");
     }
-    mCallbacks[name].push_back(callback);
+    mCallbacks[name].push_back({callback, uid});
     if (const sp<IBinder> service = find(name); service != nullptr) {
         callback->onRegistration(name, service);
     }
@@ -152,8 +164,8 @@ Status ServiceManager::unregisterForNotifications(const std::string& name,
                                                   const sp<os::IServiceCallback>& callback) {
     const auto found = mCallbacks.find(name);
     const sp<IBinder> binder = IInterface::asBinder(callback);
-    const auto isIt = [&](const sp<os::IServiceCallback>& other) {
-        return IInterface::asBinder(other) == binder;
+    const auto isIt = [&](const Callback& other) {
+        return IInterface::asBinder(other.callback) == binder;
     };
     const auto removed = found == mCallbacks.end() ? 0 : std::erase_if(found->second, isIt);
     if (removed == 0) {
@@ -201,16 +213,16 @@ Status ServiceManager::getServiceDebugInfo(std::vector<os::ServiceDebugInfo>* se
 
 void ServiceManager::binderDied(const wp<IBinder>& who) {
     std::erase_if(mServices, [&](const auto& entry) { return who == entry.second.binder; });
-    const auto forget = [&](auto& callbacksByName) {
+    const auto forget = [](auto& callbacksByName, auto isDead) {
         for (auto& [name, callbacks] : callbacksByName) {
-            std::erase_if(callbacks, [&](const auto& callback) {
-                return who == IInterface::asBinder(callback);
-            });
+            std::erase_if(callbacks, isDead);
         }
         std::erase_if(callbacksByName, [](const auto& entry) { return entry.second.empty(); });
     };
-    forget(mCallbacks);
-    forget(mClientCallbacks);
+    forget(mCallbacks,
+           [&](const Callback& known) { return who == IInterface::asBinder(known.callback); });
+    forget(mClientCallbacks,
+           [&](const auto& callback) { return who == IInterface::asBinder(callback); });
 }
 
 }  // namespace android

@@ -16,6 +16,7 @@ namespace android {
  * The names of a phone's services. Anyone may ask for a service and list them; what apps may not do
  * (add one) is refused with EX_SECURITY, a bad name with EX_ILLEGAL_ARGUMENT, as on Android. A name
  * is gone when the process that serves it dies, and so are the callbacks of a dead process.
+ * An app may have kMostCallbacksOfApp of them for registrations, in all its processes.
  *
  * Callers are those of the transaction at hand. Not thread-safe: its process has one thread.
  */
@@ -75,6 +76,7 @@ class ServiceManager : public os::BnServiceManager, public IBinder::DeathRecipie
     void checkClients();
 
     static constexpr std::chrono::seconds kClientCheckInterval{5};  // as on Android
+    static constexpr size_t kMostCallbacksOfApp = 256;
 
   private:
     struct Service {
@@ -86,7 +88,11 @@ class ServiceManager : public os::BnServiceManager, public IBinder::DeathRecipie
         bool hasClients = false;  // what its callbacks were told last
         bool hadLookups = false;  // since the last check: a client that may have gone already
     };
-    using Callbacks = std::vector<sp<os::IServiceCallback>>;
+    struct Callback {
+        sp<os::IServiceCallback> callback;
+        uid_t uid = 0;  // who registered it
+    };
+    using Callbacks = std::vector<Callback>;
     using ClientCallbacks = std::vector<sp<os::IClientCallback>>;
 
     static ssize_t referencesInDriver(const sp<IBinder>& service);
@@ -96,6 +102,7 @@ class ServiceManager : public os::BnServiceManager, public IBinder::DeathRecipie
                                int32_t noService) const;
     void tellClients(const std::string& name, Service* service, bool hasClients);
     std::optional<ssize_t> takeCount(const std::string& name, Service* service);
+    size_t callbacksOf(uid_t uid) const;
     bool watch(const sp<IBinder>& binder);
     void unwatch(const sp<IBinder>& binder);
     void put(const std::string& name, Service service);

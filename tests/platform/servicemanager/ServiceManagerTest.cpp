@@ -203,6 +203,23 @@ TEST_F(ServiceManagerTest, tellsCallbacksAtOnceAndAtEachRegistration) {
               Status::EX_ILLEGAL_STATE);
 }
 
+TEST_F(ServiceManagerTest, boundsTheCallbacksOfAnApp) {
+    const sp<Notices> notices = new Notices;
+    const auto watch = [&](uid_t uid, const std::string& name) {
+        const LocalCall call(uid, kPid);
+        return mManager->registerForNotifications(name, notices).exceptionCode();
+    };
+    constexpr uid_t kApp = 10050;
+    for (size_t i = 0; i < ServiceManager::kMostCallbacksOfApp; ++i) {
+        EXPECT_EQ(watch(kApp, "name" + std::to_string(i)), Status::EX_NONE);
+    }
+    EXPECT_EQ(watch(kApp, "more"), Status::EX_ILLEGAL_STATE);
+    EXPECT_EQ(watch(kApp + 1, "more"), Status::EX_NONE);
+    EXPECT_EQ(watch(kSystem, "more"), Status::EX_NONE);
+    EXPECT_TRUE(mManager->unregisterForNotifications("name7", notices).isOk());
+    EXPECT_EQ(watch(kApp, "more"), Status::EX_NONE);
+}
+
 TEST_F(ServiceManagerTest, readsWhatTheManifestDeclaresAtEachAsk) {
     bool declared = true;
     mManager->isDeclared("a.IFoo/default", &declared);
