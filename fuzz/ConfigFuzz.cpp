@@ -5,12 +5,11 @@
 #include <cstdlib>
 #include <string>
 
+#include "Target.h"
 #include "config/ConfigCipher.h"
 #include "config/ConfigMerge.h"
 #include "config/ConfigPath.h"
 #include "config/ConfigText.h"
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace {
 
@@ -27,13 +26,12 @@ void merge(const std::string& mainText, const std::string& subText) {
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    const std::string bytes(reinterpret_cast<const char*>(data), size);
+void fuzzConfig(Bytes data) {
+    const std::string bytes(textOf(data));
     std::string text;
     if (kelvo::decryptConfig(bytes, text) == 0 && (text.empty() || text.front() != '{')) {
         std::abort();  // what is accepted begins with a brace
     }
     const size_t half = bytes.find('\0');
     merge(bytes.substr(0, half), half == std::string::npos ? "" : bytes.substr(half + 1));
-    return 0;
 }

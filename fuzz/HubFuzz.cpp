@@ -1,7 +1,6 @@
 // Processes of the binder hub that send well-formed, wrong and broken messages in any order, and
 // end at any time. After each the hub's bookkeeping is right, and after the last it holds nothing.
 
-#include <fuzzer/FuzzedDataProvider.h>
 #include <linux/android/binder.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -20,11 +19,10 @@
 #include "HubInvariants.h"
 #include "HubSocket.h"
 #include "HubState.h"
+#include "Input.h"
 #include "Limits.h"
 
 using android::base::unique_fd;
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace binderhub {
 
@@ -72,11 +70,11 @@ struct Peer {
 
 class Fuzz {
   public:
-    Fuzz(const uint8_t* data, size_t size) : mInput(data, size) {}
+    explicit Fuzz(Bytes data) : mInput(data) {}
 
     void run() {
-        for (int i = 0; i < kMaxSteps && mInput.remaining_bytes() > 0; ++i) {
-            act(mInput.ConsumeIntegralInRange<size_t>(0, kProcesses - 1));
+        for (int i = 0; i < kMaxSteps && !mInput.empty(); ++i) {
+            act(mInput.within<size_t>(0, kProcesses - 1));
             settle();
         }
         mPeers = {};
@@ -92,8 +90,8 @@ class Fuzz {
   private:
     void act(size_t index) {
         Peer& peer = mPeers[index];
-        const size_t thread = mInput.ConsumeIntegralInRange<size_t>(0, kThreads - 1);
-        const int action = mInput.ConsumeIntegralInRange(0, 15);
+        const size_t thread = mInput.within<size_t>(0, kThreads - 1);
+        const int action = mInput.within(0, 15);
         if (peer.socket.get() < 0) {
             start(index);
         } else if (action == 0) {
@@ -101,7 +99,7 @@ class Fuzz {
         } else if (action == 1) {
             peer.threads[thread].reset();
         } else if (action == 2) {
-            sendGarbage(mInput.ConsumeBool() ? peer.threads[thread].get() : peer.socket.get());
+            sendGarbage(mInput.flag() ? peer.threads[thread].get() : peer.socket.get());
         } else if (action == 3) {
             becomeManager(peer);
         } else if (peer.threads[thread].get() < 0) {
@@ -151,19 +149,18 @@ class Fuzz {
     }
 
     void sendGarbage(int socket) {
-        const auto bytes =
-                mInput.ConsumeBytes<uint8_t>(mInput.ConsumeIntegralInRange<size_t>(0, 100));
+        const Bytes bytes = mInput.take(mInput.within<size_t>(0, 100));
         send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
     }
 
     void exchange(Peer& peer, size_t thread) {
         mBytes.clear();
         mPayload.clear();
-        const int count = mInput.ConsumeIntegralInRange(0, 3);
+        const int count = mInput.within(0, 3);
         for (int i = 0; i < count; ++i) {
-            addCommand(mInput.PickValueInArray(kCommands));
+            addCommand(mInput.oneOf(kCommands));
         }
-        const bool wants = mInput.ConsumeBool() && !peer.waits[thread];
+        const bool wants = mInput.flag() && !peer.waits[thread];
         const std::array descriptors = {STDERR_FILENO};
         OutMessage message;
         message.header.kind = kExchange;
@@ -180,7 +177,7 @@ class Fuzz {
         if (command == BC_TRANSACTION || command == BC_REPLY) {
             append(anyTransfer());
         } else if (command == BC_FREE_BUFFER) {
-            append(mInput.ConsumeIntegralInRange<uint64_t>(1, kMaxBufferId));
+            append(mInput.within<uint64_t>(1, kMaxBufferId));
         } else if (_IOC_SIZE(command) == sizeof(uint32_t)) {
             append(name());
         } else if (_IOC_SIZE(command) == sizeof(binder_handle_cookie)) {
@@ -196,20 +193,20 @@ class Fuzz {
     binder_transaction_data anyTransfer() {
         binder_transaction_data data = {};
         data.target.handle = name();
-        data.flags = mInput.ConsumeIntegralInRange<uint32_t>(0, 0x1f);
+        data.flags = mInput.within<uint32_t>(0, 0x1f);
         data.data.ptr.buffer = mPayload.size();
-        const size_t objects = mInput.ConsumeIntegralInRange<size_t>(0, kMaxObjects);
+        const size_t objects = mInput.within<size_t>(0, kMaxObjects);
         for (size_t i = 0; i < objects; ++i) {
             appendTo(mPayload, anyObject());
         }
         data.data_size = mPayload.size() - data.data.ptr.buffer;
         data.data.ptr.offsets = mPayload.size();
         for (size_t i = 0; i < objects; ++i) {
-            const uint64_t skew = mInput.ConsumeIntegralInRange(0, 31) == 0 ? anyNumber() : 0;
+            const uint64_t skew = mInput.within(0, 31) == 0 ? anyNumber() : 0;
             appendTo(mPayload, i * sizeof(flat_binder_object) + skew);
         }
         data.offsets_size = mPayload.size() - data.data.ptr.offsets;
-        if (mInput.ConsumeIntegralInRange(0, 31) == 0) {
+        if (mInput.within(0, 31) == 0) {
             data.data_size = anyNumber();
             data.data.ptr.offsets = anyNumber();
         }
@@ -218,18 +215,18 @@ class Fuzz {
 
     flat_binder_object anyObject() {
         flat_binder_object object = {};
-        object.hdr.type = mInput.PickValueInArray(kTypes);
-        object.flags = mInput.ConsumeBool() ? uint32_t{FLAT_BINDER_FLAG_ACCEPTS_FDS} : 0;
+        object.hdr.type = mInput.oneOf(kTypes);
+        object.flags = mInput.flag() ? uint32_t{FLAT_BINDER_FLAG_ACCEPTS_FDS} : 0;
         object.binder = name();
         object.cookie = object.binder;
         if (object.hdr.type == BINDER_TYPE_FD) {
-            object.binder = mInput.ConsumeIntegralInRange(0, 7) == 0 ? 1 : 0;
+            object.binder = mInput.within(0, 7) == 0 ? 1 : 0;
         }
         return object;
     }
 
-    uint32_t name() { return mInput.ConsumeIntegralInRange<uint32_t>(0, kMaxName); }
-    uint64_t anyNumber() { return mInput.ConsumeIntegral<uint64_t>(); }
+    uint32_t name() { return mInput.within<uint32_t>(0, kMaxName); }
+    uint64_t anyNumber() { return mInput.number<uint64_t>(); }
 
     template <typename T>
     static void appendTo(std::vector<uint8_t>& target, const T& value) {
@@ -273,7 +270,7 @@ class Fuzz {
         }
     }
 
-    FuzzedDataProvider mInput;
+    Input mInput;
     Hub mHub;
     std::array<Peer, kProcesses> mPeers;
     Receiver mReceiver;
@@ -286,7 +283,6 @@ class Fuzz {
 
 }  // namespace binderhub
 
-int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    binderhub::Fuzz(data, size).run();
-    return 0;
+void fuzzHub(Bytes data) {
+    binderhub::Fuzz(data).run();
 }

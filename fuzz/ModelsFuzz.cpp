@@ -7,13 +7,12 @@
 #include <string>
 #include <vector>
 
+#include "Target.h"
 #include "config/ConfigText.h"
 #include "shelltemp/FittingEvaluation.h"
 #include "shelltemp/FittingLimits.h"
 #include "shelltemp/FittingModelParser.h"
 #include "shelltemp/ZoneTable.h"
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace {
 
@@ -34,11 +33,11 @@ void fit(const kelvo::FittingModel& model) {
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+void fuzzModels(Bytes data) {
     Json::Value scene;
-    const std::string text(reinterpret_cast<const char*>(data), size);
+    const std::string text(textOf(data));
     if (kelvo::parseConfigText(text, scene) != 0) {
-        return 0;
+        return;
     }
     constexpr int32_t kZoneCount = 24;
     const kelvo::ZoneTable table;
@@ -48,5 +47,4 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         fit(model);
     }
     kelvo::resolveZoneList(scene, table);
-    return 0;
 }

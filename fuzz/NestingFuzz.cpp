@@ -7,16 +7,15 @@
 #include <string>
 
 #include "JsonVerdict.h"
+#include "Target.h"
 #include "config/JsonNesting.h"
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace {
 
 constexpr int kLowestDepth = 990;
 constexpr int kDepths = 12;
 
-std::string nested(const uint8_t* data, size_t size) {
+std::string nested(Bytes data) {
     std::string opening;
     std::string closing;
     for (int i = 0; i < kLowestDepth + data[0] % kDepths; ++i) {
@@ -24,7 +23,7 @@ std::string nested(const uint8_t* data, size_t size) {
         opening += isArray ? "[" : "{\"a\":";
         closing.insert(closing.begin(), isArray ? ']' : '}');
     }
-    return opening + std::string(reinterpret_cast<const char*>(data) + 2, size - 2) + closing;
+    return opening + std::string(textOf(data.subspan(2))) + closing;
 }
 
 /** The library throws what is found, takes what is not; what it refuses may be found or not. */
@@ -41,11 +40,10 @@ void check(const std::string& text) {
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    if (size < 2) {
-        return 0;
+void fuzzNesting(Bytes data) {
+    if (data.size() < 2) {
+        return;
     }
-    check(std::string(reinterpret_cast<const char*>(data), size));
-    check(nested(data, size));
-    return 0;
+    check(std::string(textOf(data)));
+    check(nested(data));
 }

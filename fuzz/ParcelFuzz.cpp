@@ -17,8 +17,7 @@
 #include <vector>
 
 #include "BinderProtocol.h"
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
+#include "Input.h"
 
 namespace {
 
@@ -148,25 +147,6 @@ const Operation kOperations[] = {
         [](Parcel& parcel) { parcel.setDataPosition(0); },
 };
 
-/** The input's bytes, from the front. */
-class Input {
-  public:
-    Input(const uint8_t* data, size_t size) : mLeft(data, size) {}
-    std::span<const uint8_t> take(size_t size) {
-        const std::span<const uint8_t> taken = mLeft.first(std::min(size, mLeft.size()));
-        mLeft = mLeft.subspan(taken.size());
-        return taken;
-    }
-    size_t takeByte() {
-        const std::span<const uint8_t> byte = take(1);
-        return byte.empty() ? 0 : byte.front();
-    }
-    std::span<const uint8_t> rest() const { return mLeft; }
-
-  private:
-    std::span<const uint8_t> mLeft;
-};
-
 /**
  * A driver lets nobody choose what stands in an object: where one can be, there is a binder of this
  * process, none, or a descriptor that is closed. Handles would need a driver.
@@ -214,13 +194,12 @@ void drive(std::span<const uint8_t> operations, std::vector<uint8_t> data,
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    Input input(data, size);
-    const std::span<const uint8_t> operations = input.take(input.takeByte());
-    std::vector<binder_size_t> objects(input.takeByte() % 8);
+void fuzzParcel(Bytes data) {
+    Input input(data);
+    const std::span<const uint8_t> operations = input.take(input.byte());
+    std::vector<binder_size_t> objects(input.byte() % 8);
     for (binder_size_t& offset : objects) {
-        offset = input.takeByte() * 2;
+        offset = input.byte() * 2;
     }
     drive(operations, {input.rest().begin(), input.rest().end()}, objects);
-    return 0;
 }

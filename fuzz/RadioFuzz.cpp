@@ -6,10 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "Target.h"
 #include "heat/RadioTexts.h"
 #include "heat/TableInterpolation.h"
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace {
 
@@ -20,8 +19,8 @@ struct Row {
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    const std::string_view text(reinterpret_cast<const char*>(data), size);
+void fuzzRadio(Bytes data) {
+    const std::string_view text = textOf(data);
     const std::vector<Row> table = {{-120, 600}, {-100, 300}, {-100, 200}, {-80, 100}};
     const kelvo::CellularSignal signal = kelvo::parseCellularSignal(text);
     interpolateTable(table, &Row::rsrp, &Row::current,
@@ -33,5 +32,4 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (fields < 0 || fields > 6 || kelvo::wifiEnergy(wifi, kelvo::otherTraffic(traffic)) < 0) {
         std::abort();
     }
-    return 0;
 }

@@ -5,15 +5,14 @@
 #include <string>
 #include <string_view>
 
+#include "Target.h"
 #include "sim/plant/Plant.h"
 #include "sim/scenario/Scenario.h"
 #include "sim/scenario/ScenarioParser.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
-
-int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+void fuzzScenario(Bytes data) {
     constexpr int64_t kPlayedSeconds = 3;
-    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    const std::string_view text = textOf(data);
     try {
         const sim::Scenario scenario = sim::parseScenario(text, "fuzz.json", "/nonexistent");
         if (scenario.plant) {
@@ -26,5 +25,4 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     } catch (const sim::ScenarioError&) {
         // refused
     }
-    return 0;
 }

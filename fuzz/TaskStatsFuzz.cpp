@@ -7,10 +7,9 @@
 #include <string_view>
 #include <vector>
 
+#include "Target.h"
 #include "heat/TaskStats.h"
 #include "heat/TopThreads.h"
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace {
 
@@ -34,8 +33,8 @@ void rank(kelvo::TopThreads& threads, int32_t now, float coefficient) {
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    const std::string_view text(reinterpret_cast<const char*>(data), size);
+void fuzzTaskStats(Bytes data) {
+    const std::string_view text = textOf(data);
     bool complete = false;
     const auto whole = kelvo::parseTaskStats(text, &complete);
     for (const kelvo::PidTidPower& thread : whole) {
@@ -44,11 +43,10 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     kelvo::TopThreads threads;
     threads.startPeriod(0);
     threads.add(whole);
-    rank(threads, 2000, size % 2 == 0 ? 0.28F : -1.0F);
+    rank(threads, 2000, data.size() % 2 == 0 ? 0.28F : -1.0F);
     // A reading that ends anywhere.
-    threads.add(kelvo::parseTaskStats(text.substr(0, size / 2), &complete));
+    threads.add(kelvo::parseTaskStats(text.substr(0, data.size() / 2), &complete));
     threads.add(whole);
     rank(threads, INT32_MAX, 0.28F);
     rank(threads, INT32_MIN, 0.28F);
-    return 0;
 }

@@ -9,9 +9,8 @@
 #include <cstdlib>
 #include <vector>
 
+#include "Target.h"
 #include "links/QuorixModuleUsageCb.h"
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace {
 
@@ -24,26 +23,25 @@ int32_t lowest(const kelvo::ModulePower& power) {
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+void fuzzUsage(Bytes data) {
     static android::Mutex mutex;
     static kelvo::ModulePower power;
     static const android::sp<kelvo::QuorixModuleUsageCb> callback =
             new kelvo::QuorixModuleUsageCb(mutex, power);
-    if (size == 0) {
-        return 0;
+    if (data.empty()) {
+        return;
     }
     android::Parcel request;
     android::Parcel reply;
     request.writeInterfaceToken(callback->getInterfaceDescriptor());
     if (data[0] == kRawParcel) {
-        request.write(data + 1, size - 1);
+        request.write(data.data() + 1, data.size() - 1);
     } else {
         request.writeInt32(1);
-        request.writeByteVector(std::vector<uint8_t>(data + 1, data + size));
+        request.writeByteVector(std::vector<uint8_t>(data.begin() + 1, data.end()));
     }
     callback->transact(kelvo::IZentaQuorixModuleUsage::INFORM_MODULE_USAGE, request, &reply);
     if (lowest(power) < -1) {
         std::abort();
     }
-    return 0;
 }
