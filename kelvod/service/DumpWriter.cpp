@@ -41,6 +41,9 @@ std::atomic<bool> WaitingPlace::sTaken = false;
 
 /** Whether something can be written, or writing fails at once, within the time. */
 bool isWritable(int fd, int64_t nanos) {
+    if (fd < 0) {
+        return true;  // a request without a descriptor; poll() would wait for nothing
+    }
     struct pollfd events {
         fd, POLLOUT, 0
     };
