@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <regex>
 #include <sstream>
 
 #include "config/ConfigPath.h"
@@ -72,21 +73,48 @@ constexpr char kGood[] = R"({
 })";
 
 struct Case {
-    const char* from;
-    const char* to;
-    const char* findings;  // "rule path:line", in order, separated by "; "
-    const char* sub = nullptr;
+    std::string from, to;
+    std::string findings;  // "rule path:line", in order, separated by "; "
+    std::optional<std::string> sub = {};
 };
+
+/** A case a line, "FROM -> TO => FINDINGS"; indented lines go on with the one before. */
+std::vector<Case> cases(const std::string& text) {
+    static const std::regex kCase("(.*) -> (.*) =>(?: (.*))?");
+    std::istringstream lines(std::regex_replace(text, std::regex("\\n +"), " "));
+    std::vector<Case> found;
+    std::smatch parts;
+    for (std::string line; std::getline(lines, line);) {
+        if (std::regex_match(line, parts, kCase)) {
+            found.push_back({parts[1], parts[2], parts[3]});
+        } else {
+            EXPECT_TRUE(line.empty() || line.starts_with("// ")) << line;
+        }
+    }
+    return found;
+}
+
+/** Findings whose paths hold short names for long parts; "/M" is the model M of a scene. */
+std::string written(std::string findings) {
+    for (const auto& [name, part] : {std::pair{"HEAT", "~heatsource_detection"},
+                                     {"AMBIENT", "~ambient.ambient_fitting"},
+                                     {"STATUS", "thermal_status_model"},
+                                     {"/", ".temp_model."},
+                                     {"~", "shell_temp_fitting_model."}}) {
+        findings = std::regex_replace(findings, std::regex(name), part);
+    }
+    return findings;
+}
 
 LintInput inputFor(const Case& test) {
     std::string text = kGood;
     const size_t at = text.find(test.from);
     EXPECT_NE(at, std::string::npos) << test.from;
-    text.replace(at, std::string(test.from).size(), test.to);
+    text.replace(at, test.from.size(), test.to);
     LintInput input;
     input.main = {"main", json(text)};
-    if (test.sub != nullptr) {
-        input.sub = {"sub", json(test.sub)};
+    if (test.sub) {
+        input.sub = {"sub", json(*test.sub)};
     }
     input.platform = "SM8450";
     input.project = "41052";
@@ -112,273 +140,189 @@ class Lint : public testing::Test {
 
 void check(const std::vector<Case>& cases) {
     for (const Case& test : cases) {
-        EXPECT_EQ(summary(lintConfig(inputFor(test))), test.findings)
-                << test.from << " -> " << test.to << (test.sub != nullptr ? test.sub : "");
+        EXPECT_EQ(summary(lintConfig(inputFor(test))), written(test.findings))
+                << test.from << " -> " << test.to << test.sub.value_or("");
     }
 }
-
-#define SCENES "shell_temp_fitting_model."
-#define DEFAULT SCENES "default.temp_model."
-#define AMBIENT SCENES "ambient.ambient_fitting"
-#define HEAT SCENES "heatsource_detection."
-#define STATUS "thermal_status_model."
 
 }  // namespace
 
 TEST_F(Lint, findsWhatTheDaemonCannotUseAtAll) {
-    check({
-            {"{", "{", ""},
-            {"{", " {", "text-before-object :1"},
-            {"'one',", "'one'", "not-json :2"},
-            {"'two'}", "'two'", "not-json :50"},
-            {"'temp_threshold_down'", "'temp_threshold_dwn'",
-             "wrong-main-file :1; status-list-missing " STATUS
-             "temp_threshold_down:42; unknown-key " STATUS "temp_threshold_dwn:44"},
-            {"{", "{ /* temp_threshold_down", "not-json :1"},
-            {"'disable': 0", "'disable': 0,\n'disable': 0", "repeated-key disable:5"},
-            {"{", "{", "not-json :1@sub", "{'a'"},
-    });
+    check(cases(R"(
+{ ->  { => text-before-object :1
+'one', -> 'one' => not-json :2
+'two'} -> 'two' => not-json :50
+temp_threshold_down -> temp_threshold_dwn => wrong-main-file :1;
+    status-list-missing STATUS.temp_threshold_down:42; unknown-key STATUS.temp_threshold_dwn:44
+{ -> { /* temp_threshold_down => not-json :1
+)"));
+    check({{"{", "{", ""},
+           {"'disable': 0", "'disable': 0,\n'disable': 0", "repeated-key disable:5"},
+           {"{", "{", "not-json :1@sub", "{'a'"}});
 }
 
 TEST_F(Lint, findsSectionsThatDoNotApply) {
-    check({
-            {"'SM8450': {'big_data': {'sample_period': 40}}", "'SM8450': 5",
-             "section-not-object SM8450:47"},
-            {"'SM8450'", "'SM8451'", "section-never-applies SM8451:47"},
-            {"'SM8450'", "'SDM450'", "section-never-applies SDM450:47"},
-            {"'41052': {", "' 41052': {", "section-never-applies \" 41052\":48"},
-            {"'41052,41053'", "'41052, 41053'", "section-never-applies \"41052, 41053\":49"},
-            {"'41052,41053'", "'41052;41053'", "section-never-applies \"41052;41053\":49"},
-            {"'41052'", "'41052\\n'", "section-never-applies \"41052\\n\":48"},
-            {"'41052,41053'", "'41052,'", "section-for-unknown-project \"41052,\":49"},
-            {"{", "{", "section-shadowed \"41052,41053\":2@sub; section-never-applies MT6983:3@sub",
-             "{'41052': {'config_version': 'x'},\n'41052,41053': {'config_version': "
-             "'y'},\n'MT6983': {'config_version': 'z'}}"},
-            // A value is judged where it comes from, which only the one in force is.
-            {"'sample_period': 40", "'sample_period': 4",
-             "out-of-range SM8450.big_data.sample_period:47"},
-            {"'sample_period': 30", "'sample_period': 3", ""},
-            {"[31, 56]", "[31]",
-             "broadcast-band \"41052,41053\".shell_temp_broadcast.start_end_values:49"},
-            {"{", "{", "wrong-type \"41052,4\".old_safety_project:2@sub",
-             "{\n'41052,4': {'old_safety_project': 1}}"},
-            {"{", "{",
-             "creeping-index " SCENES "backup_a.temp_model.front.index:17; duplicate-index " DEFAULT
-             "front.index:2@sub",
-             "{'shell_temp_fitting_model': {'default': {'temp_model': {\n'front': {'index': "
-             "1}}}}}"},
-    });
+    check(cases(R"(
+'SM8450': {'big_data': {'sample_period': 40}} -> 'SM8450': 5 => section-not-object SM8450:47
+'SM8450' -> 'SM8451' => section-never-applies SM8451:47
+'SM8450' -> 'SDM450' => section-never-applies SDM450:47
+'41052': { -> ' 41052': { => section-never-applies " 41052":48
+'41052,41053' -> '41052, 41053' => section-never-applies "41052, 41053":49
+'41052,41053' -> '41052;41053' => section-never-applies "41052;41053":49
+'41052' -> '41052\n' => section-never-applies "41052\n":48
+'41052,41053' -> '41052,' => section-for-unknown-project "41052,":49
+// A value is judged where it comes from, which only the one in force is.
+'sample_period': 40 -> 'sample_period': 4 => out-of-range SM8450.big_data.sample_period:47
+'sample_period': 30 -> 'sample_period': 3 =>
+[31, 56] -> [31] => broadcast-band "41052,41053".shell_temp_broadcast.start_end_values:49
+)"));
+    check({{"{", "{", "section-shadowed \"41052,41053\":2@sub; section-never-applies MT6983:3@sub",
+            "{'41052': {'config_version': 'x'},\n'41052,41053': {'config_version': 'y'},\n"
+            "'MT6983': {'config_version': 'z'}}"},
+           {"{", "{", "wrong-type \"41052,4\".old_safety_project:2@sub",
+            "{\n'41052,4': {'old_safety_project': 1}}"},
+           {"{", "{",
+            "creeping-index ~backup_a/front.index:17; duplicate-index ~default/front.index:2@sub",
+            "{'shell_temp_fitting_model': {'default': {'temp_model': {\n'front': {'index': "
+            "1}}}}}"}});
 }
 
 TEST_F(Lint, findsKeysNobodyReadsAndValuesOfAnotherType) {
-    check({
-            {"'paramter_name': ['temp_coeff', 'tempSlope_coeff', 'power_coeff', 'const_coeff']",
-             "'parameter_name': ['a']",
-             "ambient-parameters " AMBIENT ".paramter_name:24; unknown-key " AMBIENT
-             ".parameter_name:25"},
-            {"'cellar_model'", "'cellular_model'", "unknown-key " HEAT "cellular_model:40"},
-            {"'config_version': 'two'", "'config_versoin': 'two'",
-             "unknown-key 41052.config_versoin:48"},
-            {"'config_version': 'two'", "'config_version': null",
-             "null-value 41052.config_version:48"},
-            {"'ambient_charge': {", "'ambient_charge': {'colour': null,",
-             "unknown-key " SCENES "ambient_charge.colour:28"},
-            {"'max_abn_tz_detect_times': 3", "'max_abn_tz_detect_times': '3'",
-             "wrong-type max_abn_tz_detect_times:2"},
-            {"'enable': 1", "'enable': true", "wrong-type big_data.enable:3"},
-            {"{'limit_info': ['a:1']}", "['a:1']", "not-an-object cpulimit_process:7"},
-            {"'charge_current_threshold': 2500", "'charge_current_threshold': '2'",
-             "wrong-type " AMBIENT ".charge_current_threshold:27"},
-            {"'type': 1", "'type': -1", "wrong-type " DEFAULT "front.type:11"},
-            {"['20001']", "[20001]", "skipped-element old_safety_project[0]:7"},
-            // Another band is in force.
-            {"[30, 55]", "[30, 'x']", ""},
-            {"[31, 56]", "[31, 'x']",
-             "skipped-element \"41052,41053\".shell_temp_broadcast.start_end_values[1]:49"},
-            {"[31, 56]", "[56, 31000]",
-             "wrong-unit \"41052,41053\".shell_temp_broadcast.start_end_values[1]:49"},
-            {"[31, 56]", "[56, 31]",
-             "broadcast-band \"41052,41053\".shell_temp_broadcast.start_end_values:49"},
-            {"{'start_end_values': [31, 56]}", "[31000]",
-             "unused-thresholds \"41052,41053\".shell_temp_broadcast:49"},
-            {"'thermal_off_thousandth': 5", "'thermal_off_thousandth': -5",
-             "out-of-range big_data.thermal_off_thousandth:3"},
-    });
+    check(cases(R"(
+paramter_name': ['temp_coeff', 'tempSlope_coeff', 'power_coeff', 'const_ -> parameter_name': ['a =>
+    ambient-parameters AMBIENT.paramter_name:24; unknown-key AMBIENT.parameter_name:25
+'cellar_model' -> 'cellular_model' => unknown-key HEAT.cellular_model:40
+'config_version': 'two' -> 'config_versoin': 'two' => unknown-key 41052.config_versoin:48
+'config_version': 'two' -> 'config_version': null => null-value 41052.config_version:48
+'ambient_charge': { -> 'ambient_charge': {'colour': null, => unknown-key ~ambient_charge.colour:28
+times': 3 -> times': '3' => wrong-type max_abn_tz_detect_times:2
+'enable': 1 -> 'enable': true => wrong-type big_data.enable:3
+{'limit_info': ['a:1']} -> ['a:1'] => not-an-object cpulimit_process:7
+': 2500 -> ': '2' => wrong-type AMBIENT.charge_current_threshold:27
+'type': 1 -> 'type': -1 => wrong-type ~default/front.type:11
+['20001'] -> [20001] => skipped-element old_safety_project[0]:7
+// Another band is in force.
+[30, 55] -> [30, 'x'] =>
+[31, 56] -> [31, 'x'] => skipped-element "41052,41053".shell_temp_broadcast.start_end_values[1]:49
+[31, 56] -> [56, 31000] => wrong-unit "41052,41053".shell_temp_broadcast.start_end_values[1]:49
+[31, 56] -> [56, 31] => broadcast-band "41052,41053".shell_temp_broadcast.start_end_values:49
+{'start_end_values': [31, 56]} -> [31000] => unused-thresholds "41052,41053".shell_temp_broadcast:49
+thousandth': 5 -> thousandth': -5 => out-of-range big_data.thermal_off_thousandth:3
+)"));
 }
 
 TEST_F(Lint, findsScenesAndModelsThatAreDropped) {
-    check({
-            {"'quiet'], 'coefficient': [1]", "'quite'], 'coefficient': [1]",
-             "no-default " SCENES "default:9; unknown-zone " DEFAULT "front.thermal_zone[0]:11"},
-            {"['board', 'battery']", "['board', 77]",
-             "unknown-zone " DEFAULT "back.thermal_zone[1]:10; creeping-index " SCENES
-             "backup_a.temp_model.back.index:16"},
-            {"['lamp'], ", "['lmap'], ",
-             "unknown-zone " SCENES
-             "flashon.temp_model.back.thermal_zone[0]:13; creeping-index " SCENES
-             "backup_a.temp_model.back.index:16"},
-            {"['lamp', 5]", "['lamp', 13]",
-             "zone-not-there " SCENES "flashon.temp_model.front.thermal_zone[1]:14"},
-            {"['lamp', 5]", "['twin', 5]",
-             "shared-zone-type " SCENES "flashon.temp_model.front.thermal_zone[0]:14"},
-            {"['lamp', 5]", "['lamp', {}]",
-             "scene-discarded " SCENES "flashon:12; unknown-zone " SCENES
-             "flashon.temp_model.front.thermal_zone[1]:14"},
-            {"'index': 0, 'type': 1", "'index': '0'",
-             "model-skipped " DEFAULT "front.index:11; creeping-index " SCENES
-             "backup_a.temp_model.front.index:17"},
-            {"'thermal_zone': ['lamp', 5], ", "",
-             "model-skipped " SCENES
-             "flashon.temp_model.front.thermal_zone:14; creeping-index " SCENES
-             "backup_a.temp_model.front.index:17"},
-            {"'coefficient': [1, 0]}}}", "'coefficient': [1, 'x']}}}",
-             "model-skipped " SCENES
-             "flashon.temp_model.front.coefficient[1]:14; creeping-index " SCENES
-             "backup_a.temp_model.front.index:17"},
-            {"'coefficient': [1, 0]}}}", "'coefficient': 1}}}",
-             "model-skipped " SCENES
-             "flashon.temp_model.front.coefficient:14; creeping-index " SCENES
-             "backup_a.temp_model.front.index:17"},
-            {"[0.5, 0.5, 10]", "[0.5, 0.5, 7, 8, 10]",
-             "ignored-coefficients " DEFAULT "back.coefficient[2]:10"},
-            {"[0.5, 0.5, 10]", "[1]", "unweighted-zones " DEFAULT "back.thermal_zone[1]:10"},
-            {"'type': 1", "'type': 2", "unsupported-type " DEFAULT "front.type:11"},
-            {"'default': {'temp_model': {", "'default': {'temp_model': {}}, 'x': {'temp_model': {",
-             "no-default " SCENES "default:9; unused-scene " SCENES "x:9"},
-            {"'flashon'", "'flash_on'", "unused-scene " SCENES "flash_on:12"},
-            {"'shell_temp_fitting_model': {", "'shell_temp_fitting_model': 1, 'other': {",
-             "unknown-key other:8; not-an-object shell_temp_fitting_model:8"},
-            {"'shell_temp_fitting_model': {", "'other': {",
-             "no-models shell_temp_fitting_model:1; unknown-key other:8"},
-            {"'flashon': {", "'screen_fold': 7, 'flashon': {",
-             "not-an-object " SCENES "screen_fold:12"},
-    });
+    check(cases(R"(
+quiet -> quite => no-default ~default:9; unknown-zone ~default/front.thermal_zone[0]:11
+'battery' -> 77 => unknown-zone ~default/back.thermal_zone[1]:10;
+    creeping-index ~backup_a/back.index:16
+lamp -> lmap => unknown-zone ~flashon/back.thermal_zone[0]:13;
+    creeping-index ~backup_a/back.index:16
+['lamp', 5] -> ['lamp', 13] => zone-not-there ~flashon/front.thermal_zone[1]:14
+['lamp', 5] -> ['twin', 5] => shared-zone-type ~flashon/front.thermal_zone[0]:14
+, 5] -> , {}] => scene-discarded ~flashon:12; unknown-zone ~flashon/front.thermal_zone[1]:14
+0, 'type': 1 -> '0' => model-skipped ~default/front.index:11;
+    creeping-index ~backup_a/front.index:17
+'thermal_zone': ['lamp', 5],  ->  => model-skipped ~flashon/front.thermal_zone:14;
+    creeping-index ~backup_a/front.index:17
+1, 0 -> 1, 'x' => model-skipped ~flashon/front.coefficient[1]:14;
+    creeping-index ~backup_a/front.index:17
+[1, 0] -> 1 => model-skipped ~flashon/front.coefficient:14; creeping-index ~backup_a/front.index:17
+[0.5, 0.5, 10] -> [0.5, 0.5, 7, 8, 10] => ignored-coefficients ~default/back.coefficient[2]:10
+[0.5, 0.5, 10] -> [1] => unweighted-zones ~default/back.thermal_zone[1]:10
+'type': 1 -> 'type': 2 => unsupported-type ~default/front.type:11
+default -> default': {'temp_model': {}}, 'x => no-default ~default:9; unused-scene ~x:9
+'flashon' -> 'flash_on' => unused-scene ~flash_on:12
+shell_temp_fitting_model -> shell_temp_fitting_model': 1, 'other => unknown-key other:8;
+    not-an-object shell_temp_fitting_model:8
+shell_temp_fitting_model -> other => no-models shell_temp_fitting_model:1; unknown-key other:8
+'flashon': { -> 'screen_fold': 7, 'flashon': { => not-an-object ~screen_fold:12
+)"));
 }
 
 TEST_F(Lint, findsWhatIndexesAndBackupsDo) {
-    check({
-            {"'index': 1, 'thermal_zone': ['board', ", "'index': 0, 'thermal_zone': ['board', ",
-             "duplicate-index " DEFAULT "front.index:11; creeping-index " SCENES
-             "backup_a.temp_model.back.index:16"},
-            {"'index': 0, 'type': 1", "'index': -1",
-             "reference-index " DEFAULT "front.index:11; creeping-index " SCENES
-             "backup_a.temp_model.front.index:17"},
-            {"'index': 0, 'type': 1", "'index': -2",
-             "negative-index " DEFAULT "front.index:11; creeping-index " SCENES
-             "backup_a.temp_model.front.index:17"},
-            // A scene that is read later gives the index its name back.
-            {"'power': {'index': 10", "'power': {'index': 1", ""},
-            {"'back': {'index': 1, 'thermal_zone': ['lamp']",
-             "'lid': {'index': 1, 'thermal_zone': ['lamp']",
-             "index-of-another-name " DEFAULT "back.index:10; index-of-another-name " SCENES
-             "backup_a.temp_model.back.index:16; index-of-another-name " SCENES
-             "backup_b.temp_model.back.index:19"},
-            {"['battery', 'quiet']", "['battery']",
-             "backup-hides-zone " SCENES "backup_b.temp_model.front.thermal_zone[0]:20"},
-            {"['battery', 'quiet']", "['quiet', 'board']",
-             "backups-share-zone " DEFAULT "back.thermal_zone[0]:10"},
-    });
+    check(cases(R"(
+'index': 1 -> 'index': 0 => duplicate-index ~default/front.index:11;
+    creeping-index ~backup_a/back.index:16
+0, 'type': 1 -> -1 => reference-index ~default/front.index:11;
+    creeping-index ~backup_a/front.index:17
+0, 'type': 1 -> -2 => negative-index ~default/front.index:11;
+    creeping-index ~backup_a/front.index:17
+// A scene that is read later gives the index its name back.
+'power': {'index': 10 -> 'power': {'index': 1 =>
+back': {'index': 1, 'thermal_zone': ['lamp -> lid': {'index': 1, 'thermal_zone': ['lamp =>
+    index-of-another-name ~default/back.index:10; index-of-another-name ~backup_a/back.index:16;
+    index-of-another-name ~backup_b/back.index:19
+['battery', 'quiet'] -> ['battery'] => backup-hides-zone ~backup_b/front.thermal_zone[0]:20
+['battery', 'quiet'] -> ['quiet', 'board'] => backups-share-zone ~default/back.thermal_zone[0]:10
+)"));
 }
 
 TEST_F(Lint, findsListsOfZonesAndAmbientParameters) {
-    check({
-            {"['cpu', 'gpu']", "['cpu', 'gpus', 'x']",
-             "unknown-zone specified_tempzone_info.thermal_zone_type[1]:5"},
-            {"['soc']", "[2]", "unknown-zone tsensor_tempzone_info.thermal_zone_type[0]:6"},
-            {"['cpu', 'gpu']", "'cpu'", "wrong-type specified_tempzone_info.thermal_zone_type:5"},
-            {"-0.005, 0.7]", "-0.005]", "ambient-parameters " AMBIENT ".coefficient:26"},
-            {"-0.005, 0.7]", "-0.005, '1']", "ambient-parameters " AMBIENT ".coefficient[3]:26"},
-            {"'tempSlope_coeff', 'power_coeff', 'const_coeff'],",
-             "'tempslope_coeff', 'power_coeff', 'const_coeff'],",
-             "ambient-parameters " AMBIENT ".paramter_name:25; unknown-parameter " AMBIENT
-             ".paramter_name[1]:25"},
-            {"'temp_rate_threshold': 40, ", "",
-             "ambient-parameters " AMBIENT ".temp_rate_threshold:24"},
-            {"'temp_rate_threshold': 40, 'power_diff_threshold': 500,",
-             "'temp_rate_threshold': 0, 'power_diff_threshold': -1,",
-             "threshold-never-met " AMBIENT ".temp_rate_threshold:27; threshold-never-met " AMBIENT
-             ".power_diff_threshold:27"},
-            {"'ambient_charge'", "'ambient_fold'",
-             "ambient-not-switched " SCENES "ambient_fold:28"},
-            {"'ambient': {'temp_model'", "'ambient': {'t': 1, 'temp_models'",
-             "unknown-key " SCENES "ambient.t:21; unknown-key " SCENES
-             "ambient.temp_models:21; scene-discarded " SCENES "ambient:21; no-ambient " SCENES
-             "ambient:21"},
-            {"'power': {'index': 10", "'watt': {'index': 10",
-             "ambient-models " SCENES "ambient.temp_model:21"},
-            {"'type': 1", "'type': 1, 'ambient_fitting': {}",
-             "unknown-key " DEFAULT "front.ambient_fitting:11"},
-    });
+    check(cases(R"(
+gpu -> gpus', 'x => unknown-zone specified_tempzone_info.thermal_zone_type[1]:5
+['soc'] -> [2] => unknown-zone tsensor_tempzone_info.thermal_zone_type[0]:6
+['cpu', 'gpu'] -> 'cpu' => wrong-type specified_tempzone_info.thermal_zone_type:5
+-0.005, 0.7] -> -0.005] => ambient-parameters AMBIENT.coefficient:26
+-0.005, 0.7] -> -0.005, '1'] => ambient-parameters AMBIENT.coefficient[3]:26
+tempSlope_coeff -> tempslope_coeff => ambient-parameters AMBIENT.paramter_name:25;
+    unknown-parameter AMBIENT.paramter_name[1]:25
+'temp_rate_threshold': 40,  ->  => ambient-parameters AMBIENT.temp_rate_threshold:24
+40, 'power_diff_threshold': 500 -> 0, 'power_diff_threshold': -1 =>
+    threshold-never-met AMBIENT.temp_rate_threshold:27;
+    threshold-never-met AMBIENT.power_diff_threshold:27
+'ambient_charge' -> 'ambient_fold' => ambient-not-switched ~ambient_fold:28
+ambient': {'temp_model -> ambient': {'t': 1, 'temp_models => unknown-key ~ambient.t:21;
+    unknown-key ~ambient.temp_models:21; scene-discarded ~ambient:21; no-ambient ~ambient:21
+'power': {'index': 10 -> 'watt': {'index': 10 => ambient-models ~ambient.temp_model:21
+'type': 1 -> 'type': 1, 'ambient_fitting': {} => unknown-key ~default/front.ambient_fitting:11
+)"));
 }
 
 TEST_F(Lint, findsLevelsThatAreNotReached) {
-    check({
-            {",55]", "]",
-             "thresholds-not-21 " STATUS "temp_threshold:43; status-length " STATUS
-             "thermal_status:45"},
-            {",54],\n 'thermal_status'", "],\n 'thermal_status'",
-             "thresholds-not-21 " STATUS "temp_threshold_down:44"},
-            {"[-1,36,37", "[-1,37,36",
-             "list-not-rising " STATUS "temp_threshold[2]:43; thresholds-cross " STATUS
-             "temp_threshold_down[2]:44"},
-            {"[-1,36,37", "[-1,37,37", "level-never-reached " STATUS "temp_threshold[2]:43"},
-            {"[-1,36,37", "[-1,-1,37", "wildcard-threshold " STATUS "temp_threshold[1]:43"},
-            {"[-1,36,37", "[-1,'',37",
-             "skipped-element " STATUS "temp_threshold[1]:43; thresholds-not-21 " STATUS
-             "temp_threshold:43; status-length " STATUS "thermal_status:45"},
-            {"[-1,35,36", "[-1,36,36", "thresholds-cross " STATUS "temp_threshold_down[1]:44"},
-            {",54,55]", ",54,55000]", "wrong-unit " STATUS "temp_threshold[20]:43"},
-            {"[0,0,0,1", "[0,0,2,1", "list-not-rising " STATUS "thermal_status[3]:45"},
-            {",5,6,6,6]", ",5,6,6]", "status-length " STATUS "thermal_status:45"},
-            {"'thermal_status_report': [0]", "'thermal_status_report': []",
-             "status-list-missing " STATUS "thermal_status_report:46"},
-            {"'thermal_status_report': [0]", "'thermal_status_report': 0",
-             "wrong-type " STATUS "thermal_status_report:46"},
-            {"'thermal_status_model': {", "'thermal_status_model': null, 'x': {",
-             "null-value thermal_status_model:42; unknown-key x:42; no-status-model "
-             "thermal_status_model:42"},
-    });
+    check(cases(R"(
+,55 ->  => thresholds-not-21 STATUS.temp_threshold:43; status-length STATUS.thermal_status:45
+,54] -> ] => thresholds-not-21 STATUS.temp_threshold_down:44
+[-1,36,37 -> [-1,37,36 => list-not-rising STATUS.temp_threshold[2]:43;
+    thresholds-cross STATUS.temp_threshold_down[2]:44
+[-1,36,37 -> [-1,37,37 => level-never-reached STATUS.temp_threshold[2]:43
+[-1,36,37 -> [-1,-1,37 => wildcard-threshold STATUS.temp_threshold[1]:43
+[-1,36,37 -> [-1,'',37 => skipped-element STATUS.temp_threshold[1]:43;
+    thresholds-not-21 STATUS.temp_threshold:43; status-length STATUS.thermal_status:45
+[-1,35,36 -> [-1,36,36 => thresholds-cross STATUS.temp_threshold_down[1]:44
+,54,55] -> ,54,55000] => wrong-unit STATUS.temp_threshold[20]:43
+[0,0,0,1 -> [0,0,2,1 => list-not-rising STATUS.thermal_status[3]:45
+,5,6,6,6] -> ,5,6,6] => status-length STATUS.thermal_status:45
+[0] -> [] => status-list-missing STATUS.thermal_status_report:46
+[0] -> 0 => wrong-type STATUS.thermal_status_report:46
+thermal_status_model -> thermal_status_model': null, 'x => null-value thermal_status_model:42;
+    unknown-key x:42; no-status-model thermal_status_model:42
+)"));
 }
 
 TEST_F(Lint, findsTablesOfTheHeatComponentsThatCannotBeUsed) {
-    check({
-            {"0.03, 0.2, 0.06]", "0.03, 0.2]",
-             "heat-table-unequal " HEAT "heatsource_model.coefficient:37"},
-            {"0.03, 0.2, 0.06]", "0.03, 0, 0.06]",
-             "heat-table-zero " HEAT "heatsource_model.coefficient[3]:37"},
-            {"'wifi', 'gpu']", "'wlan', 'gpu']",
-             "heat-unknown-name " HEAT
-             "heatsource_model.device_name[3]:36; heat-without-coefficient " HEAT
-             "heatsource_model.device_name:36"},
-            {"'wifi', 'gpu']", "7, 'gpu']",
-             "heat-table-zero " HEAT
-             "heatsource_model.device_name[3]:36; heat-without-coefficient " HEAT
-             "heatsource_model.device_name:36"},
-            {"'wifi', 'gpu']", "'gpu', 'gpu']",
-             "heat-repeated-name " HEAT
-             "heatsource_model.device_name[4]:36; heat-without-coefficient " HEAT
-             "heatsource_model.device_name:36"},
-            {"'heatsource_model': {", "'y': {",
-             "no-heat-center " HEAT "heatsource_model:35; unknown-key " HEAT "y:36"},
-            {"'gpu_model': {", "'z': {",
-             "no-gpu-table " HEAT "gpu_model:35; unknown-key " HEAT "z:38"},
-            {"350, 460]", "460, 350]", "heat-table-not-ascending " HEAT "gpu_model.gpufreq[2]:38"},
-            {"'powermA': [120, 210, 300]", "'powermA': [120, 210]",
-             "heat-table-unequal " HEAT "gpu_model.powermA:38"},
-            {", 'powermA': [120, 210, 300]", "", "heat-table-missing " HEAT "gpu_model.powermA:38"},
-            {"[220, 350, 460]", "[220000, 350000, 460000]",
-             "wrong-unit " HEAT "gpu_model.gpufreq[0]:38"},
-            {"[480, 2047]", "[480, 0]",
-             "heat-table-zero " HEAT "brightness_model.coefficient[1]:39"},
-            {"'el_lvl'", "'el_level'", "heat-unknown-name " HEAT "brightness_model.factor[1]:39"},
-            {"[-125, -115]", "[-115, -125]",
-             "heat-table-not-ascending " HEAT "cellar_model.rsrp_value[1]:40"},
-            {"[600, 470]", "[600, 0]",
-             "heat-table-zero " HEAT "cellar_model.current_value_5G[1]:41"},
-            {"['amp', 'base']", "['amp']", "modem-zones " HEAT "cellar_model.thermal_zone_type:41"},
-            {"['amp', 'base']", "['ampere']",
-             "unknown-zone " HEAT "cellar_model.thermal_zone_type[0]:41"},
-    });
+    check(cases(R"(
+, 0.06 ->  => heat-table-unequal HEAT.heatsource_model.coefficient:37
+, 0.2 -> , 0 => heat-table-zero HEAT.heatsource_model.coefficient[3]:37
+wifi -> wlan => heat-unknown-name HEAT.heatsource_model.device_name[3]:36;
+    heat-without-coefficient HEAT.heatsource_model.device_name:36
+'wifi' -> 7 => heat-table-zero HEAT.heatsource_model.device_name[3]:36;
+    heat-without-coefficient HEAT.heatsource_model.device_name:36
+wifi -> gpu => heat-repeated-name HEAT.heatsource_model.device_name[4]:36;
+    heat-without-coefficient HEAT.heatsource_model.device_name:36
+heatsource_model -> y => no-heat-center HEAT.heatsource_model:35; unknown-key HEAT.y:36
+gpu_model -> z => no-gpu-table HEAT.gpu_model:35; unknown-key HEAT.z:38
+350, 460] -> 460, 350] => heat-table-not-ascending HEAT.gpu_model.gpufreq[2]:38
+, 300 ->  => heat-table-unequal HEAT.gpu_model.powermA:38
+, 'powermA': [120, 210, 300] ->  => heat-table-missing HEAT.gpu_model.powermA:38
+[220, 350, 460] -> [220000, 350000, 460000] => wrong-unit HEAT.gpu_model.gpufreq[0]:38
+[480, 2047] -> [480, 0] => heat-table-zero HEAT.brightness_model.coefficient[1]:39
+'el_lvl' -> 'el_level' => heat-unknown-name HEAT.brightness_model.factor[1]:39
+[-125, -115] -> [-115, -125] => heat-table-not-ascending HEAT.cellar_model.rsrp_value[1]:40
+[600, 470] -> [600, 0] => heat-table-zero HEAT.cellar_model.current_value_5G[1]:41
+['amp', 'base'] -> ['amp'] => modem-zones HEAT.cellar_model.thermal_zone_type:41
+', 'base -> ere => unknown-zone HEAT.cellar_model.thermal_zone_type[0]:41
+)"));
 }
 
 TEST_F(Lint, saysWhatIsNear) {
@@ -416,29 +360,27 @@ TEST_F(Lint, writesFindingsForPeopleAndMachines) {
 }
 
 TEST_F(Lint, findsNothingInTheExamples) {
-    const struct {
-        const char* example;
-        const char* platform;
-        const char* project;
-    } cases[] = {{"charge", "MT6983", "41052"},    {"day", "MT6983", "41052"},
-                 {"failing-zone", "SM8450", ""},   {"game", "SM8450", "30117"},
-                 {"hello", "SM8450", ""},          {"scenes", "SM8450", ""},
-                 {"video-call", "SM8450", "30117"}};
-    for (const auto& test : cases) {
-        const sim::Scenario scenario = sim::loadScenario(std::string(KELVO_EXAMPLES) + "/" +
-                                                         test.example + "/scenario.json");
+    // example, platform, project
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+            {"charge", "MT6983", "41052"},    {"day", "MT6983", "41052"},
+            {"failing-zone", "SM8450", ""},   {"game", "SM8450", "30117"},
+            {"hello", "SM8450", ""},          {"scenes", "SM8450", ""},
+            {"video-call", "SM8450", "30117"}};
+    for (const auto& [example, platform, project] : cases) {
+        const sim::Scenario scenario =
+                sim::loadScenario(std::string(KELVO_EXAMPLES) + "/" + example + "/scenario.json");
         LintInput input;
         input.main = {"main", *scenario.config.main};
         if (scenario.config.platform) {
             input.sub = {"sub", *scenario.config.platform};
         }
-        input.platform = test.platform;
-        input.project = test.project;
+        input.platform = platform;
+        input.project = project;
         input.zones.emplace();
         for (const sim::ZoneSpec& zone : scenario.zones) {
             input.zones->push_back(zone.type);
         }
-        EXPECT_EQ(summary(lintConfig(input)), "") << test.example;
+        EXPECT_EQ(summary(lintConfig(input)), "") << example;
     }
 }
 
