@@ -34,11 +34,10 @@ TEST(AmbientSamplesTest, isFullWithTwelveRoundsUntilItIsCleared) {
 }
 
 TEST(AmbientSamplesTest, averagesElevenSlotsOverTwelve) {
-    const struct {
-        int32_t current, mean;
-    } kCases[] = {{-2728, 2500},      {-2729, 2501},                       // 11/12 of it, cut
-                  {12, -11},          {0, 0},        {kLeast, 178956970},  // the sum wraps
-                  {kMost, -178956969}};
+    const std::pair<int32_t, int32_t> kCases[] = {
+            {-2728, 2500},      {-2729, 2501},                       // 11/12 of it, cut
+            {12, -11},          {0, 0},        {kLeast, 178956970},  // the sum wraps
+            {kMost, -178956969}};
     for (const auto& [current, mean] : kCases) {
         EXPECT_EQ(rounds(12, current).chargeMean(), mean) << current;
     }

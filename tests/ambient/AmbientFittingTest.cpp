@@ -1,18 +1,10 @@
 // What the fitting engine makes of the ambient models.
 
-#include "core/MessageManager.h"
-#include "shelltemp/ShellTempFitting.h"
 #include "support/EngineTest.h"
 
 namespace {
 
-const std::string kParams =
-        "'ambient_fitting':{"
-        "'paramter_name':['temp_coeff','tempSlope_coeff','power_coeff','const_coeff'],"
-        "'coefficient':[0.001,0,0,0],'temp_rate_threshold':40.0,'power_diff_threshold':500.0}";
-
-class AmbientFittingTest : public EngineTest {
-  protected:
+struct AmbientFittingTest : EngineTest {
     AmbientFittingTest() {
         addZone("skin", 31000);
         addZone("cpu", 42000);
@@ -22,7 +14,7 @@ class AmbientFittingTest : public EngineTest {
     void start(const std::string& ambientModels, const std::string& more = "") {
         setScenes("'default':{'temp_model':{" + model("front", 0, "skin") + "," +
                   model("core", 1, "cpu") + "}},'ambient':{'temp_model':{" + ambientModels + "}," +
-                  kParams + "}" + more);
+                  kAmbientFitting + "}" + more);
         startPhone();
         runUntil(5);
     }
@@ -31,6 +23,15 @@ class AmbientFittingTest : public EngineTest {
                ", power:" + std::to_string(power) + ", batteryCurrent:0";
     }
 };
+
+std::string withAirOverSpare(const std::string& name) {
+    return ",'" + name + "':{'temp_model':{" + model("air", 10, "spare") + "," +
+           model("power", 11, "cpu") + "}," + kAmbientFitting + "}";
+}
+
+std::string switchedTo(const std::string& scene) {
+    return "switch ambient fitting model to " + scene + " scene";
+}
 
 constexpr char kOfShell[] = "fittingAmbientTemp temp is configure of shell.";
 
@@ -78,28 +79,13 @@ TEST_F(AmbientFittingTest, endsTheRoundAtAZoneThatCannotBeRead) {
     EXPECT_EQ(takeWrites(), std::vector<std::string>{"0 32000"}) << "the shell is fitted all along";
 }
 
-namespace {
-
-std::string ambientScene(const std::string& name) {
-    return ",'" + name + "':{'temp_model':{" + model("air", 10, "spare") + "," +
-           model("power", 11, "cpu") + "}," + kParams + "}";
-}
-
-std::string switchedTo(const std::string& scene) {
-    return "switch ambient fitting model to " + scene + " scene";
-}
-
-}  // namespace
-
 TEST_F(AmbientFittingTest, followsChargingAndFolding) {
     start(model("air", 10, "spare") + "," + model("power", 11, "cpu"),
-          ambientScene("ambient_charge") + ambientScene("ambient_fold"));
+          withAirOverSpare("ambient_charge") + withAirOverSpare("ambient_fold"));
     phone().perform(sim::Health{.ac = true});
     EXPECT_TRUE(log.has("switch charge state"));
     EXPECT_EQ(log.count(switchedTo("ambient_charge")), 1u);
-    const auto fold = [this](int32_t status) {
-        phone().perform(sim::Transact{.code = 24, .args = {status}, .reply = {}});
-    };
+    const auto fold = [this](int32_t status) { call(24, status); };
     log.clear();
     fold(0);
     EXPECT_FALSE(log.has("AmbientTempWatcher clear recorded data: status changed."))
@@ -111,9 +97,9 @@ TEST_F(AmbientFittingTest, followsChargingAndFolding) {
 }
 
 TEST_F(AmbientFittingTest, startsWithTheChargingSetWhenItCharges) {
-    setScenes(scene("default", 0, "skin") + ambientScene("ambient") +
+    setScenes(scene("default", 0, "skin") + withAirOverSpare("ambient") +
               ",'ambient_charge':{'temp_model':{" + model("air", 10, "skin") + "," +
-              model("power", 11, "cpu") + "}," + kParams + "}");
+              model("power", 11, "cpu") + "}," + kAmbientFitting + "}");
     scenario.healthHal = sim::HealthHal::Hidl;  // tells its state to whoever connects
     buildPhone();
     phone().perform(sim::Health{.usb = true});

@@ -24,51 +24,42 @@ TEST(AmbientParamsTest, takesEachParameterByItsName) {
     const AmbientFitting fitting = kelvo::readAmbientFitting(
             parsed(section(",'battery_current_coeff','temp_coeff','spare'", ",7,8,9")));
     ASSERT_TRUE(fitting.params);
-    EXPECT_EQ(fitting.params->temp, 8) << "the later of two";
-    EXPECT_EQ(fitting.params->tempSlope, 2.5);
-    EXPECT_EQ(fitting.params->power, 3);
-    EXPECT_EQ(fitting.params->constant, 4);
-    EXPECT_EQ(fitting.params->batteryCurrent, 7);
-    EXPECT_EQ(fitting.params->tempRateThreshold, 5);
-    EXPECT_EQ(fitting.params->powerDiffThreshold, 6.5);
-    EXPECT_EQ(fitting.params->chargeThreshold, 2500);
+    const kelvo::AmbientParams& params = *fitting.params;
+    EXPECT_EQ(std::tuple(params.temp, params.tempSlope, params.power, params.constant),
+              std::tuple(8, 2.5, 3, 4))
+            << "of two temperatures the later";
+    EXPECT_EQ(params.batteryCurrent, 7);
+    EXPECT_EQ(
+            std::tuple(params.tempRateThreshold, params.powerDiffThreshold, params.chargeThreshold),
+            std::tuple(5, 6.5, 2500));
     EXPECT_EQ(fitting.pairs.size(), 7u);
     EXPECT_TRUE(fitting.faults.empty());
 }
 
 TEST(AmbientParamsTest, takesThresholdsFromTheListUnlessBothAreMembers) {
     const std::string names = ",'temp_rate_threshold','power_diff_threshold'";
-    const struct {
-        const char* members;
-        double rate;
-        double power;
-        double charge;
-    } cases[] = {
+    // members, rate, power, charge
+    const std::tuple<const char*, double, double, double> cases[] = {
             {"", 8, 9, 2500},
             {",'temp_rate_threshold':5", 8, 9, 2500},
             {",'temp_rate_threshold':5,'power_diff_threshold':'6'", 8, 9, 2500},
             {",'temp_rate_threshold':5,'power_diff_threshold':6", 5, 6, 2500},
             {",'charge_current_threshold':100.5", 8, 9, 100.5},
     };
-    for (const auto& test : cases) {
+    for (const auto& [members, rate, power, charge] : cases) {
         const AmbientFitting fitting =
-                kelvo::readAmbientFitting(parsed(section(names, ",8,9", test.members)));
-        ASSERT_TRUE(fitting.params) << test.members;
+                kelvo::readAmbientFitting(parsed(section(names, ",8,9", members)));
+        ASSERT_TRUE(fitting.params) << members;
         EXPECT_FALSE(fitting.params->batteryCurrent);
-        EXPECT_EQ(fitting.params->tempRateThreshold, test.rate) << test.members;
-        EXPECT_EQ(fitting.params->powerDiffThreshold, test.power) << test.members;
-        EXPECT_EQ(fitting.params->chargeThreshold, test.charge) << test.members;
+        EXPECT_EQ(fitting.params->tempRateThreshold, rate) << members;
+        EXPECT_EQ(fitting.params->powerDiffThreshold, power) << members;
+        EXPECT_EQ(fitting.params->chargeThreshold, charge) << members;
     }
 }
 
 TEST(AmbientParamsTest, saysWhyASceneCannotBeUsed) {
-    const struct {
-        std::string section;
-        Kind kind;
-        Json::ArrayIndex element;
-        const char* name;
-        size_t pairs;
-    } cases[] = {
+    // text, kind, element, name, pairs
+    const std::tuple<std::string, Kind, Json::ArrayIndex, const char*, size_t> cases[] = {
             {"null", Kind::NO_ARRAYS, 0, "", 0},
             {"[]", Kind::NO_ARRAYS, 0, "", 0},
             {"{'paramter_name':[]}", Kind::NO_ARRAYS, 0, "", 0},
@@ -87,14 +78,14 @@ TEST(AmbientParamsTest, saysWhyASceneCannotBeUsed) {
             {section(",'temp_rate_threshold'", ",1", ""), Kind::MISSING_THRESHOLD, 0,
              "power_diff_threshold", 5},
     };
-    for (const auto& test : cases) {
-        const AmbientFitting fitting = kelvo::readAmbientFitting(parsed(test.section));
-        EXPECT_FALSE(fitting.params) << test.section;
-        ASSERT_EQ(fitting.faults.size(), 1u) << test.section;
-        EXPECT_EQ(fitting.faults.front().kind, test.kind) << test.section;
-        EXPECT_EQ(fitting.faults.front().element, test.element) << test.section;
-        EXPECT_EQ(fitting.faults.front().name, test.name) << test.section;
-        EXPECT_EQ(fitting.pairs.size(), test.pairs) << test.section;
+    for (const auto& [text, kind, element, name, pairs] : cases) {
+        const AmbientFitting fitting = kelvo::readAmbientFitting(parsed(text));
+        EXPECT_FALSE(fitting.params) << text;
+        ASSERT_EQ(fitting.faults.size(), 1u) << text;
+        EXPECT_EQ(fitting.faults.front().kind, kind) << text;
+        EXPECT_EQ(fitting.faults.front().element, element) << text;
+        EXPECT_EQ(fitting.faults.front().name, name) << text;
+        EXPECT_EQ(fitting.pairs.size(), pairs) << text;
     }
 }
 

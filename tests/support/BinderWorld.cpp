@@ -9,29 +9,20 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <filesystem>
 #include <functional>
 #include <memory>
-#include <sstream>
 #include <stdexcept>
 
 #include "HubClient.h"
 #include "HubSocket.h"
+#include "support/Files.h"
+#include "support/Json.h"
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
 constexpr int kPauseMs = 2;  // between looks at a child that has no event of its own
-
-std::string environment(const char* name) {
-    const char* const value = getenv(name);
-    return value == nullptr ? "" : value;
-}
-
-std::string programPath(const std::string& name) {
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path() / name;
-}
 
 /** Whether the condition came to hold while the child lived; false at once when that ended. */
 bool waitWhileAlive(ChildProcess& child, Clock::time_point limit,
@@ -49,8 +40,7 @@ Clock::time_point limitFromNow() {
 }
 
 bool hubAnswers() {
-    std::string state;
-    std::string error;
+    std::string state, error;
     return binderhub::hubState(binderhub::defaultSocket(), &state, &error) == 0;
 }
 
@@ -112,12 +102,9 @@ RoleProcess& BinderWorld::start(const std::string& role, const std::string& argu
 }
 
 Json::Value BinderWorld::hubState() {
-    Json::Value state;
-    std::string text;
-    std::string error;
+    std::string text, error;
     EXPECT_EQ(0, binderhub::hubState(binderhub::defaultSocket(), &text, &error)) << error;
-    std::istringstream(text) >> state;
-    return state;
+    return parsed(text);
 }
 
 bool BinderWorld::onKernel() {

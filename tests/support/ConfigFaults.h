@@ -3,15 +3,7 @@
 #include <string>
 
 #include "config/ConfigFault.h"
-#include "config/ConfigText.h"
 #include "support/Json.h"
-
-/** A document with single quotes for double ones; null when it does not parse. */
-inline Json::Value parsed(std::string_view text) {
-    Json::Value root;
-    kelvo::parseConfigText(json("{'root':" + std::string(text) + "}"), root);
-    return root["root"];
-}
 
 /** "key[element]:kind" of each, with blanks between. */
 inline std::string textOf(const kelvo::ConfigFaults& faults) {

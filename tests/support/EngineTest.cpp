@@ -43,6 +43,13 @@ void EngineTest::startPhone() {
     ASSERT_TRUE(mPhone->start());
 }
 
+void EngineTest::startWithoutTemp(const std::string& members) {
+    addZone("dead", std::nullopt);
+    scenario.config.main = json("{'shell_temp_fitting_model':{" + scene("default", 0, "dead") +
+                                "}" + members + "}");
+    startPhone();
+}
+
 void EngineTest::runUntil(double seconds) {
     mPhone->runUntil(static_cast<int64_t>(seconds * 1000));
 }
@@ -51,22 +58,32 @@ void EngineTest::setTemp(int32_t zone, std::optional<int32_t> temp) {
     mPhone->perform(sim::SetZones{{{zone, temp}}});
 }
 
-std::vector<std::string> EngineTest::takeWrites() {
+void EngineTest::call(uint32_t code, const sim::Argument& argument) {
+    phone().perform(sim::Transact{code, {argument}, {}, 1000});
+}
+
+void EngineTest::setService(const std::string& name, bool up) {
+    phone().perform(sim::ServiceState{name, up});
+}
+
+EngineTest::Lines EngineTest::takeWrites() {
     return std::exchange(mWrites, {});
 }
 
-std::vector<std::string> EngineTest::takeEvents() {
+EngineTest::Lines EngineTest::takeEvents(const std::string& name) {
     std::vector<std::string> lines;
     for (const sim::Event& event : std::exchange(mEvents, {})) {
         std::string line = sim::toJsonLine(event);
         line.erase(0, line.find("\"event\""));
         std::replace(line.begin(), line.end(), '"', '\'');
-        lines.push_back("{" + line);
+        if (name.empty() || event.name == name) {
+            lines.push_back("{" + line);
+        }
     }
     return lines;
 }
 
-std::vector<std::string> EngineTest::takeCalls() {
+EngineTest::Lines EngineTest::takeCalls() {
     std::vector<std::string> calls;
     for (const sim::Event& event : std::exchange(mEvents, {})) {
         if (event.name.starts_with("notify_")) {

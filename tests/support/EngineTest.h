@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "sim/virtual/VirtualPhone.h"
@@ -20,6 +19,8 @@ class EngineTest : public testing::Test {
   protected:
     EngineTest();
 
+    using Lines = std::vector<std::string>;
+
     /** Adds thermal_zoneN with its type and temperature (m°C). */
     void addZone(std::string type, std::optional<int32_t> temp);
     /** The main configuration file; "temp_threshold_down" is put into it. Single quotes serve as
@@ -28,6 +29,9 @@ class EngineTest : public testing::Test {
     void startPhone();
     /** The same with just these scenes, each as scene() gives it. */
     void setScenes(const std::string& scenes);
+    /** Starts with a zone that cannot be read, so that the shell has no temperature; with further
+     * members of the configuration, each after a comma. */
+    void startWithoutTemp(const std::string& members = "");
     /** Builds the tree but leaves the daemon's engines alone. */
     void buildPhone();
 
@@ -35,13 +39,17 @@ class EngineTest : public testing::Test {
     /** Runs up to `seconds` after t = 0. */
     void runUntil(double seconds);
     void setTemp(int32_t zone, std::optional<int32_t> temp);
+    /** A transaction of the framework's, whose answer nobody reads. */
+    void call(uint32_t code, const sim::Argument& argument);
+    void setService(const std::string& name, bool up);
 
     /** Texts written to "/proc/shell-temp" since the last call. */
-    std::vector<std::string> takeWrites();
-    /** All other events since the last call: lines of JSON from "event" on, with single quotes. */
-    std::vector<std::string> takeEvents();
+    Lines takeWrites();
+    /** All other events since the last call, or those of this name: lines of JSON, single quotes.
+     */
+    Lines takeEvents(const std::string& name = "");
     /** Those of them that went to listeners, as "kind number…": "status 3", "broadcast 3 36000". */
-    std::vector<std::string> takeCalls();
+    Lines takeCalls();
 
     LogCapture log;
     sim::Scenario scenario;

@@ -41,6 +41,20 @@ size_t LogCapture::count(int priority, const std::string& text) const {
     }));
 }
 
+size_t LogCapture::countOf(const std::string& start) const {
+    std::lock_guard lock(sMutex);
+    return static_cast<size_t>(std::ranges::count_if(
+            sLines, [&](const Line& line) { return line.text.starts_with(start); }));
+}
+
+std::optional<std::string> LogCapture::lastAfter(const std::string& start) const {
+    std::optional<std::string> rest;
+    for (const Line& line : lines()) {
+        rest = line.text.starts_with(start) ? line.text.substr(start.size()) : rest;
+    }
+    return rest;
+}
+
 void LogCapture::clear() {
     std::lock_guard lock(sMutex);
     sLines.clear();

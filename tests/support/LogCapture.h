@@ -2,6 +2,7 @@
 
 #include <android/log.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,12 @@ class LogCapture {
     /** How many lines have exactly this text, or this text at this priority. */
     size_t count(const std::string& text) const;
     size_t count(int priority, const std::string& text) const;
+    /** How many lines begin with this text. */
+    size_t countOf(const std::string& start) const;
+    /** What follows this beginning in the last line that has it. */
+    std::optional<std::string> lastAfter(const std::string& start) const;
+    /** How many errors have exactly this text. */
+    size_t errors(const std::string& text) const { return count(ANDROID_LOG_ERROR, text); }
     bool has(const std::string& text) const { return count(text) > 0; }
     void clear();
 };

@@ -1,6 +1,7 @@
 #include "support/Program.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>
 #include <stdlib.h>
@@ -9,16 +10,13 @@
 #include <unistd.h>
 
 #include <array>
-#include <filesystem>
 #include <fstream>
+
+#include "support/Files.h"
 
 namespace {
 
 constexpr int kLimitMs = 30000;
-
-std::string programPath(const std::string& name) {
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path() / name;
-}
 
 bool readSome(int fd, std::string& text) {
     std::array<char, 4096> buffer;
@@ -96,6 +94,14 @@ std::optional<std::string> Program::readLine() {
     return line;
 }
 
+std::string Program::lineWith(const std::string& text) {
+    std::optional<std::string> line;
+    do {
+        line = readLine();
+    } while (line && line->find(text) == std::string::npos);
+    return line.value_or("");
+}
+
 Program::Result Program::wait() {
     while (fill(kLimitMs)) {
     }
@@ -121,4 +127,26 @@ std::vector<pid_t> Program::childrenOf(pid_t parent) {
 
 Program::Result Program::run(const std::string& name, const std::vector<std::string>& arguments) {
     return Program(name, arguments).wait();
+}
+
+Program::Result Program::runRooted(const std::string& root, const std::string& name,
+                                   const std::vector<std::string>& arguments,
+                                   const std::vector<std::string>& before) {
+    std::vector<std::string> command{"KELVO_ROOT=" + root};
+    command.insert(command.end(), before.begin(), before.end());
+    command.push_back(name);
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return run("/usr/bin/env", command);
+}
+
+std::string Program::completed(const std::string& script, const std::string& words) {
+    const std::string function = "_" + words.substr(0, words.find(' '));
+    const Result result = runRooted(getenv("KELVO_ROOT"), "bash",
+                                    {"-eu", "-c",
+                                     "source " + script + "; COMP_WORDS=(" + words + ");" +
+                                             " COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); " + function +
+                                             "; echo -n \"${COMPREPLY[*]}\""});
+    EXPECT_EQ(result.status, 0) << words;
+    EXPECT_EQ(result.err, "") << words;
+    return result.out;
 }

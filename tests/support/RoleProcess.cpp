@@ -12,9 +12,10 @@
 
 #include <array>
 #include <cstdio>
-#include <filesystem>
 #include <map>
 #include <system_error>
+
+#include "support/Files.h"
 
 extern "C" {  // glibc's header does not say so itself
 #include <sys/pidfd.h>
@@ -29,15 +30,6 @@ constexpr char kRoleSocket[] = "KELVO_TEST_ROLE_SOCKET";
 constexpr char kRoleArgument[] = "KELVO_TEST_ROLE_ARGUMENT";
 constexpr char kRoleUid[] = "KELVO_TEST_ROLE_UID";
 constexpr size_t kLongestText = 64 * 1024;
-
-std::string ownPath() {
-    return std::filesystem::read_symlink("/proc/self/exe");
-}
-
-std::string environment(const char* name) {
-    const char* const value = getenv(name);
-    return value == nullptr ? "" : value;
-}
 
 // Its starter is all that would end it.
 void endWithStarter() {
@@ -100,6 +92,11 @@ std::string RoleLink::receive(int limitMs) {
     const ssize_t size = recv(mSocket.get(), text.data(), text.size(), 0);
     text.resize(size > 0 ? static_cast<size_t>(size) : 0);
     return text;
+}
+
+std::string RoleLink::ask(const std::string& text) {
+    send(text);
+    return receive();
 }
 
 Role::Role(const char* name, Function function) {
@@ -180,7 +177,7 @@ RoleProcess::RoleProcess(const std::string& role, const std::string& argument,
                          std::optional<uid_t> uid, Ends ends)
       : RoleLink(std::move(ends.ours), ""),
         ChildProcess(
-                ownPath(),
+                std::filesystem::read_symlink("/proc/self/exe"),
                 {std::string(kRoleName) + "=" + role, std::string(kRoleArgument) + "=" + argument,
                  std::string(kRoleUid) + "=" + (uid ? std::to_string(*uid) : ""),
                  std::string(kRoleSocket) + "=" + std::to_string(ends.theirs.get())},

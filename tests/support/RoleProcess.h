@@ -3,7 +3,6 @@
 #include <android-base/unique_fd.h>
 #include <sys/types.h>
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -33,6 +32,8 @@ class RoleLink {
     bool send(const std::string& text);
     /** The next text; "" when the other end is gone or nothing comes within the limit. */
     std::string receive(int limitMs = kBinderWorldLimitMs);
+    /** Sends a text and receives the answer. */
+    std::string ask(const std::string& text);
     /** In a role: what start() was given. */
     const std::string& argument() const { return mArgument; }
 
