@@ -1,7 +1,6 @@
 // All programs look the same to who runs them.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "support/Program.h"
 
@@ -30,24 +29,21 @@ TEST(CommandLine, isOfOneShape) {
         SCOPED_TRACE(program);
         const std::string name = program;
         const Program::Result version = Program::run(name, {"--version"});
-        EXPECT_EQ(version.status, 0);
+        EXPECT_THAT(version, ended(0, ""));
         EXPECT_THAT(version.out, MatchesRegex(name + " [0-9]+\\.[0-9]+\\.[0-9]+\n"));
         const Program::Result help = Program::run(name, {"--help"});
-        EXPECT_EQ(help.status, 0);
+        EXPECT_THAT(help, ended(0, ""));
         EXPECT_THAT(help.out, HasSubstr("Usage: " + name));
         const Program::Result wrong = Program::run(name, {"--no-such-option"});
-        EXPECT_EQ(wrong.status, 2);
-        EXPECT_THAT(wrong.err, MatchesRegex(name + ": [^\n]+: command line\nRun " + name +
-                                            " --help for the usage.\n"));
+        EXPECT_THAT(wrong, ended(2, MatchesRegex(name + ": [^\n]+: command line\nRun " + name +
+                                                 " --help for the usage.\n")));
         const Program::Result failure = Program::run(name, failing);
-        EXPECT_EQ(failure.status, 1);
-        EXPECT_THAT(failure.err, MatchesRegex(name + ": [^\n]+: [^\n]+\n"));
-        EXPECT_EQ(version.err + help.err + wrong.out + failure.out, "");
+        EXPECT_THAT(failure, ended(1, MatchesRegex(name + ": [^\n]+: [^\n]+\n")));
+        EXPECT_EQ(wrong.out + failure.out, "");
     }
 }
 
 TEST(CommandLine, tellsWrongUsageOfACommandFromItsFailure) {
-    const Program::Result result = Program::run("kelvoctl", {"call", "4", "--reply", "int31"});
-    EXPECT_EQ(result.status, 2);
-    EXPECT_THAT(result.err, StartsWith("kelvoctl: expected int32, "));
+    EXPECT_THAT(Program::run("kelvoctl", {"call", "4", "--reply", "int31"}),
+                ended(2, StartsWith("kelvoctl: expected int32, ")));
 }

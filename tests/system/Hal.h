@@ -4,21 +4,16 @@
 #include <signal.h>
 
 #include <chrono>
-#include <filesystem>
 #include <optional>
 #include <string>
 
 #include "sim/services/ServiceProcess.h"
+#include "support/Files.h"
 
 /** A HAL as a process, with what the daemon did to it. */
 class Hal {
   public:
     Hal(const std::string& kind, const std::string& root) : mKind(kind), mRoot(root) { start(); }
-
-    /** Where the programs of this build stand. */
-    static std::string programs() {
-        return std::filesystem::read_symlink("/proc/self/exe").parent_path();
-    }
 
     void killAndStart() {
         mProcess.reset();
@@ -56,7 +51,7 @@ class Hal {
     static constexpr std::chrono::seconds kLimit{30};
 
     void start() {
-        mProcess.emplace(sim::ServiceProcess::Place{programs() + "/phoneservice", mRoot, mRoot},
+        mProcess.emplace(sim::ServiceProcess::Place{programPath("phoneservice"), mRoot, mRoot},
                          sim::serviceKind(mKind), mContext);
     }
 
@@ -65,12 +60,9 @@ class Hal {
     sim::ServiceValues mValues;
     int mClients = 0;
     int mLastStatus = -1;
+    void onEvent(const sim::Event& event) { mLastStatus = event.members.front().second.asInt(); }
     const sim::ServiceContext mContext{.values = mValues,
-                                       .onEvent =
-                                               [this](const sim::Event& event) {
-                                                   mLastStatus =
-                                                           event.members.front().second.asInt();
-                                               },
+                                       .onEvent = [this](const auto& event) { onEvent(event); },
                                        .onClient = [this] { ++mClients; }};
     std::optional<sim::ServiceProcess> mProcess;
 };

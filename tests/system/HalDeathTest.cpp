@@ -4,7 +4,6 @@
 #include <stdlib.h>
 
 #include <atomic>
-#include <filesystem>
 #include <thread>
 
 #include "Hal.h"
@@ -16,7 +15,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
 constexpr int kDeaths = 100;
@@ -24,16 +22,6 @@ constexpr int kWarmUp = 10;  // deaths after which all threads have started
 constexpr int kMostThreads =
         14;  // main, work, st-fitting, HIDL's, a caller for each HAL, pool of 8
 constexpr std::chrono::seconds kLimit(30);
-
-// With an ambient model each cycle asks both HALs.
-const std::string kParams =
-        "'ambient_fitting':{"
-        "'paramter_name':['temp_coeff','tempSlope_coeff','power_coeff','const_coeff'],"
-        "'coefficient':[0.001,0,0,0],'temp_rate_threshold':40.0,'power_diff_threshold':500.0}";
-
-int64_t entries(const std::string& folder) {
-    return std::distance(fs::directory_iterator(folder), {});
-}
 
 /** What a process holds of the system and of others. */
 struct Holdings {
@@ -44,7 +32,7 @@ struct Holdings {
 
 Holdings holdingsOf(pid_t pid) {
     const std::string process = "/proc/" + std::to_string(pid);
-    Holdings holdings{entries(process + "/fd"), entries(process + "/task"), 0};
+    Holdings holdings{countEntries(process + "/fd"), countEntries(process + "/task"), 0};
     if (!BinderWorld::onKernel()) {
         for (const Json::Value& one : BinderWorld::hubState()["processes"]) {
             if (one["pid"].asInt() == pid) {
@@ -68,12 +56,10 @@ class Load {
     void run() {
         sim::FrameworkClient client([](const sim::Event&) {});
         for (int i = 0; !mStop; ++i) {
-            client.perform(sim::Transact{.code = kelvo::GET_AMBIENT_TEMP, .args = {}, .reply = {}});
-            client.perform(
-                    sim::Transact{.code = kelvo::GET_ALL_SHELL_TEMPS, .args = {}, .reply = {}});
-            client.perform(sim::Transact{.code = kelvo::SET_CURRENT_PACKAGE,
-                                         .args = {"package" + std::to_string(i % 2)},
-                                         .reply = {}});
+            const std::string package = "package" + std::to_string(i % 2);
+            client.perform(sim::Transact{kelvo::GET_AMBIENT_TEMP, {}, {}});
+            client.perform(sim::Transact{kelvo::GET_ALL_SHELL_TEMPS, {}, {}});
+            client.perform(sim::Transact{kelvo::SET_CURRENT_PACKAGE, {package}, {}});
         }
     }
 
@@ -81,15 +67,13 @@ class Load {
     std::thread mThread;
 };
 
-class HalDeathTest : public testing::TestWithParam<const char*> {
-  protected:
+struct HalDeathTest : testing::TestWithParam<std::string> {
     void buildPhone() {
         mScenario.zones = {{"skin", 30000}};
-        mScenario.config.main = json(
-                "{'thermal_status_model':{'temp_threshold_down':[]},"
-                "'shell_temp_fitting_model':{" +
-                scene("default", 0, "skin") + ",'ambient':{'temp_model':{" +
-                model("air", 1, "skin") + "," + model("power", 2, "skin") + "}," + kParams + "}}}");
+        // With an ambient model each cycle asks both HALs.
+        mScenario.config.main =
+                json("{'temp_threshold_down':[],'shell_temp_fitting_model':{" +
+                     scene("default", 0, "skin") + "," + ambientScene("skin") + "}}");
         mScenario.properties["persist.sys.kelvo.enable"] = "1";
         sim::PhoneTree(mTree, mScenario).build();
         const char* const declared = sim::serviceKind(GetParam()).declared;
@@ -100,8 +84,7 @@ class HalDeathTest : public testing::TestWithParam<const char*> {
         sim::FrameworkClient client([](const sim::Event&) {});
         const Clock::time_point end = Clock::now() + kLimit;
         while (charger.lastStatus() != status && Clock::now() < end) {
-            client.perform(
-                    sim::Transact{.code = kelvo::SET_SCREEN_STATUS, .args = {status}, .reply = {}});
+            client.perform(sim::Transact{kelvo::SET_SCREEN_STATUS, {status}, {}});
             charger.look();
         }
         return charger.lastStatus() == status;
@@ -119,7 +102,7 @@ TEST_P(HalDeathTest, reconnectsEachTimeAndLosesNoThreadAndNoHandle) {
     buildPhone();
     Hal health(GetParam(), mRoot);
     Hal charger("charger", mRoot);
-    sim::PhoneProcess kelvod({Hal::programs() + "/kelvod"}, mRoot, mRoot + "/kelvod.log");
+    sim::PhoneProcess kelvod({programPath("kelvod")}, mRoot, mRoot + "/kelvod.log");
     ASSERT_TRUE(health.awaitClient());
     ASSERT_TRUE(tellScreen(charger, 1));
     std::optional<Load> load(std::in_place);
@@ -143,7 +126,4 @@ TEST_P(HalDeathTest, reconnectsEachTimeAndLosesNoThreadAndNoHandle) {
     EXPECT_LE(end.threads, kMostThreads);
 }
 
-INSTANTIATE_TEST_SUITE_P(Hals, HalDeathTest, testing::Values("health", "health-hidl"),
-                         [](const auto& test) {
-                             return std::string(test.param) == "health" ? "aidl" : "hidl";
-                         });
+INSTANTIATE_TEST_SUITE_P(Hals, HalDeathTest, testing::Values("health", "health-hidl"));

@@ -1,6 +1,6 @@
 // kelvoctl against a simulated phone with the daemon on it, all of them processes.
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <signal.h>
 
 #include <algorithm>
@@ -13,9 +13,9 @@
 namespace {
 
 namespace fs = std::filesystem;
+using testing::HasSubstr;
 
-class KelvoctlLiveTest : public testing::Test {
-  protected:
+struct KelvoctlLiveTest : testing::Test {
     KelvoctlLiveTest() { startPhone({}); }
     void startPhone(const std::vector<std::string>& more) {
         std::vector<std::string> command{"live", std::string(EXAMPLES) + "/hello/scenario.json",
@@ -23,18 +23,13 @@ class KelvoctlLiveTest : public testing::Test {
         command.insert(command.end(), more.begin(), more.end());
         mPhone.emplace("kelvosim", command);
         // Until the daemon has answered with a temperature.
-        for (std::string line; line.find("    31.6   ") == std::string::npos;) {
-            line = mPhone->readLine().value_or("    31.6   ");
-        }
+        EXPECT_NE(mPhone->lineWith("    31.6   "), "");
     }
 
-    /** As another user when `user` holds the command for that. */
+    /** As another user when `user` is the command for that. */
     Program::Result kelvoctl(const std::vector<std::string>& arguments,
-                             std::vector<std::string> user = {}) const {
-        user.insert(user.begin(), "KELVO_ROOT=" + mRoot);
-        user.push_back(KELVOCTL);
-        user.insert(user.end(), arguments.begin(), arguments.end());
-        return Program::run("/usr/bin/env", user);
+                             const std::vector<std::string>& user = {}) const {
+        return Program::runRooted(mRoot, KELVOCTL, arguments, user);
     }
     std::string out(const std::vector<std::string>& arguments) const {
         return kelvoctl(arguments).out;
@@ -56,8 +51,8 @@ class KelvoctlLiveTest : public testing::Test {
 }  // namespace
 
 TEST_F(KelvoctlLiveTest, findsAndCallsTheDaemon) {
-    EXPECT_NE(out({"list"}).find("kelvo\nmanager\n"), std::string::npos);
-    EXPECT_NE(out({"--json", "list"}).find("\"kelvo\",\"manager\""), std::string::npos);
+    EXPECT_THAT(out({"list"}), HasSubstr("kelvo\nmanager\n"));
+    EXPECT_THAT(out({"--json", "list"}), HasSubstr("\"kelvo\",\"manager\""));
     EXPECT_EQ(out({"--json", "ping"}), "{\"alive\":true}\n");
     EXPECT_EQ(out({"ping", "manager"}), "manager is alive\n");
     EXPECT_EQ(anyStatus(out({"--json", "call", "4", "--reply", "exception,int32,string"})),
@@ -65,20 +60,17 @@ TEST_F(KelvoctlLiveTest, findsAndCallsTheDaemon) {
     EXPECT_EQ(out({"call", "22", "--reply", "int32,int32"}), "31650\n1\n");
     EXPECT_EQ(out({"getprop", "persist.sys.kelvo.enable"}), "1\n");
     EXPECT_TRUE(out({"dump", "config"}).starts_with("getKelvoConfig result:{"));
-    EXPECT_NE(out({"dump"}).find("ThrottlingLevel:0\n"), std::string::npos);
-    const Program::Result unknown = kelvoctl({"call", "3"});
-    EXPECT_EQ(unknown.status, 1);
-    EXPECT_EQ(unknown.err, "kelvoctl: the service does not know this call: 3\n");
-    const Program::Result absent = kelvoctl({"ping", "absent"});
-    EXPECT_EQ(absent.status, 1);
-    EXPECT_EQ(absent.err, "kelvoctl: no such service: absent\n");
+    EXPECT_THAT(out({"dump"}), HasSubstr("ThrottlingLevel:0\n"));
+    EXPECT_THAT(kelvoctl({"call", "3"}),
+                ended(1, "kelvoctl: the service does not know this call: 3\n"));
+    EXPECT_THAT(kelvoctl({"ping", "absent"}), ended(1, "kelvoctl: no such service: absent\n"));
     mPhone->signal(SIGTERM);
     EXPECT_EQ(mPhone->wait().status, 0);
 }
 
 TEST_F(KelvoctlLiveTest, showsWhatTheDaemonKnowsAndTells) {
-    EXPECT_NE(out({"--json", "status"}).find("\"temp\":31650,\"type\":1,\"ambient\":null,"),
-              std::string::npos);
+    EXPECT_THAT(out({"--json", "status"}),
+                HasSubstr("\"temp\":31650,\"type\":1,\"ambient\":null,"));
     EXPECT_EQ(anyStatus(out({"--json", "watch", "--count", "2"})),
               "{\"event\":\"notify_thermal_status\",\"status\":0}\n"
               "{\"event\":\"notify_thermal_broadcast\",\"level\":0,\"temp\":31650}\n");
@@ -101,25 +93,16 @@ TEST_F(KelvoctlLiveTest, tellsWhoMayNotCall) {
     EXPECT_EQ(kelvoctl({"ping"}, app).out, "kelvo is alive\n");
     EXPECT_EQ(kelvoctl({"dump"}, app).out, "");
     const Program::Result refused = kelvoctl({"--json", "call", "11"}, app);
-    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused, ended(1, "kelvoctl: permission denied: 11\n"));
     EXPECT_EQ(refused.out, "{\"status\":-1,\"values\":[]}\n");
-    EXPECT_EQ(refused.err, "kelvoctl: permission denied: 11\n");
     EXPECT_EQ(kelvoctl({"reload"}, app).err, "kelvoctl: permission denied: RELOAD_CONFIG\n");
     EXPECT_EQ(out({"call", "11"}), "ok\n");
 }
 
 TEST_F(KelvoctlLiveTest, noticesThatTheDaemonOrThePhoneIsGone) {
-    pid_t daemon = 0;
-    for (const pid_t child : mPhone->children()) {
-        daemon = std::max(daemon, child);  // started last
-    }
-    kill(daemon, SIGKILL);
-    const Program::Result phone = mPhone->wait();
-    EXPECT_EQ(phone.status, 1);
-    EXPECT_NE(phone.err.find("kelvosim: kelvod has ended with signal 9"), std::string::npos);
-    const Program::Result gone = kelvoctl({"list"});
-    EXPECT_EQ(gone.status, 1);
-    EXPECT_NE(gone.err.find("kelvoctl: no phone to talk to: "), std::string::npos) << gone.err;
+    kill(std::ranges::max(mPhone->children()), SIGKILL);  // the daemon, started last
+    EXPECT_THAT(mPhone->wait(), ended(1, HasSubstr("kelvosim: kelvod has ended with signal 9")));
+    EXPECT_THAT(kelvoctl({"list"}), ended(1, HasSubstr("kelvoctl: no phone to talk to: ")));
 }
 
 TEST_F(KelvoctlLiveTest, watchesTheNextDaemonWhenOneDies) {
@@ -134,15 +117,11 @@ TEST_F(KelvoctlLiveTest, watchesTheNextDaemonWhenOneDies) {
     EXPECT_TRUE(next().starts_with("{\"event\":\"notify_thermal_status\"")) << "of the new one";
     EXPECT_TRUE(next().starts_with("{\"event\":\"notify_thermal_broadcast\""));
     EXPECT_EQ(out({"notify", "5"}), "ok\n");
-    std::string line = next();
-    while (!line.empty() && line.find(":5}") == std::string::npos) {
-        line = next();  // what the new daemon makes of its first temperature
-    }
-    EXPECT_EQ(line, "{\"event\":\"notify_thermal_status\",\"status\":5}");
+    // Before it comes what the new daemon makes of its first temperature.
+    EXPECT_EQ(watch.lineWith(":5}"), "{\"event\":\"notify_thermal_status\",\"status\":5}");
     watch.signal(SIGTERM);
     const std::string said = watch.wait().err;
-    EXPECT_NE(said.find("kelvoctl: the daemon has gone, waiting for it to come back: kelvo\n"
-                        "kelvoctl: the daemon is back, registering again: kelvo\n"),
-              std::string::npos)
-            << said;
+    EXPECT_THAT(said,
+                HasSubstr("kelvoctl: the daemon has gone, waiting for it to come back: kelvo\n"
+                          "kelvoctl: the daemon is back, registering again: kelvo\n"));
 }

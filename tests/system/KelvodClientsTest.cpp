@@ -14,11 +14,6 @@ using android::Parcel;
 
 using KelvodClientsTest = KelvodTest;
 
-std::string ask(RoleProcess& process, const std::string& text) {
-    process.send(text);
-    return process.receive();
-}
-
 /** A role: answers each code with the status of such a call, its argument 1, or with "absent". */
 int call(RoleLink& link) {
     const auto manager = android::defaultServiceManager();
@@ -43,20 +38,6 @@ std::vector<int32_t> risingThresholds() {
 
 }  // namespace
 
-TEST_F(KelvodClientsTest, registerReceiveAndDie) {
-    startKelvod();
-    RoleProcess& stays = startListeners();
-    RoleProcess& dies = startListeners(2);
-    EXPECT_EQ(callKelvod(NOTIFY_THERMAL_STATUS, {77}), android::OK);
-    EXPECT_EQ(ask(stays, "until status 77"), "seen");
-    EXPECT_EQ(ask(dies, "until status 77"), "seen");
-    dies.kill();
-    EXPECT_TRUE(logs(" died!", 2));
-    EXPECT_EQ(callKelvod(NOTIFY_THERMAL_STATUS, {78}), android::OK);
-    EXPECT_TRUE(logs("Entering notifyCallback, binder clients size 1"));
-    EXPECT_EQ(ask(stays, "until status 77,status 78"), "seen") << ask(stays, "heard");
-}
-
 TEST_F(KelvodClientsTest, mayChangeStateAsRootOrSystemOnly) {
     if (geteuid() != 0) {
         GTEST_SKIP() << "only root can start processes of other users";
@@ -67,14 +48,14 @@ TEST_F(KelvodClientsTest, mayChangeStateAsRootOrSystemOnly) {
         const bool privileged = uid == 0 || uid == 1000;
         RoleProcess& caller = mWorld.start("call", "", uid);
         for (const char* code : {"5", "6", "12", "15", "18", "24", "101", "104", "106"}) {
-            EXPECT_EQ(ask(caller, code), privileged ? "0" : "-1") << uid << " calls " << code;
+            EXPECT_EQ(caller.ask(code), privileged ? "0" : "-1") << uid << " calls " << code;
         }
         for (const char* code : {"1", "2", "4", "9", "17", "20", "21", "22", "23", "25"}) {
-            EXPECT_EQ(ask(caller, code), "0") << uid << " calls " << code;
+            EXPECT_EQ(caller.ask(code), "0") << uid << " calls " << code;
         }
-        EXPECT_EQ(ask(caller, "26"), "-74") << uid;
+        EXPECT_EQ(caller.ask("26"), "-74") << uid;
     }
-    EXPECT_EQ(ask(mWorld.start("call", "", kIsolated), "4"), "absent");
+    EXPECT_EQ(mWorld.start("call", "", kIsolated).ask("4"), "absent");
     RoleProcess& app = startListeners(1, 10050);
     app.kill();
     EXPECT_TRUE(logs("BinderClient: binder(uid:10050) died!"));
@@ -91,7 +72,7 @@ TEST_F(KelvodClientsTest, haveTheConfigurationReloadedThreeSecondsLater) {
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(3000));
     // The work thread reads the thresholds next, and handles this after that.
     RoleProcess& listener = startListeners();
-    EXPECT_EQ(risingThresholds().back(), before.back() + 20) << ask(listener, "heard");
+    EXPECT_EQ(risingThresholds().back(), before.back() + 20) << listener.ask("heard");
 }
 
 TEST_F(KelvodClientsTest, areToldEverythingInOrderWhileOthersAreKilled) {
@@ -105,7 +86,7 @@ TEST_F(KelvodClientsTest, areToldEverythingInOrderWhileOthersAreKilled) {
     for (size_t i = 0; i < kProcesses; ++i) {
         processes.push_back(&startListeners(kListeners));
     }
-    EXPECT_EQ(ask(*processes[0], "stick"), "sticks");
+    EXPECT_EQ(processes[0]->ask("stick"), "sticks");
     std::string expected;
     for (int32_t status = kFirst; status < kFirst + kNotifications; ++status) {
         ASSERT_EQ(callKelvod(NOTIFY_THERMAL_STATUS, {status}), android::OK);
@@ -119,8 +100,8 @@ TEST_F(KelvodClientsTest, areToldEverythingInOrderWhileOthersAreKilled) {
     EXPECT_EQ(callKelvod(NOTIFY_THERMAL_STATUS, {999}), android::OK);
     for (size_t i = kVictims; i < kProcesses; ++i) {
         RoleProcess& survivor = *processes[i];
-        EXPECT_EQ(ask(survivor, "until status 999"), "seen");
-        const std::string heard = ask(survivor, "heard");
+        EXPECT_EQ(survivor.ask("until status 999"), "seen");
+        const std::string heard = survivor.ask("heard");
         EXPECT_TRUE(heard.ends_with(expected + ",status 999")) << heard;
         EXPECT_EQ(std::count(heard.begin(), heard.end(), ','), kNotifications + 2) << heard;
     }

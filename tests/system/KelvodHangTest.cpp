@@ -22,32 +22,14 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::seconds kSecond(1);
 
-/** Values of COMPONENT_HEAT_TEST. */
-constexpr int32_t kStart = 1;
-constexpr int32_t kStop = 2;
-
 const std::string kHung = " does not answer, it counts as absent until it does";
 const std::string kBack = " is asked again, its call has returned";
 
-// With an ambient model each cycle asks charger and health.
-const std::string kAmbient =
-        "'temp_coeff','tempSlope_coeff','power_coeff','const_coeff'],"
-        "'coefficient':[0.001,0,0,0],'temp_rate_threshold':40.0,'power_diff_threshold':500.0}}";
-
-std::string ask(RoleProcess& process, const std::string& text) {
-    process.send(text);
-    return process.receive();
-}
-
-class KelvodHangTest : public KelvodTest {
-  protected:
+struct KelvodHangTest : KelvodTest {
     KelvodHangTest() { mTree.setProperty("persist.sys.shelltemp.interval", "1"); }
 
-    void useAmbientModel() {
-        setConfig(30, ",'ambient':{'temp_model':{" + model("air", 1, "skin") + "," +
-                              model("power", 2, "skin") + "},'ambient_fitting':{'paramter_name':[" +
-                              kAmbient);
-    }
+    /** With an ambient model each cycle asks charger and health. */
+    void useAmbientModel() { setConfig(30, "," + ambientScene("skin")); }
     /** The longest that a question for the temperature took while `happening` is not over. */
     template <typename Happening>
     Clock::duration longestAnswer(Happening happening) const {
@@ -66,7 +48,7 @@ class KelvodHangTest : public KelvodTest {
     bool has(const std::string& text, size_t count = 1) const { return countInLog(text) >= count; }
     void tellAll(RoleProcess& listener, int32_t status) {
         EXPECT_EQ(callKelvod(NOTIFY_THERMAL_STATUS, {status}), OK);
-        EXPECT_EQ(ask(listener, "until status " + std::to_string(status)), "seen");
+        EXPECT_EQ(listener.ask("until status " + std::to_string(status)), "seen");
     }
 };
 
@@ -136,9 +118,7 @@ TEST_F(KelvodHangTest, startsAndAnswersWhileTheHealthServiceHangs) {
 }
 
 TEST_F(KelvodHangTest, switchesHeatMonitoringWhileItsServicesHang) {
-    setConfig(30,
-              ",'heatsource_detection':{'heatsource_model':{'device_name':['cpu','display'],"
-              "'coefficient':[1,1]}}");
+    setConfig(30, kHeatSources);
     std::array<Hal, 3> hals{Hal{"quorix", mTree.root()}, Hal{"frames", mTree.root()},
                             Hal{"performance", mTree.root()}};
     startKelvod();
@@ -147,12 +127,12 @@ TEST_F(KelvodHangTest, switchesHeatMonitoringWhileItsServicesHang) {
         hal.hang();
     }
     const Clock::time_point start = Clock::now();
-    EXPECT_EQ(callKelvod(COMPONENT_HEAT_TEST, {kStart}), OK);
+    EXPECT_EQ(callKelvod(COMPONENT_HEAT_TEST, {kStartHeat}), OK);
     EXPECT_LT(Clock::now() - start, 5 * kSecond);
     EXPECT_TRUE(logs("the usage-statistics engine" + kHung));
     EXPECT_LT(longestAnswer([&] { return has("the display compositor" + kHung); }), kSecond);
     EXPECT_TRUE(logs("the performance service" + kHung));
-    EXPECT_EQ(callKelvod(COMPONENT_HEAT_TEST, {kStop}), OK);
+    EXPECT_EQ(callKelvod(COMPONENT_HEAT_TEST, {kStopHeat}), OK);
     tellAll(listener, 77);
     for (const Hal& hal : hals) {
         hal.goOn();
@@ -175,17 +155,17 @@ TEST_F(KelvodHangTest, tellsAHungListenerTheLatestWhenItIsBack) {
     EXPECT_EQ(callKelvod(SET_LIGHT_LAMP_STATUS, {1}), OK);
     EXPECT_TRUE(logs("Reload shell fitting model config flashon")) << "the work thread is free";
     hung.signal(SIGCONT);
-    EXPECT_EQ(ask(hung, "until status 101,status 103"), "seen") << ask(hung, "heard");
+    EXPECT_EQ(hung.ask("until status 101,status 103"), "seen") << hung.ask("heard");
     EXPECT_TRUE(logs("is passed over no more"));
     tellAll(lives, 104);
-    EXPECT_EQ(ask(hung, "until status 104"), "seen");
+    EXPECT_EQ(hung.ask("until status 104"), "seen");
     EXPECT_EQ(countInLog("does not answer, it is passed over until it does"), 1u);
 }
 
 TEST_F(KelvodHangTest, refusesMessagesPastABoundAndTakesThemAgain) {
     startKelvod();
     RoleProcess& hung = startListeners();
-    EXPECT_EQ(ask(hung, "stick"), "sticks");
+    EXPECT_EQ(hung.ask("stick"), "sticks");
     EXPECT_EQ(callKelvod(NOTIFY_THERMAL_STATUS, {5}), OK);
     ASSERT_EQ(hung.receive(), "stuck") << "for a second the work thread waits";
     int taken = 0;

@@ -69,52 +69,46 @@ TEST_F(KelvodInputTest, getsItsAnswerOrItsError) {
     const std::u16string longText(50 * 1024, u'x');  // 100 KiB
     const std::u16string unclean = {u'a', 0xD800, u'b', 0xDC00, 0xDFFF, 0, 0xFFFE, u'c'};
     const int32_t most = std::numeric_limits<int32_t>::max();
-    const struct {
-        const char* what;
-        uint32_t code;
-        Fill fill;
-        std::vector<int32_t> reply;
-    } rows[] = {
-            {"no listener", REGISTER_CLIENT, kNothing, {-1}},
-            {"numbers for a listener", REGISTER_CLIENT, ints({1, 2, 3, 4, 5, 6, 7}), {-1}},
-            {"no listener", UNREGISTER_CLIENT, kNothing, {1}},
-            {"itself", REGISTER_CLIENT, kItself, {1}},
-            {"itself again", REGISTER_CLIENT, kItself, {1}},
-            {"no lists", SET_DYNAMIC_CONFIG, kNothing, {0}},
-            {"no list after the marker", SET_DYNAMIC_CONFIG, ints({21}), {0}},
-            {"other markers", SET_DYNAMIC_CONFIG, ints({20, 22, -21}), {0}},
-            {"a negative length", SET_DYNAMIC_CONFIG, ints({21, -5, 21, -1, 21, -most - 1}), {0}},
-            {"an endless list", SET_DYNAMIC_CONFIG, ints({21, most, 1, 2, 3}), {0}},
-            {"a list of 2^30", SET_DYNAMIC_CONFIG, ints({21, 1 << 30, 1}), {0}},
-            {"no number", SET_SCREEN_STATUS, kNothing, {}},
-            {"no number", SET_LIGHT_LAMP_STATUS, kNothing, {}},
-            {"no number", SET_SCREEN_FOLD_STATUS, kNothing, {}},
-            {"no number", NOTIFY_THERMAL_STATUS, kNothing, {}},
-            {"no number", COMPONENT_HEAT_TEST, kNothing, {}},
-            {"no such command", COMPONENT_HEAT_TEST, ints({most}), {}},
-            {"no text", SET_CURRENT_PACKAGE, kNothing, {}},
-            {"a negative length", SET_CURRENT_PACKAGE, ints({-2}), {}},
-            {"an endless text", SET_CURRENT_PACKAGE, ints({most, 0}), {}},
-            {"a cut text", SET_WIFI_INFO, kCutText, {}},
-            {"100 KiB", SET_CURRENT_PACKAGE, text(longText), {}},
-            {"100 KiB", SET_WIFI_INFO, text(longText), {}},
-            {"100 KiB", SET_NETWORK_INFO, text(longText), {}},
-            {"100 KiB", SET_NETWORK_SPEED_INFO, text(longText), {}},
-            {"unclean", SET_CURRENT_PACKAGE, text(unclean), {}},
-            {"unclean", SET_NETWORK_INFO, text(unclean), {}},
+    using Codes = std::vector<uint32_t>;
+    const Codes takeANumber{SET_SCREEN_STATUS, SET_LIGHT_LAMP_STATUS, SET_SCREEN_FOLD_STATUS,
+                            NOTIFY_THERMAL_STATUS, COMPONENT_HEAT_TEST};
+    const Codes takeAText{SET_CURRENT_PACKAGE, SET_WIFI_INFO, SET_NETWORK_INFO,
+                          SET_NETWORK_SPEED_INFO};
+    // what, codes, fill, answer
+    const std::tuple<const char*, Codes, Fill, std::vector<int32_t>> rows[] = {
+            {"no listener", {REGISTER_CLIENT}, kNothing, {-1}},
+            {"numbers for a listener", {REGISTER_CLIENT}, ints({1, 2, 3, 4, 5, 6, 7}), {-1}},
+            {"no listener", {UNREGISTER_CLIENT}, kNothing, {1}},
+            {"itself, then again", {REGISTER_CLIENT, REGISTER_CLIENT}, kItself, {1}},
+            {"no lists", {SET_DYNAMIC_CONFIG}, kNothing, {0}},
+            {"no list after the marker", {SET_DYNAMIC_CONFIG}, ints({21}), {0}},
+            {"other markers", {SET_DYNAMIC_CONFIG}, ints({20, 22, -21}), {0}},
+            {"negative lengths", {SET_DYNAMIC_CONFIG}, ints({21, -5, 21, -1, 21, -most - 1}), {0}},
+            {"an endless list", {SET_DYNAMIC_CONFIG}, ints({21, most, 1, 2, 3}), {0}},
+            {"a list of 2^30", {SET_DYNAMIC_CONFIG}, ints({21, 1 << 30, 1}), {0}},
+            {"no number", takeANumber, kNothing, {}},
+            {"no such command", {COMPONENT_HEAT_TEST}, ints({most}), {}},
+            {"no text", {SET_CURRENT_PACKAGE}, kNothing, {}},
+            {"a negative length", {SET_CURRENT_PACKAGE}, ints({-2}), {}},
+            {"an endless text", {SET_CURRENT_PACKAGE}, ints({most, 0}), {}},
+            {"a cut text", {SET_WIFI_INFO}, kCutText, {}},
+            {"100 KiB", takeAText, text(longText), {}},
+            {"unclean", {SET_CURRENT_PACKAGE, SET_NETWORK_INFO}, text(unclean), {}},
     };
     const sp<IBinder> kelvod = kelvodService();
-    for (const auto& row : rows) {
-        SCOPED_TRACE(std::to_string(row.code) + ": " + row.what);
-        KelvodRequest request;
-        row.fill(request);
-        Parcel reply;
-        EXPECT_EQ(kelvod->transact(row.code, request, &reply), OK);
-        EXPECT_EQ(reply.dataSize(), row.reply.size() * sizeof(int32_t));
-        for (const int32_t word : row.reply) {
-            EXPECT_EQ(reply.readInt32(), word);
+    for (const auto& [what, codes, fill, answer] : rows) {
+        for (const uint32_t code : codes) {
+            SCOPED_TRACE(std::to_string(code) + ": " + what);
+            KelvodRequest request;
+            fill(request);
+            Parcel reply;
+            EXPECT_EQ(kelvod->transact(code, request, &reply), OK);
+            EXPECT_EQ(reply.dataSize(), answer.size() * sizeof(int32_t));
+            for (const int32_t word : answer) {
+                EXPECT_EQ(reply.readInt32(), word);
+            }
+            EXPECT_EQ(callKelvod(GET_THERMAL_STATUS), OK);
         }
-        EXPECT_EQ(callKelvod(GET_THERMAL_STATUS), OK);
     }
     Parcel empty;
     Parcel reply;
@@ -148,8 +142,7 @@ TEST_F(KelvodInputTest, mayBeAListenerThatNeverReturns) {
     output.setPresent(true);
     startKelvod();
     RoleProcess& stuck = startListeners();
-    stuck.send("stick");
-    ASSERT_EQ(stuck.receive(), "sticks");
+    ASSERT_EQ(stuck.ask("stick"), "sticks");
     EXPECT_EQ(callKelvod(NOTIFY_THERMAL_STATUS, {5}), OK);
     ASSERT_EQ(stuck.receive(), "stuck");
     for (const uint32_t code : {4u, 5u, 9u, 17u, 20u, 21u, 22u, 23u, 25u, 101u}) {
@@ -162,9 +155,8 @@ TEST_F(KelvodInputTest, mayBeAListenerThatNeverReturns) {
     // What needs the work thread is taken, and waits.
     int32_t answer = 0;
     EXPECT_EQ(callKelvod(SET_LIGHT_LAMP_STATUS, {1}), OK);
-    EXPECT_EQ(
-            registerListener(new client::StatusListener([](const auto&, const auto&) {}), &answer),
-            OK);
+    const sp<IBinder> late = new client::StatusListener([](const auto&, const auto&) {});
+    EXPECT_EQ(registerListener(late, &answer), OK);
     EXPECT_EQ(answer, 1);
     EXPECT_EQ(countInLog("Register notifier successfully."), 1u);
     EXPECT_EQ(countInLog("Reload shell fitting model config flashon"), 0u);

@@ -5,21 +5,18 @@
 #include <poll.h>
 #include <stdlib.h>
 #include <sys/inotify.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <android-base/unique_fd.h>
 
 #include <chrono>
-#include <filesystem>
 #include <fstream>
 
 #include "client/CallValues.h"
 #include "common/ConfigStore.h"
+#include "support/Files.h"
 #include "support/Json.h"
-
-extern "C" {  // glibc's header does not say so itself
-#include <sys/pidfd.h>
-}
 
 using android::IBinder;
 using android::Parcel;
@@ -28,9 +25,9 @@ using android::String16;
 
 namespace {
 
-constexpr int kLookMs = 1000;  // should a change of the log not be seen
-
 using Clock = std::chrono::steady_clock;
+
+constexpr int kLookMs = 1000;  // should a change of the log not be seen
 
 /** Counts a text in a log that grows. */
 class LogCounter {
@@ -54,10 +51,6 @@ class LogCounter {
     std::string mLog;  // what may still be a part of the text
     size_t mCount = 0;
 };
-
-std::string programPath(const std::string& name) {
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path() / name;
-}
 
 std::string listFrom(int32_t first) {
     std::string list = "[-1";
@@ -118,7 +111,8 @@ size_t KelvodTest::countInLog(const std::string& text) const {
 }
 
 std::string KelvodTest::awaitEnding() const {
-    const android::base::unique_fd process(pidfd_open(mKelvod->pid(), 0));
+    const android::base::unique_fd process(
+            static_cast<int>(syscall(SYS_pidfd_open, mKelvod->pid(), 0)));
     pollfd ended{process.get(), POLLIN, 0};
     return poll(&ended, 1, kBinderWorldLimitMs) == 1 ? mKelvod->ending().value_or("gone") : "alive";
 }

@@ -33,6 +33,14 @@ android::status_t callKelvod(uint32_t code, const std::vector<client::Argument>&
  */
 inline constexpr char kListenRole[] = "listen";
 
+/** What COMPONENT_HEAT_TEST is told. */
+inline constexpr int32_t kStartHeat = 1;
+inline constexpr int32_t kStopHeat = 2;
+/** Members of "shell_temp_fitting_model" for heat monitoring. */
+inline constexpr char kHeatSources[] =
+        ",'heatsource_detection':{'heatsource_model':{'device_name':['cpu','display'],"
+        "'coefficient':[1,1]}}";
+
 /** The daemon as a process on a small phone: a zone of 40 °C, one model, 21 levels from 30 °C. */
 class KelvodTest : public testing::Test {
   protected:

@@ -1,23 +1,23 @@
 #include <android-base/unique_fd.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/syscall.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include "sim/tree/DeviceTree.h"
 #include "sim/tree/TemporaryFolder.h"
+#include "support/Files.h"
 #include "support/Program.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
 
 const std::string kHello = std::string(EXAMPLES) + "/hello/scenario.json";
 
@@ -25,21 +25,6 @@ constexpr int kLimitMs = 30000;
 
 bool exists(pid_t pid) {
     return fs::exists("/proc/" + std::to_string(pid));
-}
-
-/** The next line that holds the text; "" when none comes. */
-std::string lineWith(Program& program, const std::string& text) {
-    std::optional<std::string> line;
-    do {
-        line = program.readLine();
-    } while (line && line->find(text) == std::string::npos);
-    EXPECT_TRUE(line) << "no line with " << text;
-    return line.value_or("");
-}
-
-std::string readFile(const std::string& path) {
-    std::ifstream stream(path);
-    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 /** The events of a live run without their times, "kind" being part of each. */
@@ -54,56 +39,51 @@ std::vector<std::string> eventsOf(const std::string& root, const std::string& ki
     return events;
 }
 
+struct KelvosimLiveTest : testing::Test {
+    /** Writes a scenario; its path. */
+    std::string scenario(const std::string& text) const {
+        const std::string path = mFolder.path() + "/scenario.json";
+        std::ofstream(path) << text;
+        return path;
+    }
+    const sim::TemporaryFolder mFolder{"kelvo-test-"};
+    const std::string mRoot = mFolder.path() + "/phone";
+};
+
 }  // namespace
 
-TEST(KelvosimLiveTest, showsWhatTheDaemonTells) {
-    const sim::TemporaryFolder folder("kelvo-test-");
-    Program live("kelvosim", {"live", kHello}, folder.path());
-    EXPECT_TRUE(live.readLine()->starts_with("The phone is in " + folder.path()));
-    EXPECT_TRUE(live.readLine()->starts_with("    KELVO_ROOT=" + folder.path()));
-    EXPECT_TRUE(live.readLine()->starts_with("phone time"));
-    EXPECT_NE(lineWith(live, "    31.6   ").find("  default   "), std::string::npos);
-}
-
-TEST(KelvosimLiveTest, leavesNoProcessAndNoFolderBehind) {
+TEST_F(KelvosimLiveTest, showsWhatTheDaemonTellsAndLeavesNothingBehind) {
+    const std::string folder = mFolder.path();
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-        const sim::TemporaryFolder folder("kelvo-test-");
-        Program live("kelvosim", {"live", kHello}, folder.path());
-        for (int i = 0; i < 4; ++i) {
-            ASSERT_TRUE(live.readLine());
-        }
+        Program live("kelvosim", {"live", kHello}, folder);
+        EXPECT_TRUE(live.readLine()->starts_with("The phone is in " + folder));
+        EXPECT_TRUE(live.readLine()->starts_with("    KELVO_ROOT=" + folder));
+        EXPECT_TRUE(live.readLine()->starts_with("phone time"));
+        EXPECT_THAT(live.lineWith("    31.6   "), HasSubstr("  default   "));
         const std::vector<pid_t> processes = live.children();
         ASSERT_GE(processes.size(), 3u) << "hub, service manager and daemon";
-        EXPECT_FALSE(fs::is_empty(folder.path()));
+        EXPECT_FALSE(fs::is_empty(folder));
         live.signal(number);
         EXPECT_EQ(live.wait().status, 0) << number;
         EXPECT_TRUE(std::ranges::none_of(processes, exists)) << number;
-        EXPECT_TRUE(fs::is_empty(folder.path())) << number;
+        EXPECT_TRUE(fs::is_empty(folder)) << number;
     }
 }
 
-TEST(KelvosimLiveTest, saysHowTheDaemonEnded) {
-    const Program::Result result =
-            Program::run("kelvosim", {"live", kHello, "--", "/no/such/program"});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(result.err.starts_with("kelvosim: kelvod has ended with status 127")) << result.err;
+TEST_F(KelvosimLiveTest, saysHowTheDaemonEnded) {
+    EXPECT_THAT(Program::run("kelvosim", {"live", kHello, "--", "/no/such/program"}),
+                ended(1, StartsWith("kelvosim: kelvod has ended with status 127")));
 }
 
-TEST(KelvosimLiveTest, keepsAFolderOfItsUserAlone) {
-    const sim::TemporaryFolder folder("kelvo-test-");
-    sim::DeviceTree(folder.path()).setNode("/keep", "me");
-    const Program::Result result =
-            Program::run("kelvosim", {"live", kHello, "--root", folder.path()});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_NE(result.err.find("not an empty folder"), std::string::npos) << result.err;
-    EXPECT_TRUE(fs::exists(folder.path() + "/keep"));
+TEST_F(KelvosimLiveTest, keepsAFolderOfItsUserAlone) {
+    sim::DeviceTree(mRoot).setNode("/keep", "me");
+    EXPECT_THAT(Program::run("kelvosim", {"live", kHello, "--root", mRoot}),
+                ended(1, HasSubstr("not an empty folder")));
+    EXPECT_TRUE(fs::exists(mRoot + "/keep"));
 }
 
-TEST(KelvosimLiveTest, performsTheFrameworksActionsThroughBinder) {
-    const sim::TemporaryFolder folder("kelvo-test-");
-    const std::string root = folder.path() + "/phone";
-    const std::string scenario = folder.path() + "/scenario.json";
-    std::ofstream(scenario) << R"({"duration":7,
+TEST_F(KelvosimLiveTest, performsTheFrameworksActionsThroughBinder) {
+    const std::string actions = scenario(R"({"duration":7,
         "properties":{"persist.sys.kelvo.loglevel":"1"},
         "timeline":[
             {"t":0,"do":"listen","id":"a"},
@@ -118,55 +98,49 @@ TEST(KelvosimLiveTest, performsTheFrameworksActionsThroughBinder) {
             {"t":5,"do":"transact","code":15,"args":[{"int32":6}]},
             {"t":6,"do":"transact","code":1,"args":[{"listener":"a"}],"reply":["int32"]},
             {"t":6,"do":"transact","code":3,"reply":[]},
-            {"t":7,"do":"dump"}]})";
+            {"t":7,"do":"dump"}]})");
     const Program::Result run =
-            Program::run("kelvosim", {"live", scenario, "--root", root, "--speed", "4"});
+            Program::run("kelvosim", {"live", actions, "--root", mRoot, "--speed", "4"});
     ASSERT_EQ(run.status, 0) << run.err;
     const auto heard = [&](const std::string& listener) {
         std::vector<std::string> statuses;
-        for (const std::string& event : eventsOf(root, "\"" + listener + "\",\"status\":")) {
+        for (const std::string& event : eventsOf(mRoot, "\"" + listener + "\",\"status\":")) {
             if (event.find(":-1}") == std::string::npos) {  // the greeting of a new listener
                 statuses.push_back(event.substr(event.size() - 2, 1));
             }
         }
         return statuses;
     };
-    EXPECT_THAT(heard("a"), testing::ElementsAre("3", "4")) << "nothing after the call that failed";
-    EXPECT_THAT(heard("b"), testing::ElementsAre("3", "5")) << "nothing dead or unregistered";
-    EXPECT_THAT(eventsOf(root, "\"reply\""),
-                testing::ElementsAre(R"("event":"reply","code":1,"status":0,"values":[1]})",
-                                     R"("event":"reply","code":3,"status":-74,"values":[]})"));
-    EXPECT_EQ(eventsOf(root, "Git version:").size(), 1u);
-    const std::string log = readFile(root + "/data/kelvod.log");
-    EXPECT_NE(log.find("binder(uid:1000) died!"), std::string::npos) << log;
-    EXPECT_NE(log.find("already added"), std::string::npos) << "the same binder, not a new one";
+    EXPECT_THAT(heard("a"), ElementsAre("3", "4")) << "nothing after the call that failed";
+    EXPECT_THAT(heard("b"), ElementsAre("3", "5")) << "nothing dead or unregistered";
+    EXPECT_THAT(eventsOf(mRoot, "\"reply\""),
+                ElementsAre(R"("event":"reply","code":1,"status":0,"values":[1]})",
+                            R"("event":"reply","code":3,"status":-74,"values":[]})"));
+    EXPECT_EQ(eventsOf(mRoot, "Git version:").size(), 1u);
+    const std::string log = readFile(mRoot + "/data/kelvod.log");
+    EXPECT_THAT(log, HasSubstr("binder(uid:1000) died!"));
+    EXPECT_THAT(log, HasSubstr("already added")) << "the same binder, not a new one";
 }
 
-TEST(KelvosimLiveTest, refusesCallsOfOtherUsers) {
-    const sim::TemporaryFolder folder("kelvo-test-");
-    const std::string scenario = folder.path() + "/scenario.json";
-    std::ofstream(scenario) << R"({"duration":1,"timeline":[
+TEST_F(KelvosimLiveTest, refusesCallsOfOtherUsers) {
+    const std::string actions = scenario(R"({"duration":1,"timeline":[
         {"t":0,"do":"listen","id":"a","uid":10050},
-        {"t":0.5,"do":"transact","code":11,"uid":10050}]})";
-    const Program::Result run = Program::run("kelvosim", {"live", scenario});
-    EXPECT_EQ(run.status, 1);
-    EXPECT_NE(run.err.find("not as uid 10050: " + scenario + ": timeline, at t = 0.500"),
-              std::string::npos)
-            << run.err;
+        {"t":0.5,"do":"transact","code":11,"uid":10050}]})");
+    EXPECT_THAT(Program::run("kelvosim", {"live", actions}),
+                ended(1, HasSubstr("not as uid 10050: " + actions + ": timeline, at t = 0.500")));
 }
 
-TEST(KelvosimLiveTest, goesOnWhileTheDaemonRestartsOrHangs) {
-    const sim::TemporaryFolder folder("kelvo-test-");
-    Program live("kelvosim", {"live", kHello, "--root", folder.path() + "/phone", "--", "/bin/sh",
-                              "-c", std::string("while :; do ") + KELVOD + "; done"});
-    lineWith(live, "    31.6   ");
+TEST_F(KelvosimLiveTest, goesOnWhileTheDaemonRestartsOrHangs) {
+    Program live("kelvosim", {"live", kHello, "--root", mRoot, "--", "/bin/sh", "-c",
+                              std::string("while :; do ") + KELVOD + "; done"});
+    EXPECT_NE(live.lineWith("    31.6   "), "");
     const pid_t shell = live.children().back();
     const auto daemon = [shell] { return Program::childrenOf(shell).at(0); };
     const pid_t first = daemon();
     kill(first, SIGSTOP);
-    lineWith(live, "(kelvod does not answer)");
+    EXPECT_NE(live.lineWith("(kelvod does not answer)"), "");
     kill(first, SIGKILL);
-    lineWith(live, "    31.6   ");
+    EXPECT_NE(live.lineWith("    31.6   "), "");
     const pid_t second = daemon();
     EXPECT_NE(first, second);
     const android::base::unique_fd end(static_cast<int>(syscall(SYS_pidfd_open, second, 0)));

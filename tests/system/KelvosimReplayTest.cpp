@@ -1,18 +1,16 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <json/json.h>
 #include <pty.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <sstream>
 
 #include "sim/tree/TemporaryFolder.h"
+#include "support/Files.h"
+#include "support/Json.h"
 #include "support/Program.h"
 
 namespace {
@@ -24,21 +22,11 @@ std::string example(const std::string& name) {
     return std::string(EXAMPLES) + "/" + name + "/scenario.json";
 }
 
-std::string read(const std::string& file) {
-    std::ifstream stream(file);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 /** A replay's lines of JSON. */
 std::vector<Json::Value> linesOf(const std::string& name, const std::vector<std::string>& options) {
     std::vector<std::string> arguments{"replay", example(name)};
     arguments.insert(arguments.end(), options.begin(), options.end());
-    std::istringstream lines(Program::run("kelvosim", arguments).out);
-    std::vector<Json::Value> values;
-    for (std::string line; std::getline(lines, line);) {
-        std::istringstream(line) >> values.emplace_back();
-    }
-    return values;
+    return parsedLines(Program::run("kelvosim", arguments).out);
 }
 
 void expectSumsAreRight(const Json::Value& pass) {
@@ -92,9 +80,35 @@ std::map<double, int32_t> frontOf(const std::string& name) {
     return front;
 }
 
+struct KelvosimReplayTest : testing::Test {
+    std::string path(const std::string& name) const { return mFolder.path() + "/" + name; }
+
+  private:
+    const sim::TemporaryFolder mFolder{"kelvo-test-"};
+};
+
+struct Outcome {
+    std::string events;
+    std::string errors;  // lines of the log at this priority
+};
+
+Outcome replay(const std::string& scenario, const std::string& level) {
+    const sim::TemporaryFolder folder("kelvo-test-");
+    const std::string log = folder.path() + "/log";
+    const Program::Result run = Program::run(
+            "kelvosim", {"replay", scenario, "--events", "-", "--log", log, "--loglevel", level});
+    EXPECT_EQ(run.status, 0) << run.err;
+    std::istringstream lines(readFile(log));
+    std::string errors;
+    for (std::string line; std::getline(lines, line);) {
+        errors += line.find(" E ") == std::string::npos ? "" : line + "\n";
+    }
+    return {run.out, errors};
+}
+
 }  // namespace
 
-TEST(KelvosimReplayTest, givesTheSameEventsOnEveryRunAndAtEveryLogLevel) {
+TEST_F(KelvosimReplayTest, givesTheSameEventsOnEveryRunAndAtEveryLogLevel) {
     using Levels = std::vector<std::string>;
     for (const auto& entry : std::filesystem::directory_iterator(EXAMPLES)) {
         if (!entry.is_directory()) {
@@ -103,20 +117,38 @@ TEST(KelvosimReplayTest, givesTheSameEventsOnEveryRunAndAtEveryLogLevel) {
         const std::string name = entry.path().filename();
         const Program::Result first = Program::run("kelvosim", {"replay", example(name)});
         EXPECT_EQ(first.status, 0) << first.err;
-        EXPECT_NE(first.out.find("\"event\":\"write\""), std::string::npos) << name;
+        EXPECT_THAT(first.out, HasSubstr("\"event\":\"write\"")) << name;
         EXPECT_TRUE(first.out.ends_with("\"event\":\"end\"}\n")) << name;
         // One more run of the long day is enough.
-        const auto levels = name == "day" ? Levels{"0"} : Levels{"-1", "2"};
-        for (const std::string& level : levels) {
-            const Program::Result run =
-                    Program::run("kelvosim", {"replay", example(name), "--events", "-", "--log",
-                                              "/dev/null", "--loglevel", level});
-            EXPECT_EQ(run.out, first.out) << name << " at level " << level;
+        for (const std::string& level : name == "day" ? Levels{"0"} : Levels{"-1", "2"}) {
+            EXPECT_EQ(replay(example(name), level).events, first.out) << name << " at " << level;
         }
     }
 }
 
-TEST(KelvosimReplayTest, showsInTheShellWhatTheExamplesAreFor) {
+TEST_F(KelvosimReplayTest, doesTheSameAtEveryLogLevelWithHeatTablesOfNoUse) {
+    const std::string scenario = path("scenario.json");
+    std::ofstream(scenario) << json(
+            "{'duration':120,'zones':[{'type':'hot','temp':45000}],'config':{'main':'kelvo.json'}"
+            "}");
+    for (const char* brightness : {"{}", "{'factor':['el_brt',7],'coefficient':[500,1]}",
+                                   "{'factor':['el_brt'],'coefficient':[]}"}) {
+        std::ofstream(path("kelvo.json"))
+                << json("{'shell_temp_fitting_model':{" + scene("default", 0, "hot") +
+                        ",'heatsource_detection':{'heatsource_model':{},'gpu_model':3,"
+                        "'cellar_model':{'thermal_zone_type':['nowhere']},"
+                        "'brightness_model':" +
+                        brightness + "}}}");
+        const Outcome quiet = replay(scenario, "0");
+        EXPECT_THAT(quiet.errors, HasSubstr("displayComp init load heat source play model"))
+                << "the components were made";
+        const Outcome talkative = replay(scenario, "2");
+        EXPECT_EQ(quiet.errors, talkative.errors) << brightness;
+        EXPECT_EQ(quiet.events, talkative.events) << brightness;
+    }
+}
+
+TEST_F(KelvosimReplayTest, showsInTheShellWhatTheExamplesAreFor) {
     const std::map<std::string, std::vector<int32_t>> outputs{
             {"scenes", {32500, 34500, 32500, 31000, 32500, 33500, 34500, 33500}},
             {"failing-zone", {32500, 33300, 34300, 31800, 33000}}};
@@ -140,7 +172,7 @@ TEST(KelvosimReplayTest, showsInTheShellWhatTheExamplesAreFor) {
                       HasSubstr("225.000 E switch to scene flashon failed, keep origin\n")));
 }
 
-TEST(KelvosimReplayTest, heatsTheShellDuringTheGame) {
+TEST_F(KelvosimReplayTest, heatsTheShellDuringTheGame) {
     const std::map<double, int32_t> front = frontOf("game");
     const auto at = [&](double time) { return std::prev(front.upper_bound(time))->second; };
     const int32_t before = at(20);
@@ -150,33 +182,30 @@ TEST(KelvosimReplayTest, heatsTheShellDuringTheGame) {
     EXPECT_LT(std::abs(at(600) - at(560)), 1500) << "a shell is slow";
 }
 
-TEST(KelvosimReplayTest, sendsEventsAndLogWhereItIsTold) {
-    const sim::TemporaryFolder folder("kelvo-test-");
-    const std::string events = folder.path() + "/events";
-    const std::string log = folder.path() + "/log";
+TEST_F(KelvosimReplayTest, sendsEventsAndLogWhereItIsTold) {
+    const std::string events = path("events");
+    const std::string log = path("log");
     const Program::Result result = Program::run(
             "kelvosim",
             {"replay", example("hello"), "--events", events, "--log", log, "--loglevel", "1"});
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(result.out, "");
-    EXPECT_TRUE(read(events).starts_with("{\"t\":0.000,\"event\":\"write\","));
-    EXPECT_TRUE(read(log).starts_with("0.000 E kelvo main start\n"));
-    EXPECT_NE(read(log).find(" I shell temp fitting module init...\n"), std::string::npos);
+    EXPECT_TRUE(readFile(events).starts_with("{\"t\":0.000,\"event\":\"write\","));
+    EXPECT_TRUE(readFile(log).starts_with("0.000 E kelvo main start\n"));
+    EXPECT_NE(readFile(log).find(" I shell temp fitting module init...\n"), std::string::npos);
 }
 
-TEST(KelvosimReplayTest, writesOnlyTheEndWhenTheDaemonIsDisabled) {
-    const sim::TemporaryFolder folder("kelvo-test-");
-    const std::string scenario = folder.path() + "/scenario.json";
+TEST_F(KelvosimReplayTest, writesOnlyTheEndWhenTheDaemonIsDisabled) {
+    const std::string scenario = path("scenario.json");
     std::ofstream(scenario) << R"({"name":"off","duration":3,
         "properties":{"persist.sys.kelvo.enable":"0"}})";
     EXPECT_EQ(Program::run("kelvosim", {"replay", scenario}).out,
               "{\"t\":3.000,\"event\":\"end\"}\n");
 }
 
-TEST(KelvosimReplayTest, comparesWithAnotherConfiguration) {
-    const sim::TemporaryFolder folder("kelvo-test-");
-    const std::string other = folder.path() + "/other.json";
-    const std::string page = folder.path() + "/page.html";
+TEST_F(KelvosimReplayTest, comparesWithAnotherConfiguration) {
+    const std::string other = path("other.json");
+    const std::string page = path("page.html");
     const auto against = [&](const std::string& file) {
         return Program::run("kelvosim",
                             {"replay", example("hello"), "--against", file, "--report", page});
@@ -184,7 +213,7 @@ TEST(KelvosimReplayTest, comparesWithAnotherConfiguration) {
     const std::string own = std::string(EXAMPLES) + "/hello/kelvo.json";
     EXPECT_THAT(against(own).out, HasSubstr("\nidentical: shell temperature, level, "));
     // The one model of the example, two degrees warmer from its constant on.
-    std::string text = read(own);
+    std::string text = readFile(own);
     const size_t constant = text.rfind("1500]");
     ASSERT_NE(constant, std::string::npos);
     std::ofstream(other) << "// warmer\n" << text.replace(constant, 1, "3");
@@ -192,16 +221,14 @@ TEST(KelvosimReplayTest, comparesWithAnotherConfiguration) {
     EXPECT_EQ(warmer.status, 0) << warmer.err;
     EXPECT_THAT(warmer.out, AllOf(HasSubstr("  mean           2.000 absolute, +2.000 signed\n"),
                                   HasSubstr("(+2.000)\n")));
-    EXPECT_THAT(read(page), HasSubstr("\"other\":{\"config\":\"" + other + "\""));
+    EXPECT_THAT(readFile(page), HasSubstr("\"other\":{\"config\":\"" + other + "\""));
     std::ofstream(other) << "{\n\"a\": }";
-    EXPECT_EQ(against(other).status, 1);
-    EXPECT_THAT(against(other).err, HasSubstr(other + ": line 2, column 6\n"));
+    EXPECT_THAT(against(other), ended(1, HasSubstr(other + ": line 2, column 6\n")));
 }
 
-TEST(KelvosimReplayTest, tellsATerminalHowFarItHasCome) {
-    const sim::TemporaryFolder folder("kelvo-test-");
-    const std::string scenario = folder.path() + "/scenario.json";
-    const std::string events = folder.path() + "/events";
+TEST_F(KelvosimReplayTest, tellsATerminalHowFarItHasCome) {
+    const std::string scenario = path("scenario.json");
+    const std::string events = path("events");
     const std::string program = std::filesystem::path(KELVOD).parent_path() / "kelvosim";
     std::string shown;
     // Until it takes more than the half second after which there is something to tell.
@@ -227,16 +254,15 @@ TEST(KelvosimReplayTest, tellsATerminalHowFarItHasCome) {
                                              "real time.*\r\x1b\\[K"));
 }
 
-TEST(KelvosimReplayTest, explainsEachValueByWhatItWasMadeOf) {
+TEST_F(KelvosimReplayTest, explainsEachValueByWhatItWasMadeOf) {
     // What the daemon wrote, pass by pass, must be what the reasons say was written.
-    for (const char* name : {"game", "scenes", "failing-zone"}) {
-        std::multimap<double, std::string> written;
+    for (const std::string name : {"game", "scenes", "failing-zone"}) {
+        std::multimap<double, std::string> written, explained;
         for (const Json::Value& event : linesOf(name, {"--events", "-"})) {
             if (event["event"] == "write" && event["path"] == "/proc/shell-temp") {
                 written.emplace(event["t"].asDouble(), event["text"].asString());
             }
         }
-        std::multimap<double, std::string> explained;
         int32_t level = -1;
         std::map<std::string, size_t> counts;
         for (const Json::Value& line : linesOf(name, {"--explain", "-"})) {
@@ -245,24 +271,23 @@ TEST(KelvosimReplayTest, explainsEachValueByWhatItWasMadeOf) {
             if (event == "fitting_pass") {
                 expectSumsAreRight(line);
                 EXPECT_EQ(line["failed"].isNull(), !line["outputs"].empty()) << line;
-                for (const Json::Value& output : line["outputs"]) {
-                    if (output["written"].asBool()) {
-                        explained.emplace(line["t"].asDouble(), output["index"].asString() + " " +
-                                                                        output["value"].asString());
+                for (const Json::Value& out : line["outputs"]) {
+                    if (out["written"].asBool()) {
+                        explained.emplace(line["t"].asDouble(),
+                                          out["index"].asString() + " " + out["value"].asString());
                     }
                 }
             } else if (event == "level_decision") {
                 EXPECT_EQ(line["old_level"].asInt(), level) << line;
                 level = line["level"].asInt();
-                EXPECT_EQ(level == line["old_level"].asInt(),
-                          line["rule"].asString().starts_with("kept"))
-                        << line;
+                const bool isKept = line["rule"].asString().starts_with("kept");
+                EXPECT_EQ(level == line["old_level"].asInt(), isKept) << line;
             } else if (event == "heat_ranking") {
                 expectRanked(line);
             }
         }
         EXPECT_EQ(explained, written) << name;
         EXPECT_GT(counts["level_decision"], 0u) << name;
-        EXPECT_EQ(counts["heat_ranking"] > 0, name == std::string("game"));
+        EXPECT_EQ(counts["heat_ranking"] > 0, name == "game");
     }
 }

@@ -3,9 +3,9 @@
 #include <binder/IServiceManager.h>
 #include <binder/ProcessState.h>
 
+#include <algorithm>
 #include <condition_variable>
 #include <mutex>
-#include <thread>
 
 #include "KelvodTest.h"
 #include "client/StatusListener.h"
@@ -37,23 +37,16 @@ class Ears {
     }
     std::string heard() {
         const std::lock_guard lock(mMutex);
-        for (const std::string& heard : mHeard) {
-            if (heard != mHeard.front()) {
-                return "they differ";
-            }
-        }
-        return mHeard.front();
+        const std::string& first = mHeard.front();
+        const bool agree = std::ranges::count(mHeard, first) == std::ssize(mHeard);
+        return agree ? first : "they differ";
     }
     void waitFor(const std::string& text) {
         std::unique_lock lock(mMutex);
-        mChanged.wait(lock, [&] {
-            for (const std::string& heard : mHeard) {
-                if (heard.find(text) == std::string::npos) {
-                    return false;
-                }
-            }
-            return true;
-        });
+        const auto holdsIt = [&](const std::string& heard) {
+            return heard.find(text) != heard.npos;
+        };
+        mChanged.wait(lock, [&] { return std::ranges::all_of(mHeard, holdsIt); });
     }
     void stick() {
         const std::lock_guard lock(mMutex);

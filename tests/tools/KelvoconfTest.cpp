@@ -1,18 +1,21 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <stdlib.h>
 
 #include <filesystem>
+#include <map>
 
 #include "common/ConfigStore.h"
 #include "sim/tree/DeviceTree.h"
 #include "support/Program.h"
 
 namespace fs = std::filesystem;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
 
 namespace {
 
-class KelvoconfTest : public testing::Test {
-  protected:
+struct KelvoconfTest : testing::Test {
     KelvoconfTest() { fs::current_path(files.root()); }
 
     /** Runs the tool in the folder of the files; standard error is part of `out`. */
@@ -42,9 +45,9 @@ TEST_F(KelvoconfTest, encryptOnlyWarnsOfTextThatTheDaemonWouldReject) {
     files.setNode("/in.json", "\xef\xbb\xbf /* { */\n// {\n{\"a\": x}");
     const Program::Result result = run("encrypt in.json out.conf");
     EXPECT_EQ(result.status, 0);
-    EXPECT_TRUE(result.out.starts_with(
-            "kelvoconf: warning: dropped 17 bytes before the first \"{\": in.json\n"));
-    EXPECT_TRUE(result.out.ends_with(": in.json:3:7\n")) << result.out;
+    EXPECT_THAT(result.out, StartsWith("kelvoconf: warning: dropped 17 bytes before the first "
+                                       "\"{\": in.json\n"));
+    EXPECT_THAT(result.out, EndsWith(": in.json:3:7\n"));
     EXPECT_EQ(files.node("/out.conf"), common::encryptConfig("{\"a\": x}"));
 }
 
@@ -53,11 +56,8 @@ TEST_F(KelvoconfTest, failuresSayWhatAndWhere) {
     files.setNode("/bad.json", "// first line\n{\"a\": 1,\n \"b\": x}");
     files.setNode("/bad.conf", common::encryptConfig("{\n]"));
     files.setNode("/out", "untouched");
-    const struct {
-        const char* arguments;
-        int status;
-        const char* message;  // how the first line ends
-    } cases[] = {
+    // arguments, status, message (how the first line ends)
+    const std::tuple<const char*, int, const char*> cases[] = {
             {"encrypt list.json out", 1, "the text does not begin with an object: list.json"},
             {"encrypt none.json out", 1, "cannot open (No such file or directory): none.json"},
             {"encrypt bad.json none/out", 1, ": none/out"},
@@ -71,12 +71,11 @@ TEST_F(KelvoconfTest, failuresSayWhatAndWhere) {
             {"show list.json", 1, ": list.json"},
             {"merge --platform SM8450 bad.json", 2, ": command line"},
     };
-    for (const auto& test : cases) {
-        const Program::Result result = run(test.arguments);
-        EXPECT_EQ(result.status, test.status) << test.arguments;
-        EXPECT_TRUE(result.out.starts_with("kelvoconf: ")) << result.out;
-        EXPECT_NE(result.out.find(std::string(test.message) + "\n"), std::string::npos)
-                << test.arguments << ": " << result.out;
+    for (const auto& [arguments, status, message] : cases) {
+        const Program::Result result = run(arguments);
+        EXPECT_EQ(result.status, status) << arguments;
+        EXPECT_THAT(result.out, StartsWith("kelvoconf: "));
+        EXPECT_THAT(result.out, HasSubstr(std::string(message) + "\n")) << arguments;
     }
     EXPECT_EQ(files.node("/out"), "untouched");
 }
@@ -99,15 +98,12 @@ TEST_F(KelvoconfTest, mergePrintsDocumentOrWhoSetWhatLast) {
               "o = \"ü\"  # sub: project section R\n"
               "p.x = 0.2  # main: platform section SM8450\n"
               "p.z.v = true  # main: project group \"Q,R\"\n");
-    EXPECT_NE(
-            run(options + "sub.conf --project Q --explain --json")
-                    .out.find(R"({"path":["b.c"],"value":8,"section":"sub: project group \"Q,R\""})"
-                              "\n"),
-            std::string::npos);
-    EXPECT_TRUE(run(options + "--project '' --json")
-                        .out.ends_with(R"("a":2,"o":{"x":3},"p":{"x":0.2}})"
-                                       "\n"));
-    EXPECT_TRUE(run(options + "--project ''").out.ends_with("\n\t\t\"x\" : 0.2\n\t}\n}\n"));
+    EXPECT_THAT(run(options + "sub.conf --project Q --explain --json").out,
+                HasSubstr(R"({"path":["b.c"],"value":8,"section":"sub: project group \"Q,R\""})"
+                          "\n"));
+    EXPECT_THAT(run(options + "--project '' --json").out,
+                EndsWith("\"a\":2,\"o\":{\"x\":3},\"p\":{\"x\":0.2}}\n"));
+    EXPECT_THAT(run(options + "--project ''").out, EndsWith("\n\t\t\"x\" : 0.2\n\t}\n}\n"));
     EXPECT_EQ(run("merge --explain --platform MT6983 --project X main.json").out,
               "kelvoconf: warning: this section is not an object, ignored: "
               "main: platform section MT6983\n");
@@ -120,11 +116,8 @@ TEST_F(KelvoconfTest, lintEndsWithTheWorstOfItsFindings) {
     files.setNode("/wrong.conf", common::encryptConfig(good + ",\n\"big_data\": 5}"));
     files.setNode("/zones", "# the phone's\ncpu\nskim\n");
     files.setNode("/sub.json", R"({"config_versions": "x"})");
-    const struct {
-        const char* arguments;
-        int status;
-        const char* part;
-    } cases[] = {
+    // arguments, status, part
+    const std::tuple<const char*, int, const char*> cases[] = {
             {"warned.json", 1, "\n0 errors, 2 warnings; zones not judged (no --zones)\n"},
             {"warned.json --json", 1,
              R"({"severity":"warning","rule":"unknown-key",)"
@@ -135,26 +128,23 @@ TEST_F(KelvoconfTest, lintEndsWithTheWorstOfItsFindings) {
             {"warned.json sub.json", 1, "sub.json:1: warning: config_versions: "},
             {"warned.json --zones none", 3, "kelvoconf: cannot open"},
     };
-    for (const auto& test : cases) {
+    for (const auto& [arguments, status, part] : cases) {
         const Program::Result result =
-                run("lint --platform SM8450 --project Q " + std::string(test.arguments));
-        EXPECT_EQ(result.status, test.status) << test.arguments;
-        EXPECT_NE(result.out.find(test.part), std::string::npos)
-                << test.arguments << ": " << result.out;
+                run("lint --platform SM8450 --project Q " + std::string(arguments));
+        EXPECT_EQ(result.status, status) << arguments;
+        EXPECT_THAT(result.out, HasSubstr(part)) << arguments;
     }
 }
 
 TEST_F(KelvoconfTest, draftListsZonesAndBeginsAConfiguration) {
-    const struct {
-        const char* type;
-        std::optional<int32_t> temp;
-    } zones[] = {{"cpu", 36000},       {"battery", 31000}, {"battery", 31500},
-                 {"board-ntc", 33000}, {"lcd-ntc", {}},    {"quiet-ntc", 33500},
-                 {"xo", -274000},      {"skin", 30},       {"charger", 32000}};
+    const std::pair<const char*, std::optional<int32_t>> zones[] = {
+            {"cpu", 36000},       {"battery", 31000}, {"battery", 31500},
+            {"board-ntc", 33000}, {"lcd-ntc", {}},    {"quiet-ntc", 33500},
+            {"xo", -274000},      {"skin", 30},       {"charger", 32000}};
     sim::DeviceTree phone(files.root() + "/phone");
     int32_t index = 0;
-    for (const auto& zone : zones) {
-        phone.addZone(index++, zone.type, zone.temp);
+    for (const auto& [type, temp] : zones) {
+        phone.addZone(index++, type, temp);
     }
     phone.addZone(11, "late", 30000);
     const Program::Result drafted = run("draft --root phone --output draft.json");
@@ -174,13 +164,11 @@ TEST_F(KelvoconfTest, draftListsZonesAndBeginsAConfiguration) {
     const std::string lint = " --zones phone --platform SM8450 --project Q ";
     EXPECT_EQ(run("lint draft.json" + lint).out, "0 errors, 0 warnings\n");
     const std::string used = files.node("/draft.json").value_or("");
-    EXPECT_NE(used.find("[\"board-ntc\", \"quiet-ntc\", \"charger\"]"), std::string::npos) << used;
+    EXPECT_THAT(used, HasSubstr("[\"board-ntc\", \"quiet-ntc\", \"charger\"]"));
     EXPECT_EQ(run("draft --root phone 2> /dev/null | " KELVOCONF " lint -" + lint).status, 0);
-    EXPECT_NE(run("draft --root phone --zones-only --json")
-                      .out.find(R"({"index":4,"type":"lcd-ntc","sample":null,)"
-                                R"("remarks":["unreadable"]})"
-                                "\n"),
-              std::string::npos);
+    EXPECT_THAT(run("draft --root phone --zones-only --json").out,
+                HasSubstr("{\"index\":4,\"type\":\"lcd-ntc\",\"sample\":null,"
+                          "\"remarks\":[\"unreadable\"]}\n"));
 }
 
 TEST_F(KelvoconfTest, showsWhatTheDaemonMakesOfAFile) {
@@ -212,17 +200,12 @@ TEST_F(KelvoconfTest, showsWhatTheDaemonMakesOfAFile) {
 
 TEST_F(KelvoconfTest, completesCommandsOptionsAndFiles) {
     files.setNode("/main.json", "");
-    for (const auto& [words, expected] :
-         std::vector<std::pair<std::string, std::string>>{{"d", "decrypt draft"},
-                                                          {"lint --z", "--zones"},
-                                                          {"lint --zones ma", "main.json"},
-                                                          {"merge --platform ''", ""},
-                                                          {"--vers", "--version"}}) {
-        const Program::Result result = Program::run(
-                "/bin/bash", {"-eu", "-c",
-                              "source " COMPLETION "; COMP_WORDS=(kelvoconf " + words +
-                                      "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _kelvoconf;"
-                                      " echo -n \"${COMPREPLY[*]}\""});
-        EXPECT_EQ(result.out, expected) << words << result.err;
+    const std::map<std::string, std::string> rows{{"d", "decrypt draft"},
+                                                  {"lint --z", "--zones"},
+                                                  {"lint --zones ma", "main.json"},
+                                                  {"merge --platform ''", ""},
+                                                  {"--vers", "--version"}};
+    for (const auto& [words, offered] : rows) {
+        EXPECT_EQ(Program::completed(COMPLETION, "kelvoconf " + words), offered) << words;
     }
 }

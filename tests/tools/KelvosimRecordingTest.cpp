@@ -1,16 +1,15 @@
 // What a replay leaves behind for people: the page in a browser and the trace.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <map>
 #include <sstream>
 
 #include "sim/scenario/JsonPlace.h"
 #include "sim/tree/TemporaryFolder.h"
+#include "support/Files.h"
+#include "support/Json.h"
 #include "support/Program.h"
 
 namespace {
@@ -19,13 +18,6 @@ using testing::AllOf;
 using testing::Contains;
 using testing::HasSubstr;
 
-constexpr char kBrowser[] = "/usr/bin/chromium-headless-shell";
-
-std::string read(const std::string& file) {
-    std::ifstream stream(file);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 /** A replay of an example with all that it writes. */
 class Replay {
   public:
@@ -33,22 +25,19 @@ class Replay {
     explicit Replay(const std::string& name, const std::string& wrong = "",
                     const std::string& right = "") {
         std::filesystem::copy(std::string(EXAMPLES) + "/" + name, path("scenario"));
-        std::string config = read(path("scenario/kelvo.json"));
+        std::string config = readFile(path("scenario/kelvo.json"));
         config.replace(config.find(right), right.size(), wrong);
         std::ofstream(path("scenario/kelvo.json")) << config;
         const Program::Result result = Program::run(
                 "kelvosim", {"replay", path("scenario/scenario.json"), "--events", path("events"),
                              "--report", page(), "--perfetto", path("trace")});
         EXPECT_EQ(result.status, 0) << result.err;
-        std::istringstream lines(read(path("events")));
-        for (std::string line; std::getline(lines, line);) {
-            mEvents.push_back(sim::parseJson(line, "events"));
-        }
+        mEvents = parsedLines(readFile(path("events")));
     }
 
     std::string path(const std::string& name) const { return mFolder.path() + "/" + name; }
     std::string page() const { return path("page.html"); }
-    Json::Value trace() const { return sim::parseJson(read(path("trace")), "trace"); }
+    Json::Value trace() const { return sim::parseJson(readFile(path("trace")), "trace"); }
 
     /** What was written to the node of the shell: index → ms → m°C. */
     std::map<int32_t, std::map<int64_t, int32_t>> writes() const {
@@ -75,26 +64,23 @@ class Replay {
     std::vector<Json::Value> mEvents;
 };
 
-/** A page of the replay, or "about:blank". */
-Program::Result browse(const Replay& replay, const std::string& what,
-                       std::vector<std::string> options) {
-    options.insert(options.begin(), {"--no-sandbox", "--disable-gpu", "--window-size=1366,2400",
-                                     "--user-data-dir=" + replay.path("profile")});
-    options.push_back(what == "about:blank" ? what : "file://" + what);
-    Program browser(kBrowser, options);
-    return browser.wait();
+/** A page in the browser, with an option that says what of it is wanted. */
+Program::Result browse(const Replay& replay, const std::string& page, const std::string& option) {
+    return Program::run("/usr/bin/chromium-headless-shell",
+                        {"--no-sandbox", "--disable-gpu", "--window-size=1366,2400",
+                         "--user-data-dir=" + replay.path("profile"), option, page});
 }
 
 /** Runs a script at the end of a copy of the page; the value of its last line as JSON. */
 Json::Value ask(const Replay& replay, const std::string& expression) {
-    std::string page = read(replay.page());
+    std::string page = readFile(replay.page());
     page.insert(page.rfind("</body>"),
                 "<pre id=answer></pre><script>document.getElementById('answer').textContent ="
                 " '@@@' + JSON.stringify(" +
                         expression + ") + '@@@';</script>");
     const std::string copy = replay.path("copy.html");
     std::ofstream(copy) << page;
-    const Program::Result result = browse(replay, copy, {"--dump-dom"});
+    const Program::Result result = browse(replay, "file://" + copy, "--dump-dom");
     const size_t begin = result.out.find("@@@{");
     const size_t end = result.out.find("}@@@");
     if (result.status != 0 || begin == std::string::npos || end == std::string::npos) {
@@ -204,11 +190,11 @@ TEST(KelvosimReportTest, warnsOfTheConfiguration) {
 
 TEST(KelvosimReportTest, isNoBlankPage) {
     const Replay replay("hello");
-    const auto pictureOf = [&](const std::string& what, const std::string& name) {
-        browse(replay, what, {"--screenshot=" + replay.path(name)});
-        return std::filesystem::file_size(replay.path(name));
+    const auto pictureSize = [&](const std::string& page) {
+        browse(replay, page, "--screenshot=" + replay.path("picture.png"));
+        return std::filesystem::file_size(replay.path("picture.png"));
     };
-    EXPECT_GT(pictureOf(replay.page(), "page.png"), 8 * pictureOf("about:blank", "blank.png"));
+    EXPECT_GT(pictureSize("file://" + replay.page()), 8 * pictureSize("about:blank"));
 }
 
 TEST(KelvosimPerfettoTest, holdsTheReplaysFigures) {
