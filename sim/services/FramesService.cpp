@@ -26,8 +26,9 @@ class Compositor : public android::BBinder {
         if (code != kGetGlobalFrames) {
             return BBinder::onTransact(code, data, reply, flags);
         }
-        return data.checkInterface(this) ? reply->writeInt32(mContext.values.get().frames)
-                                         : android::PERMISSION_DENIED;
+        return data.checkInterface(this) && data.dataAvail() == 0
+                       ? reply->writeInt32(mContext.values.get().frames)
+                       : android::PERMISSION_DENIED;
     }
 
   private:

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <tuple>
-
 #include "sim/virtual/VirtualTime.h"
 #include "support/LogCapture.h"
 

@@ -3,7 +3,6 @@
 #include <binder/Parcel.h>
 #include <binder_linux/LocalServiceManager.h>
 #include <gmock/gmock.h>
-#include <unistd.h>
 
 #include "LinesOf.h"
 #include "base/Version.h"
@@ -14,8 +13,7 @@ using android::sp;
 namespace {
 
 // Writes the daemon's registrations into the log, and refuses them when told to.
-class RecordingServiceManager : public android::LocalServiceManager {
-  public:
+struct RecordingServiceManager : android::LocalServiceManager {
     std::vector<sp<android::IBinder>> services;
     android::status_t answer = android::OK;
 
@@ -33,8 +31,7 @@ class RecordingServiceManager : public android::LocalServiceManager {
 
 constexpr char kEnable[] = "persist.sys.kelvo.enable";
 
-class KelvoMainTest : public EngineTest {
-  protected:
+struct KelvoMainTest : EngineTest {
     KelvoMainTest() { android::installLocalServiceManager(services); }
 
     const sp<RecordingServiceManager> services = new RecordingServiceManager();

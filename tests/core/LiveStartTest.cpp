@@ -3,7 +3,6 @@
 #include <binder_linux/LocalServiceManager.h>
 #include <gmock/gmock.h>
 #include <pthread.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 #include <functional>
@@ -12,17 +11,14 @@
 #include "common/ConfigStore.h"
 #include "core/KelvoMain.h"
 #include "core/MessageManager.h"
-#include "sim/tree/DeviceTree.h"
+#include "support/Files.h"
 #include "support/Json.h"
 #include "support/LogCapture.h"
-#include "support/Program.h"
-
-using testing::HasSubstr;
+#include "support/Phone.h"
 
 namespace {
 
-class LiveStart : public testing::Test {
-  protected:
+struct LiveStart : testing::Test {
     LiveStart() {
         android::installLocalServiceManager();
         tree.setProperty("persist.sys.kelvo.enable", "1");
@@ -35,7 +31,7 @@ class LiveStart : public testing::Test {
         }
     }
 
-    sim::DeviceTree tree{getenv("KELVO_ROOT")};
+    sim::DeviceTree tree = phone();
     LogCapture log;
 };
 
@@ -60,9 +56,7 @@ TEST_F(LiveStart, fitsAndHandlesMessages) {
         return log.has("MessageManager loop once");
     });
     await([&] { return tree.node("/proc/shell-temp") == "0 40000\n"; });
-    const std::string listThreads = "cat /proc/" + std::to_string(getpid()) + "/task/*/comm";
-    const std::string threads = Program::run("/bin/sh", {"-c", listThreads}).out;
-    EXPECT_THAT(threads, AllOf(HasSubstr("work\n"), HasSubstr("st-fitting\n")));
+    EXPECT_THAT(threadNames(getpid()), testing::IsSupersetOf({"work", "st-fitting"}));
 }
 
 TEST_F(LiveStart, endsWhenThreadCannotStart) {
@@ -71,6 +65,6 @@ TEST_F(LiveStart, endsWhenThreadCannotStart) {
     pthread_attr_setstacksize(&attributes, size_t{1} << 60);  // more than there are addresses
     pthread_setattr_default_np(&attributes);
     EXPECT_EQ(kelvo::kelvo_main(nullptr), -1);
-    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "create work_thread failed(11)\n"), 1u);
+    EXPECT_EQ(log.errors("create work_thread failed(11)\n"), 1u);
     EXPECT_FALSE(log.has("kelvo misc init..."));
 }

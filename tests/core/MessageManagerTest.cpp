@@ -1,7 +1,5 @@
 #include "core/MessageManager.h"
 
-#include <gmock/gmock.h>
-
 #include "LinesOf.h"
 #include "common/ConfigStore.h"
 #include "sim/scenario/PhonePaths.h"
@@ -10,8 +8,6 @@
 #include "support/EngineTest.h"
 
 using kelvo::KelvoMessage;
-using Lines = std::vector<std::string>;
-
 namespace {
 
 KelvoMessage message(int32_t what, int32_t iValue = -1, int32_t iParam = -1) {
@@ -50,8 +46,7 @@ std::string refuses(const std::string& scene) {
     return "E switch to scene " + scene + " failed, keep origin";
 }
 
-class MessageManagerTest : public EngineTest {
-  protected:
+struct MessageManagerTest : EngineTest {
     MessageManagerTest() {
         addZone("skin", 40000);
         setScenes(scene("default", 0, "skin") + "," + scene("wirless_charge", 0, "skin"));
@@ -164,7 +159,7 @@ TEST_F(MessageManagerTest, hasRoomForSoManyOfCallersAndMoreOfItsOwn) {
             return posted;
         };
         EXPECT_EQ(fill(), manager.kMostWaiting);
-        EXPECT_EQ(log.count(ANDROID_LOG_ERROR, kFull), 1u);
+        EXPECT_EQ(log.errors(kFull), 1u);
         linesAt(start + 500);
         EXPECT_EQ(fill(), manager.kMostWaiting + kEarly);
         EXPECT_FALSE(log.has(kFull)) << "not so soon again";

@@ -9,7 +9,7 @@ namespace {
 Program::Result run(const char* program, const std::string& property, const char* value) {
     const std::string root = getenv("KELVO_ROOT");
     sim::DeviceTree(root).setProperty(property, value);
-    return Program::run("/usr/bin/env", {"KELVO_ROOT=" + root, program});
+    return Program::runRooted(root, program, {});
 }
 
 }  // namespace

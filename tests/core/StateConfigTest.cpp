@@ -5,13 +5,8 @@
 #include "support/ConfigFaults.h"
 
 TEST(BigDataConfigTest, takesWholeNumbersInTheirRanges) {
-    const struct {
-        const char* section;
-        bool enabled;
-        int32_t period;
-        std::optional<int32_t> share;
-        const char* faults;
-    } cases[] = {
+    // section, enabled, period, share, faults
+    const std::tuple<const char*, bool, int32_t, std::optional<int32_t>, const char*> cases[] = {
             {"null", false, 60, {}, ""},
             {"{'enable':1}", true, 60, {}, ""},
             {"{'enable':2,'sample_period':20}", false, 20, {}, ""},
@@ -26,20 +21,17 @@ TEST(BigDataConfigTest, takesWholeNumbersInTheirRanges) {
             {"{'thermal_off_thousandth':[]}", false, 60, {}, "thermal_off_thousandth:type"},
             {"{'sample_period':4294967295}", false, 60, {}, "sample_period:type"},
     };
-    for (const auto& test : cases) {
-        const kelvo::BigDataConfig config = kelvo::readBigDataConfig(parsed(test.section));
-        EXPECT_EQ(config.enabled, test.enabled) << test.section;
-        EXPECT_EQ(config.samplePeriod, test.period) << test.section;
-        EXPECT_EQ(config.thermalOffThousandth, test.share) << test.section;
-        EXPECT_EQ(textOf(config.faults), test.faults) << test.section;
+    for (const auto& [section, enabled, period, share, faults] : cases) {
+        const kelvo::BigDataConfig config = kelvo::readBigDataConfig(parsed(section));
+        EXPECT_EQ(config.enabled, enabled) << section;
+        EXPECT_EQ(config.samplePeriod, period) << section;
+        EXPECT_EQ(config.thermalOffThousandth, share) << section;
+        EXPECT_EQ(textOf(config.faults), faults) << section;
     }
 }
 
 TEST(ThrottlingThresholdsTest, takesTheFirstSevenWholeNumbersOfAnArray) {
-    const struct {
-        const char* section;
-        std::vector<int32_t> given;
-    } cases[] = {
+    const std::pair<const char*, std::vector<int32_t>> cases[] = {
             {"null", {}},
             {"{'start_end_values':[1,2]}", {}},
             {"[]", {}},
@@ -47,13 +39,13 @@ TEST(ThrottlingThresholdsTest, takesTheFirstSevenWholeNumbersOfAnArray) {
             {"[1,2,3,4,5,6,7]", {1, 2, 3, 4, 5, 6, 7}},
             {"['x',1,2,3,4,5,6,7,8]", {1, 2, 3, 4, 5, 6, 7}},
     };
-    for (const auto& test : cases) {
-        const auto thresholds = kelvo::readThrottlingThresholds(parsed(test.section));
-        std::vector<int32_t> expected = test.given;
+    for (const auto& [section, given] : cases) {
+        const auto thresholds = kelvo::readThrottlingThresholds(parsed(section));
+        std::vector<int32_t> expected = given;
         expected.resize(kelvo::kThrottlingThresholds, INT32_MAX);
-        EXPECT_EQ(thresholds.count, test.given.size()) << test.section;
+        EXPECT_EQ(thresholds.count, given.size()) << section;
         EXPECT_EQ(std::vector<int32_t>(thresholds.values.begin(), thresholds.values.end()),
                   expected)
-                << test.section;
+                << section;
     }
 }

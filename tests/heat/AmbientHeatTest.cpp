@@ -4,17 +4,14 @@
 
 namespace {
 
-class AmbientHeatTest : public EngineTest {
-  protected:
+struct AmbientHeatTest : EngineTest {
     // Twelve more rounds fill the window; each estimate counts the device's °C as the air's.
     void start() {
         addZone("dead", std::nullopt);
-        setConfig("{'shell_temp_fitting_model':{" + scene("default", 0, "dead") +
-                  ",'ambient':{'temp_model':{" + model("power", 0, "dead") +
-                  "},'ambient_fitting':{'paramter_name':"
-                  "['temp_coeff','tempSlope_coeff','power_coeff','const_coeff'],"
-                  "'coefficient':[0.001,0.0,0.0,0.0],"
-                  "'temp_rate_threshold':1000000.0,'power_diff_threshold':1000.0}}}}");
+        std::string steadyOrNot = kAmbientFitting;
+        steadyOrNot.replace(steadyOrNot.find("40.0"), 4, "1000000.0");
+        setScenes(scene("default", 0, "dead") + ",'ambient':{'temp_model':{" +
+                  model("power", 0, "dead") + "}," + steadyOrNot + "}");
         startPhone();
     }
     /** `rounds` rounds at this temperature of the device, one each 5 s. */

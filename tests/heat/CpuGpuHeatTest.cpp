@@ -11,16 +11,14 @@ constexpr char kClock[] = "/sys/class/kgsl/kgsl-3d0/gpuclk";
 constexpr char kMtkLoad[] = "/sys/module/ged/parameters/gpu_loading";
 constexpr char kMtkClock[] = "/sys/kernel/ged/hal/current_freqency";
 
-class CpuHeatTest : public HeatSourceTest {
-  protected:
+struct CpuHeatTest : HeatSourceTest {
     void setStats(const std::string& text) { phone().perform(sim::TaskStats{text}); }
     size_t samples(int mW) const {
-        return errors("cpuComp processRawSample energy=" + std::to_string(mW));
+        return log.errors("cpuComp processRawSample energy=" + std::to_string(mW));
     }
 };
 
-class GpuHeatTest : public HeatSourceTest {
-  protected:
+struct GpuHeatTest : HeatSourceTest {
     using Text = std::optional<std::string>;
     void startWithTable(const std::string& clocks, const std::string& currents) {
         start("'gpu_model':{'gpufreq':" + clocks + ",'powermA':" + currents + "}");
@@ -33,12 +31,7 @@ class GpuHeatTest : public HeatSourceTest {
     std::string next() {
         log.clear();
         runUntil(mTime += 5);
-        for (const auto& line : log.lines()) {
-            if (line.text.starts_with("gpuComp processRawSample energy=")) {
-                return line.text.substr(line.text.find('=') + 1);
-            }
-        }
-        return "";
+        return log.lastAfter("gpuComp processRawSample energy=").value_or("");
     }
 
   private:
@@ -74,15 +67,15 @@ TEST_F(CpuHeatTest, goesOnWithoutItsServiceAndFindsItAgain) {
     monitor();
     runUntil(5);
     EXPECT_EQ(samples(0), 1U);
-    EXPECT_EQ(errors("cpuComp get perf service failed"), 2U) << "at construction and now";
-    phone().perform(sim::ServiceState{"performance", true});
+    EXPECT_EQ(log.errors("cpuComp get perf service failed"), 2U) << "at construction and now";
+    setService("performance", true);
     runUntil(10);
     EXPECT_EQ(samples(0), 2U) << "the sample that finds it is lost";
     runUntil(15);
     EXPECT_EQ(samples(1000), 1U);
-    phone().perform(sim::ServiceState{"performance", false});
-    EXPECT_EQ(errors("cpuComp perf service died, will try to reconnect."), 1U);
-    phone().perform(sim::ServiceState{"performance", true});
+    setService("performance", false);
+    EXPECT_EQ(log.errors("cpuComp perf service died, will try to reconnect."), 1U);
+    setService("performance", true);
     runUntil(25);
     EXPECT_EQ(samples(0), 3U);
     EXPECT_EQ(samples(1000), 2U);
@@ -95,38 +88,20 @@ TEST_F(CpuHeatTest, handsOverThreadsThatStayAtTheTop) {
     runUntil(1810);
     reported("cpu");
     phone().perform(sim::Dump{});
-    const Json::Value data = kelvo::DataCollector::getInstance().getData();
-    EXPECT_EQ(data["exceptthread"]["spinner"]["pid_tid"], "1234_5678");
-    EXPECT_EQ(data["exceptthread"]["spinner"]["localDay"], "20260301");
-    EXPECT_EQ(data["exceptthread"]["spinner"]["keepTime"], 1810);
+    const Json::Value threads = kelvo::DataCollector::getInstance().getData()["exceptthread"];
+    EXPECT_EQ(threads["spinner"]["pid_tid"], "1234_5678");
+    EXPECT_EQ(threads["spinner"]["localDay"], "20260301");
+    EXPECT_EQ(threads["spinner"]["keepTime"], 1810);
     kelvo::DataCollector::getInstance().reset(0);
     phone().perform(sim::Dump{});
     EXPECT_TRUE(kelvo::DataCollector::getInstance().getData()["exceptthread"].isNull())
             << "handed over once";
 }
 
-TEST_F(CpuHeatTest, takesStatisticsOfAnySize) {
-    start();
-    std::string text;
-    for (int i = 1; text.size() < 1000000; ++i) {
-        text += "7\t" + std::to_string(i) + "\t5000\tt\n";
-    }
-    setStats(text);
-    monitor();
-    runUntil(5);
-    // Threads up to the line that 4095 characters cut.
-    const auto lines = std::count(text.begin(), text.begin() + 4095, '\n');
-    EXPECT_GE(samples(static_cast<int>(lines)) + samples(static_cast<int>(lines) + 1), 1U);
-}
-
 TEST_F(GpuHeatTest, scalesTheCurrentAtTheClockWithTheLoad) {
     startWithTable("[300,600]", "[100,250]");
-    const struct {
-        Text load;
-        Text clock;
-        std::string energy;
-        const char* why;
-    } rows[] = {
+    // load, clock, energy, why
+    const std::tuple<Text, Text, std::string, const char*> rows[] = {
             {"50", "450000000", "87", ""},
             {"100\n", "700999999\n", "300", "above the table; whole MHz"},
             {"100", "300999999", "0", "at the lowest row"},
@@ -138,10 +113,10 @@ TEST_F(GpuHeatTest, scalesTheCurrentAtTheClockWithTheLoad) {
             {"100", "5000000000000000", "1073741824", "more MHz than 32 bits hold"},
             {"99999999999999999999", "600000000", "2147483647", "saturates"},
     };
-    for (const auto& row : rows) {
-        setNode(kLoad, row.load);
-        setNode(kClock, row.clock);
-        EXPECT_EQ(next(), row.energy) << row.why;
+    for (const auto& [load, clock, energy, why] : rows) {
+        setNode(kLoad, load);
+        setNode(kClock, clock);
+        EXPECT_EQ(next(), energy) << why;
     }
     setNode(kLoad, std::nullopt);
     setNode(kBusy, "10 %\n");
@@ -168,19 +143,14 @@ TEST_F(GpuHeatTest, averagesSinceTheLastQuery) {
     // The pass at 0 had no nodes: load and clock of -1.
     EXPECT_EQ(reported("gpu"), "{'avgHeat':-1}") << "too few samples, averages are kept";
     runUntil(20);
-    EXPECT_EQ(reported("gpu"),
-              "{'avgHeat':150,'keyFactor':{'Power':150,'agvfreq':479,"
-              "'agvload':47}}");
-    EXPECT_EQ(reported("gpu"),
-              "{'avgHeat':150,'keyFactor':{'Power':150,'agvfreq':0,"
-              "'agvload':0}}")
-            << "nothing since";
+    const std::string power150 = "{'avgHeat':150,'keyFactor':{'Power':150,";
+    EXPECT_EQ(reported("gpu"), power150 + "'agvfreq':479,'agvload':47}}");
+    EXPECT_EQ(reported("gpu"), power150 + "'agvfreq':0,'agvload':0}}") << "nothing since";
     runUntil(40);
     HeatProcessCenter::getInstance()->getMainHeatCompent();
     runUntil(45);
     EXPECT_EQ(reported("gpu"),
-              "{'avgHeat':200,'keyFactor':{'Power':200,'agvfreq':600,"
-              "'agvload':80}}")
+              "{'avgHeat':200,'keyFactor':{'Power':200,'agvfreq':600,'agvload':80}}")
             << "the ranking began anew";
 }
 

@@ -1,16 +1,14 @@
-#include <optional>
 
 #include "HeatSourceTest.h"
 #include "heat/DisplayModel.h"
-#include "sim/tree/PhoneTree.h"
+#include "links/GlobalFrames.h"
 
 namespace {
 
 constexpr char kLevelNode[] = "/sys/class/backlight/panel0-backlight/brightness";
 constexpr char kMaxNode[] = "/sys/class/backlight/panel0-backlight/max_brightness";
 
-class DisplayHeatTest : public HeatSourceTest {
-  protected:
+struct DisplayHeatTest : HeatSourceTest {
     void startWithMaximum(const std::string& maximum) {
         scenario.nodes.push_back({kMaxNode, maximum});
         start();
@@ -25,22 +23,19 @@ class DisplayHeatTest : public HeatSourceTest {
 
 TEST_F(DisplayHeatTest, followsAnExtendedPanel) {
     startWithMaximum("10239\n");
-    const struct {
-        std::optional<std::string> level;
-        float power;
-    } rows[] = {
+    const std::pair<std::optional<std::string>, float> rows[] = {
             {"2", 60},       {"0\n", 0},    {"1", 60},          {"8191", 255},
             {"8192\n", 278}, {"8198", 278}, {"10239", 430},     {"10240", 430},
             {"10241", 64},   {"-1", 64},    {std::nullopt, 64}, {"99999999999999999999", 64},
             {"dark", 0},
     };
-    for (const auto& row : rows) {
-        setLevel(row.level);
-        EXPECT_EQ(power(), row.power) << row.level.value_or("absent");
+    for (const auto& [level, expected] : rows) {
+        setLevel(level);
+        EXPECT_EQ(power(), expected) << level.value_or("absent");
     }
-    EXPECT_EQ(errors("displayComp Read file(" + std::string(kLevelNode) + ") failed!"), 1U);
-    EXPECT_EQ(errors("displayComp Backlight Node(" + std::string(kLevelNode) +
-                     ") brightness 10241 is abnormal"),
+    EXPECT_EQ(log.errors("displayComp Read file(" + std::string(kLevelNode) + ") failed!"), 1U);
+    EXPECT_EQ(log.errors("displayComp Backlight Node(" + std::string(kLevelNode) +
+                         ") brightness 10241 is abnormal"),
               1U);
 }
 
@@ -55,7 +50,9 @@ TEST_F(DisplayHeatTest, followsTheFrameRate) {
         phone().perform(sim::Frames{frames});
         EXPECT_EQ(power(), expected) << frames;
     }
-    phone().perform(sim::ServiceState{"frames", false});
+    setService("frames", false);
+    EXPECT_EQ(kelvo::getGlobalFrames(), -1);
+    EXPECT_EQ(log.errors("unable to get surfaceflinger"), 1U);
     EXPECT_EQ(power(), 288) << "no compositor: 0 frames";
     setLevel(std::nullopt);
     EXPECT_EQ(power(), 76) << "level 150 of 2047 is 35 nits";
@@ -65,13 +62,14 @@ TEST_F(DisplayHeatTest, takesTheUsageFeedFirst) {
     startWithMaximum("2047");
     setLevel("2047");
     monitor();
-    EXPECT_EQ(errors("displayComp processRawSample energy=288"), 1U);
+    EXPECT_EQ(log.errors("displayComp processRawSample energy=288"), 1U);
     phone().perform(sim::Usage{{}, {}, {}, {{0, 3600, 321000}}});
     runUntil(5);
-    EXPECT_EQ(errors("displayComp processRawSample energy=321"), 1U);
+    EXPECT_EQ(log.errors("displayComp processRawSample energy=321"), 1U);
     phone().perform(sim::Usage{{}, {}, {}, {{0, 3600, 0}}});
     runUntil(20);
-    EXPECT_EQ(errors("displayComp processRawSample energy=288"), 4U) << "no figure: the model's";
+    EXPECT_EQ(log.errors("displayComp processRawSample energy=288"), 4U)
+            << "no figure: the model's";
     EXPECT_EQ(reported("display"), "{'avgHeat':296,'keyFactor':{'Brightness':2047,'Power':296}}");
     EXPECT_EQ(reported("display"), "{'avgHeat':296,'keyFactor':{'Brightness':2047,'Power':296}}")
             << "no new samples";
@@ -85,15 +83,15 @@ TEST_F(DisplayHeatTest, asksThePanelElsewhere) {
     scenario.services.erase("panel");
     start();
     EXPECT_EQ(power(), 0) << "a HAL that does not answer shows a dark screen";
-    EXPECT_EQ(errors("displayComp [checkPanelService], Get display service filed."), 2U)
+    EXPECT_EQ(log.errors("displayComp [checkPanelService], Get display service filed."), 2U)
             << "once for the maximum";
-    phone().perform(sim::ServiceState{"panel", true});
+    setService("panel", true);
     phone().perform(sim::Panel{.max = 255, .level = 128});
     EXPECT_EQ(power(), 74) << "30 nits";
     EXPECT_EQ(DisplayModel::getInstance().getMaxBrightness(), 255);
     EXPECT_EQ(DisplayModel::getInstance().getValFromPanelService(30), 0) << "no such value";
-    phone().perform(sim::ServiceState{"panel", false});
+    setService("panel", false);
     EXPECT_EQ(power(), 0);
-    phone().perform(sim::ServiceState{"panel", true});
+    setService("panel", true);
     EXPECT_EQ(power(), 74) << "found again";
 }

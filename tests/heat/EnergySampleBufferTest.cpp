@@ -17,13 +17,12 @@ struct Reading {
     int ntc = 0;
 };
 
-class EnergySampleBufferTest : public testing::Test {
-  protected:
+struct EnergySampleBufferTest : testing::Test {
     EnergySampleBufferTest() { sim::VirtualTime::start(int64_t{kNow} * 1000, 0); }
 
-    void push(const std::vector<Reading>& readings) {
+    void push(const std::vector<Reading>& readings, float unit = 1) {
         for (const Reading& r : readings) {
-            buffer.push(std::make_unique<EnergySample>(0, r.value, r.time, r.ntc));
+            buffer.push(std::make_unique<EnergySample>(0, r.value * unit, r.time, r.ntc));
         }
     }
     void pushMany(int count, int firstTime) {
@@ -105,36 +104,26 @@ TEST_F(EnergySampleBufferTest, slopeIsThatOfTheLeastSquares) {
 }
 
 TEST_F(EnergySampleBufferTest, tellsHowTheAmbientChanged) {
-    const struct {
-        std::vector<Reading> readings;
-        int since;
-        int change;
-        const char* why;
-    } rows[] = {
+    // readings (°C), since, change (m°C), why
+    const std::tuple<std::vector<Reading>, int, int, const char*> rows[] = {
             {{}, 0, 0, "empty"},
-            {{{25000, 990}}, -2147483647 - 1, 0, "one"},
-            {{{25000, 900}, {25000, 990}}, 0, 0, "constant"},
-            {{{20000, 900}, {26000, 990}}, 800, 0, "the newest is the later extreme"},
-            {{{20000, 800}, {26000, 900}, {25000, 990}}, 800, -1000, "from the later extreme"},
-            {{{26000, 800}, {20000, 900}, {25000, 990}}, 800, 5000, "which may be the lower"},
-            {{{30000, 699}, {20000, 800}, {25000, 900}, {24000, 990}},
-             0,
-             -1000,
-             "older than 300 s"},
-            {{{30000, 700}, {24000, 990}}, 0, 0, "exactly 300 s old counts: falls from it to now"},
-            {{{20000, 800}, {26000, 900}, {25000, 990}}, 900, -1000, "all of it since then"},
-            {{{20000, 800}, {26000, 900}, {25000, 990}}, 945, -500, "half of it since then"},
-            {{{20000, 800}, {26000, 900}, {26000, 950}, {25000, 990}},
-             970,
-             -500,
-             "of two equal ones the newer"},
-            {{{25000, 990}, {26000, 990}}, 990, 0, "no time between"},
-            {{{20000, 400}, {26000, 500}}, 100, 0, "all too old"},
+            {{{25, 990}}, -2147483647 - 1, 0, "one"},
+            {{{25, 900}, {25, 990}}, 0, 0, "constant"},
+            {{{20, 900}, {26, 990}}, 800, 0, "the newest is the later extreme"},
+            {{{20, 800}, {26, 900}, {25, 990}}, 800, -1000, "from the later extreme"},
+            {{{26, 800}, {20, 900}, {25, 990}}, 800, 5000, "which may be the lower"},
+            {{{30, 699}, {20, 800}, {25, 900}, {24, 990}}, 0, -1000, "older than 300 s"},
+            {{{30, 700}, {24, 990}}, 0, 0, "exactly 300 s old counts: falls from it to now"},
+            {{{20, 800}, {26, 900}, {25, 990}}, 900, -1000, "all of it since then"},
+            {{{20, 800}, {26, 900}, {25, 990}}, 945, -500, "half of it since then"},
+            {{{20, 800}, {26, 900}, {26, 950}, {25, 990}}, 970, -500, "of two equal the newer"},
+            {{{25, 990}, {26, 990}}, 990, 0, "no time between"},
+            {{{20, 400}, {26, 500}}, 100, 0, "all too old"},
     };
-    for (const auto& row : rows) {
+    for (const auto& [readings, since, change, why] : rows) {
         buffer.clear();
-        push(row.readings);
-        EXPECT_EQ(buffer.getAmbientCompToTemp(row.since), row.change) << row.why;
+        push(readings, 1000);
+        EXPECT_EQ(buffer.getAmbientCompToTemp(since), change) << why;
     }
 }
 

@@ -1,10 +1,10 @@
 // What the daemon calls the main heat source is what the examples' plants heat most with.
 
 #include <gmock/gmock.h>
-#include <json/writer.h>
 
 #include <algorithm>
 
+#include "heat/HeatProcessCenter.h"
 #include "sim/plant/Plant.h"
 #include "sim/scenario/ScenarioParser.h"
 #include "support/EngineTest.h"
@@ -15,23 +15,20 @@ struct Report {
     int64_t timeMs;
     Json::Value detail;
     std::string main() const {
-        std::string best;
-        for (const std::string& name : detail.getMemberNames()) {
-            if (best.empty() || heat(name) > heat(best)) {
-                best = name;
-            }
-        }
-        return best;
+        return std::ranges::max(detail.getMemberNames(), {},
+                                [this](auto& name) { return heat(name); });
     }
     int32_t heat(const std::string& name) const { return detail[name]["avgHeat"].asInt(); }
 };
 
-class HeatExamplesTest : public EngineTest {
-  protected:
-    /** The reports that a listener gets, without the one at the start of monitoring. */
-    std::vector<Report> play(const std::string& name) {
+struct HeatExamplesTest : EngineTest {
+    void startExample(const std::string& name) {
         scenario = sim::loadScenario(std::string(KELVO_EXAMPLES) + "/" + name + "/scenario.json");
         startPhone();
+    }
+    /** The reports that a listener gets, without the one at the start of monitoring. */
+    std::vector<Report> play(const std::string& name) {
+        startExample(name);
         std::vector<Report> reports;
         phone().setListener([&](const sim::Event& event) {
             if (event.name == "notify_component_heat") {
@@ -84,4 +81,19 @@ TEST_F(HeatExamplesTest, aChargingPhoneHeatsThroughOthers) {
     for (const Report& report : reports) {
         EXPECT_THAT(report.main(), testing::Not(testing::AnyOf("cpu", "gpu"))) << report.detail;
     }
+}
+
+TEST_F(HeatExamplesTest, aVideoCallOnAWeakCellHeatsThroughTheModem) {
+    startExample("video-call");
+    auto* const center = HeatProcessCenter::getInstance();
+    runUntil(410);
+    center->getMainHeatCompent();  // ends a stretch of samples
+    runUntil(475);
+    const HeatProcessCenter::MainHeat weak = center->getMainHeatCompent();
+    EXPECT_EQ(weak.type, CELLULAR);
+    EXPECT_NEAR(weak.heat, 10000, 1000) << "2 W at 5 K/W";
+    runUntil(620);
+    center->getMainHeatCompent();
+    runUntil(680);
+    EXPECT_NE(center->getMainHeatCompent().type, CELLULAR) << "a strong cell takes 0.6 W";
 }

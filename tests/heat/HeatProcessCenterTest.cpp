@@ -57,22 +57,13 @@ class AskingPanel : public IDisplayPanelFeature {
     }
 };
 
-struct ModelCase {
-    const char* name;
-    const char* model;  // "heatsource_model"; empty: none
-    bool valid;
-    float cpu;
-    const char* lastRow = nullptr;  // that is logged
-};
-
-void PrintTo(const ModelCase& row, std::ostream* stream) {
-    *stream << row.model;
-}
+/** "heatsource_model" (empty: none), whether it is valid, cpu's coefficient, the row logged last.
+ */
+using ModelCase = std::tuple<std::string, bool, float, std::string>;
 
 class HeatModelTest : public EngineTest, public testing::WithParamInterface<ModelCase> {};
 
-class HeatCenterTest : public HeatSourceTest {
-  protected:
+struct HeatCenterTest : HeatSourceTest {
     /** Powers of processor (mW) and display (mW, from the feed) for the passes to come. */
     void heat(int cpu, int display) {
         phone().perform(sim::TaskStats{"1\t1\t" + std::to_string(cpu * 5000) + "\tx\n"});
@@ -85,60 +76,45 @@ class HeatCenterTest : public HeatSourceTest {
 }  // namespace
 
 TEST_P(HeatModelTest, isUsableWholeOrNotAtAll) {
-    const std::string model = GetParam().model;
-    setConfig("{'shell_temp_fitting_model':{'heatsource_detection':{" +
-              (model.empty() ? "" : "'heatsource_model':" + model) + "}}}");
+    const auto& [model, valid, cpu, lastRow] = GetParam();
+    setScenes("'heatsource_detection':{" + model + "}");
     startPhone();
-    EXPECT_EQ(center().isInvalid(), !GetParam().valid);
-    EXPECT_EQ(center().getCoeffs("cpu"), GetParam().cpu);
-    std::string lastRow;
-    for (const auto& line : log.lines()) {
-        lastRow = line.text.starts_with("heatpc device_name:") ? line.text : lastRow;
-    }
-    EXPECT_EQ(lastRow, GetParam().lastRow != nullptr ? GetParam().lastRow : "");
+    EXPECT_EQ(center().isInvalid(), !valid);
+    EXPECT_EQ(center().getCoeffs("cpu"), cpu);
+    EXPECT_EQ(log.lastAfter("heatpc device_name:").value_or(""), lastRow);
     center().startMonitor();
-    EXPECT_EQ(center().getCompentsHeatDetailInfo().empty(), !GetParam().valid);
-    EXPECT_EQ(center().stopMonitor(), GetParam().valid);
-    EXPECT_EQ(center().getMainHeatCompent().type, GetParam().valid ? AMBIENT : -1);
+    EXPECT_EQ(center().getCompentsHeatDetailInfo().empty(), !valid);
+    EXPECT_EQ(center().stopMonitor(), valid);
+    EXPECT_EQ(center().getMainHeatCompent().type, valid ? AMBIENT : -1);
 }
 
 INSTANTIATE_TEST_SUITE_P(
         Models, HeatModelTest,
-        testing::Values(ModelCase{"good", "{'device_name':['gpu','cpu'],'coefficient':[0.5,2]}",
-                                  true, 2, "heatpc device_name:cpu, coefficient:2.000000"},
-                        ModelCase{"twice", "{'device_name':['cpu','cpu'],'coefficient':[1,3]}",
-                                  true, 3, "heatpc device_name:cpu, coefficient:3.000000"},
-                        ModelCase{"absent", "", false, -1},
-                        ModelCase{"zero", "{'device_name':['cpu','gpu','x'],'coefficient':[1,0,2]}",
-                                  false, -1, "heatpc device_name:gpu, coefficient:0.000000"},
-                        ModelCase{"text", "{'device_name':['cpu'],'coefficient':['1']}", false, -1,
-                                  "heatpc device_name:cpu, coefficient:0.000000"},
-                        ModelCase{"numberAsName",
-                                  "{'device_name':['gpu',-7],'coefficient':[1,2.5]}", false, -1,
-                                  "heatpc device_name:-7, coefficient:2.500000"},
-                        ModelCase{"listAsName", "{'device_name':[['cpu']],'coefficient':[1]}",
-                                  false, -1, "heatpc device_name:, coefficient:1.000000"}),
-        [](const auto& row) { return row.param.name; });
+        testing::Values(
+                ModelCase{"'heatsource_model':{'device_name':['gpu','cpu'],'coefficient':[0.5,2]}",
+                          true, 2, "cpu, coefficient:2.000000"},
+                ModelCase{"'heatsource_model':{'device_name':['cpu','cpu'],'coefficient':[1,3]}",
+                          true, 3, "cpu, coefficient:3.000000"},
+                ModelCase{"", false, -1, ""},
+                ModelCase{"'heatsource_model':{'device_name':['cpu','gpu'],'coefficient':[1,0]}",
+                          false, -1, "gpu, coefficient:0.000000"}));
 
 TEST_F(HeatCenterTest, namesTheMainSource) {
     start();
     monitor();
     EXPECT_EQ(center().getMainHeatCompent().type, AMBIENT) << "0 beats what is unknown (-1)";
-    const struct {
-        int cpu;
-        int display;
-        int32_t type;
-        int32_t heat;
-    } rows[] = {{100, 99, CPU, 100}, {100, 101, DISPLAY, 101}, {100, 100, CPU, 100}};
+    // cpu, display, type, hottest
+    const std::tuple<int, int, int32_t, int32_t> rows[] = {
+            {100, 99, CPU, 100}, {100, 101, DISPLAY, 101}, {100, 100, CPU, 100}};
     double time = 5;
-    for (const auto& row : rows) {
-        heat(row.cpu, row.display);
+    for (const auto& [cpu, display, type, hottest] : rows) {
+        heat(cpu, display);
         runUntil(time += 25);
         center().getMainHeatCompent();  // still of the row before, in part
         runUntil(time += 25);
         const auto main = center().getMainHeatCompent();
-        EXPECT_EQ(main.type, row.type) << row.cpu << " " << row.display;
-        EXPECT_EQ(main.heat, row.heat);
+        EXPECT_EQ(main.type, type) << cpu << " " << display;
+        EXPECT_EQ(main.heat, hottest);
     }
 }
 
@@ -157,23 +133,23 @@ TEST_F(HeatCenterTest, summarisesInOneLine) {
 
 TEST_F(HeatCenterTest, samplesWhileTheShellIsHot) {
     start();
-    const auto passes = [this] { return errors("cpuComp processRawSample energy=0"); };
+    const auto passes = [this] { return log.errors("cpuComp processRawSample energy=0"); };
     const auto setShell = [this](int32_t temp) {
-        phone().perform(sim::SetZones{{{0, temp}}});
-        phone().perform(sim::Transact{18, {std::to_string(temp)}, {}, 1000});  // wakes the fitting
+        setTemp(0, temp);
+        call(18, std::to_string(temp));  // wakes the fitting
     };
     const std::string made = "heatpc readSamples loop thread...";
     setShell(38000);
     runUntil(100);
-    EXPECT_EQ(errors(made), 0U) << "38.000 is not above";
+    EXPECT_EQ(log.errors(made), 0U) << "38.000 is not above";
     setShell(38900);
     runUntil(200);
-    EXPECT_EQ(errors(made), 0U) << "38.9 is the same whole degree";
+    EXPECT_EQ(log.errors(made), 0U) << "38.9 is the same whole degree";
     setShell(37900);
     runUntil(300);
     setShell(38001);
     runUntil(325);
-    EXPECT_EQ(errors(made), 1U);
+    EXPECT_EQ(log.errors(made), 1U);
     EXPECT_GT(passes(), 0U);
     EXPECT_NE(center().getCompentsHeat(), "");
     setShell(36000);
@@ -188,7 +164,7 @@ TEST_F(HeatCenterTest, samplesWhileTheShellIsHot) {
     setShell(39000);
     runUntil(700);
     EXPECT_GT(passes(), before);
-    EXPECT_EQ(errors(made), 1U) << "the same thread again";
+    EXPECT_EQ(log.errors(made), 1U) << "the same thread again";
 }
 
 // Both would wait for themselves if the center held a lock while it asks.
@@ -215,7 +191,7 @@ TEST_F(HeatCenterTest, keepsItsCadence) {
     start();
     monitor();
     runUntil(7);
-    const auto passes = [this] { return errors("gpuComp processRawSample energy=0"); };
+    const auto passes = [this] { return log.errors("gpuComp processRawSample energy=0"); };
     EXPECT_EQ(passes(), 2U) << "at 0 and 5";
     center().stopMonitor();
     phone().perform(sim::SetProperties{});  // the loop takes its wake-up
@@ -241,11 +217,8 @@ TEST_F(HeatCenterTest, tellsListenersAndCountsForPackagesAndLevels) {
     ask("com.game", 60);
     ask("SCREEN.OFF", 70);
     takeEvents();
-    kelvo::KelvoMessage message;
-    message.what = kelvo::MSG_NOTIFY_HEAT_SOURCE;
-    message.iParam = 3;
-    message.iValue = 41000;
-    kelvo::MessageManager::getInstance().sendMessage(message);
+    kelvo::MessageManager::getInstance().sendMessage(
+            {kelvo::MSG_NOTIFY_HEAT_SOURCE, 3, -1, 41000, "", {}, {}});
     phone().perform(sim::Dump{});
     const std::string told =
             "{'event':'notify_component_heat','listener':'l','level':3,'temp':41000,'detail':{";
@@ -274,15 +247,15 @@ TEST_F(HeatCenterTest, servesTheTestTransactions) {
     phone().perform(sim::Transact{106, {}, {{sim::ReplyType::Exception, sim::ReplyType::String}}});
     EXPECT_EQ(takeEvents().front(), "{'event':'reply','code':106,'status':0,'values':[0,'']}");
     for (const int32_t command : {1, 3, 4, 7, 5, 6, 8}) {
-        send(102, command);
+        call(102, command);
     }
-    EXPECT_EQ(errors("heatpc getMainHeatCompent type: 5, value:0"), 1U);
-    EXPECT_EQ(errors("heatpc getCompentsHeat cpu:-1,display:-1,cellular:-1,wifi:-1,gpu:-1,"
-                     "ambient:0,"),
+    EXPECT_EQ(log.errors("heatpc getMainHeatCompent type: 5, value:0"), 1U);
+    EXPECT_EQ(log.errors("heatpc getCompentsHeat cpu:-1,display:-1,cellular:-1,wifi:-1,gpu:-1,"
+                         "ambient:0,"),
               1U);
-    EXPECT_EQ(errors("heatpc getCompentsHeatDetailInfo:cpu:-1,display:-1,cellular:-1,wifi:-1,"
-                     "gpu:-1,ambient:0,ambient:-2147483648,temp:0"),
+    EXPECT_EQ(log.errors("heatpc getCompentsHeatDetailInfo:cpu:-1,display:-1,cellular:-1,wifi:-1,"
+                         "gpu:-1,ambient:0,ambient:-2147483648,temp:0"),
               1U);
-    send(102, 2);
+    call(102, 2);
     EXPECT_FALSE(center().stopMonitor());
 }

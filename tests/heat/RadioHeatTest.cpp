@@ -1,6 +1,3 @@
-#include <cstdio>
-#include <optional>
-#include <ostream>
 
 #include "HeatSourceTest.h"
 
@@ -22,21 +19,23 @@ std::string nr(int rsrp) {
     return "connectState:2,level:1,ssSinr:0,ssRsrp:" + std::to_string(rsrp) + ",ssRsrq:0";
 }
 
-class RadioHeatTest : public HeatSourceTest {
-  protected:
+struct RadioHeatTest : HeatSourceTest {
     void startWithTable(const std::string& members) { start("'cellar_model':{" + members + "}"); }
+    /** What a line of the log says after a text on a signal and one on the traffic. */
+    std::optional<int> said(const char* line, uint32_t code, const std::string& signal,
+                            const std::string& traffic) {
+        log.clear();
+        call(code, signal);
+        call(kSpeedInfo, traffic);
+        const auto figure = log.lastAfter(line);
+        return figure ? std::optional(std::stoi(*figure)) : std::nullopt;
+    }
     /** What the modem draws for a signal, as the text on the traffic counts it; none: no sample. */
     std::optional<int> currentFor(const std::string& signal, const std::string& traffic = kMobile) {
-        log.clear();
-        send(kNetworkInfo, signal);
-        send(kSpeedInfo, traffic);
-        for (const auto& line : log.lines()) {
-            int current = 0;
-            if (sscanf(line.text.c_str(), "cellularComp tempPower:%d", &current) == 1) {
-                return current;
-            }
-        }
-        return std::nullopt;
+        return said("cellularComp tempPower:", kNetworkInfo, signal, traffic);
+    }
+    std::optional<int> energyFor(const std::string& signal, const std::string& traffic) {
+        return said("wifiComp processWifiSpeed,energy:", kWifiInfo, signal, traffic);
     }
 };
 
@@ -44,24 +43,19 @@ class RadioHeatTest : public HeatSourceTest {
 
 TEST_F(RadioHeatTest, findsTheModemsCurrentInItsTable) {
     startWithTable(kTable);
-    const struct {
-        std::string signal;
-        int current;
-    } rows[] = {
+    const std::pair<std::string, int> rows[] = {
             {lte(-110), 450}, {nr(-110), 700},  {lte(-121), 0},  {lte(-120), 0},
             {lte(-119), 585}, {lte(-100), 300}, {lte(-80), 100}, {lte(-70), 0},
             {lte(-60), -100}, {nr(-119), 880},  {nr(-80), 200},  {"nonsense", -700},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(currentFor(row.signal), row.current) << row.signal;
+    for (const auto& [signal, current] : rows) {
+        EXPECT_EQ(currentFor(signal), current) << signal;
     }
     for (const char* traffic : {"transmit:9,receive:9,mobileTx:0,mobileRx:0", "", "mobileTx:9",
                                 "transmit:0,receive:0,mobileTx:5,mobileRx:-6"}) {
         EXPECT_EQ(currentFor(lte(-110), traffic), 0) << traffic;
     }
 }
-
-namespace {}  // namespace
 
 TEST_F(RadioHeatTest, countsTextsAndSamplesAlike) {
     addZone("pa", 45000);
@@ -71,12 +65,12 @@ TEST_F(RadioHeatTest, countsTextsAndSamplesAlike) {
     for (int second = 1; second <= 20; ++second) {
         runUntil(second);
         if (second % 5 == 2) {
-            send(kNetworkInfo, nr(-110));
-            send(kSpeedInfo, kMobile);
+            call(kNetworkInfo, nr(-110));
+            call(kSpeedInfo, kMobile);
         }
         setTemp(0, 45000 + 60 * second);
     }
-    EXPECT_EQ(errors("cellularComp processRawSample tempDiff=5540, mTzPa=45540, mTzBase=40000"),
+    EXPECT_EQ(log.errors("cellularComp processRawSample tempDiff=5540, mTzPa=45540, mTzBase=40000"),
               1U);
     // Samples at 0, 5, 10, 15 and 20 s of 0 mW, four texts of 700 mA that carry no difference.
     EXPECT_EQ(reported("cellular"),
@@ -95,9 +89,9 @@ TEST_F(RadioHeatTest, ignoresTextsWhileTheFeedHasAFigure) {
     EXPECT_FALSE(log.has("cellularComp  CellularSignal: " + lte(-80)));
     runUntil(5);
     EXPECT_TRUE(log.has("cellularComp processRawSample energy=500"));
-    EXPECT_EQ(errors("wifiComp processRawSample, energy=200"), 1U);
-    EXPECT_EQ(errors("specified Tz is empty!"), 2U) << "no zones were named";
-    EXPECT_EQ(errors("cellularComp processRawSample tempDiff=0, mTzPa=-1, mTzBase=-1"), 1U);
+    EXPECT_EQ(log.errors("wifiComp processRawSample, energy=200"), 1U);
+    EXPECT_EQ(log.errors("specified Tz is empty!"), 2U) << "no zones were named";
+    EXPECT_EQ(log.errors("cellularComp processRawSample tempDiff=0, mTzPa=-1, mTzBase=-1"), 1U);
     phone().perform(sim::Usage{{}, {}, {{0, 3600, 0}}, {}});
     EXPECT_EQ(currentFor(""), -700) << "the signal is new; 0 dBm lies far beyond the table";
 }
@@ -107,39 +101,25 @@ TEST_F(RadioHeatTest, takesWhatAZonesNodeSaysAndElseMinusOne) {
     addZone("base", 40000);
     startWithTable(kTable + ",'thermal_zone_type':['pa','base']");
     monitor();
-    EXPECT_EQ(errors("cellularComp processRawSample tempDiff=-40001, mTzPa=-1, mTzBase=40000"), 1U);
-    const struct {
-        std::optional<int32_t> amplifier;
-        const char* line;
-    } rows[] = {
+    EXPECT_EQ(log.errors("cellularComp processRawSample tempDiff=-40001, mTzPa=-1, mTzBase=40000"),
+              1U);
+    const std::pair<std::optional<int32_t>, const char*> rows[] = {
             {200000, "tempDiff=160000, mTzPa=200000, mTzBase=40000"},
             {-274000, "tempDiff=-314000, mTzPa=-274000, mTzBase=40000"},
             {39000, "tempDiff=-1000, mTzPa=39000, mTzBase=40000"},
             {std::nullopt, "tempDiff=-40001, mTzPa=-1, mTzBase=40000"},
     };
     double time = 0;
-    for (const auto& row : rows) {
-        setTemp(0, row.amplifier);
+    for (const auto& [amplifier, line] : rows) {
+        setTemp(0, amplifier);
         log.clear();
         runUntil(time += 5);
-        EXPECT_EQ(errors("cellularComp processRawSample " + std::string(row.line)), 1U) << row.line;
+        EXPECT_EQ(log.errors("cellularComp processRawSample " + std::string(line)), 1U) << line;
     }
 }
 
 TEST_F(RadioHeatTest, countsWifiTrafficWhileWifiIsEnabled) {
     start();
-    const auto energyFor = [this](const std::string& signal, const std::string& traffic) {
-        log.clear();
-        send(kWifiInfo, signal);
-        send(kSpeedInfo, traffic);
-        for (const auto& line : log.lines()) {
-            int energy = 0;
-            if (sscanf(line.text.c_str(), "wifiComp processWifiSpeed,energy:%d", &energy) == 1) {
-                return std::optional(energy);
-            }
-        }
-        return std::optional<int>();
-    };
     const std::string strong = ",ApState:13,linkSpeed:1,frequency:5180,rssi:-59,generation:6";
     const std::string traffic = "transmit:10000,receive:1840,mobileTx:0,mobileRx:0";
     EXPECT_EQ(energyFor("WifiState:1" + strong, traffic), std::nullopt) << "not enabled";
@@ -148,7 +128,7 @@ TEST_F(RadioHeatTest, countsWifiTrafficWhileWifiIsEnabled) {
     EXPECT_EQ(energyFor("WifiState:3,ApState:11,x", traffic), 2) << "the rest is as it was";
     monitor();
     for (int second = 1; second <= 4; ++second) {
-        send(kSpeedInfo, traffic);
+        call(kSpeedInfo, traffic);
     }
     // Texts before monitoring, too: 192, 0 and 2, then the pass's 0 and four of 2; not the oldest.
     EXPECT_EQ(reported("wifi"), "{'avgHeat':1,'keyFactor':{'Power':1}}");

@@ -34,12 +34,8 @@ std::string list(const std::vector<PidTidPower>& threads) {
 
 TEST(TaskStatsTest, readsLinesUpToTheFirstThatLacksAField) {
     const std::string filler(4090, 'n');
-    const struct {
-        std::string text;
-        std::string threads;
-        bool complete;
-        const char* why;
-    } rows[] = {
+    // text, threads, whether it is complete, why
+    const std::tuple<std::string, std::string, bool, const char*> rows[] = {
             {"1\t2\t300\tmain\n1\t3\t-5\tRender Thread\n", "2:300 3:-5", true, ""},
             {"1\t2\t300\tmain", "2:300", true, "no line end"},
             {"  1 2\t\t300 main\r\n", "2:300", true, "any white space"},
@@ -54,21 +50,18 @@ TEST(TaskStatsTest, readsLinesUpToTheFirstThatLacksAField) {
             {std::string("1\t2\t7\tx\n\0 1\t3\t8\ty\n", 19), "2:7", true, "a zero ends the text"},
             {"", "", true, ""},
     };
-    for (const auto& row : rows) {
-        bool complete = !row.complete;
-        EXPECT_EQ(list(parseTaskStats(row.text, &complete)), row.threads) << row.why << row.text;
-        EXPECT_EQ(complete, row.complete) << row.why << row.text;
+    for (const auto& [text, threads, isComplete, why] : rows) {
+        bool complete = !isComplete;
+        EXPECT_EQ(list(parseTaskStats(text, &complete)), threads) << why << text;
+        EXPECT_EQ(complete, isComplete) << why << text;
     }
     bool complete = false;
     EXPECT_STREQ(parseTaskStats("1 2 3 0123456789abcdefgh", &complete)[0].name, "0123456789abcde");
 }
 
 TEST(TopThreadsTest, keepsEightAndTheNinthDisplacesTheWeakest) {
-    const struct {
-        std::vector<int> powers;  // of threads 1, 2, …
-        std::string top;
-        const char* why;
-    } rows[] = {
+    // powers (of threads 1, 2, …), top, why
+    const std::tuple<std::vector<int>, std::string, const char*> rows[] = {
             {{8, 7, 6, 5, 4, 3, 2, 1}, "1:8 2:7 3:6 4:5 5:4 6:3 7:2 8:1", "all"},
             {{8, 7, 6, 5, 4, 3, 2, 1, 9}, "1:8 2:7 3:6 4:5 5:4 6:3 7:2 9:9", "a ninth, stronger"},
             {{8, 7, 6, 5, 4, 3, 2, 1, 1}, "1:8 2:7 3:6 4:5 5:4 6:3 7:2 8:1", "a ninth, equal"},
@@ -76,16 +69,16 @@ TEST(TopThreadsTest, keepsEightAndTheNinthDisplacesTheWeakest) {
              "2:5 3:5 4:5 5:5 6:5 7:5 8:5 10:7",
              "equal powers share one element: 7 displaces 6"},
     };
-    for (const auto& row : rows) {
+    for (const auto& [powers, top, why] : rows) {
         TopThreads threads;
         threads.startPeriod(0);
         std::vector<PidTidPower> reading;
-        for (size_t i = 0; i < row.powers.size(); ++i) {
-            reading.push_back(thread(1, static_cast<int>(i) + 1, row.powers[i]));
+        for (size_t i = 0; i < powers.size(); ++i) {
+            reading.push_back(thread(1, static_cast<int>(i) + 1, powers[i]));
         }
         threads.add(reading);
         EXPECT_EQ(threads.getTopKeepPowerTid(5, 1.0F), 0);
-        EXPECT_EQ(list(threads.byShare()), row.top) << row.why;
+        EXPECT_EQ(list(threads.byShare()), top) << why;
     }
 }
 
@@ -145,16 +138,11 @@ TEST(TopThreadsTest, letsTheWeakestGiveWayWhenItIsFull) {
 
 TEST(TableInterpolationTest, goesOnAboveTheTableAndIsZeroBelow) {
     struct Row {
-        float x;
-        float y;
+        float x, y;
     };
     const std::vector<Row> two = {{300, 100}, {600, 250}};
-    const struct {
-        std::vector<Row> rows;
-        float at;
-        float result;
-        const char* why;
-    } rows[] = {
+    // table, at, result, why
+    const std::tuple<std::vector<Row>, float, float, const char*> rows[] = {
             {two, 450, 175, ""},
             {two, 700, 300, "above"},
             {two, 600, 250, "at the last row"},
@@ -168,8 +156,7 @@ TEST(TableInterpolationTest, goesOnAboveTheTableAndIsZeroBelow) {
             {{{1, 10}, {2, 30}, {2, 50}}, 6, 50, "a step at the end holds"},
             {{{1, 10}, {2, 30}, {2, 50}, {3, 60}}, 2.5, 55, "the highest row below"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(interpolateTable(row.rows, &Row::x, &Row::y, row.at), row.result)
-                << row.why << " at " << row.at;
+    for (const auto& [table, at, result, why] : rows) {
+        EXPECT_EQ(interpolateTable(table, &Row::x, &Row::y, at), result) << why << " at " << at;
     }
 }

@@ -2,7 +2,6 @@
 
 #include <limits>
 
-#include "core/KelvoState.h"
 #include "service/ServiceCodes.h"
 #include "support/EngineTest.h"
 
@@ -11,20 +10,14 @@ namespace {
 constexpr char kAbsent[] = "unable to get Charger service";
 constexpr char kLinked[] = "Link to death notification successful";
 
-class ChargerProxyServiceTest : public EngineTest {
-  protected:
+struct ChargerProxyServiceTest : EngineTest {
     ChargerProxyServiceTest() { addZone("skin", 30000); }
     void start() {
         setScenes(scene("default", 0, "skin"));
         startPhone();
     }
     static int32_t current() { return ChargerProxyService::getInstance().getBatteryCurrentNow(); }
-    void service(bool up) { phone().perform(sim::ServiceState{"charger", up}); }
-    void screen(int32_t status) {
-        phone().perform(
-                sim::Transact{.code = kelvo::SET_SCREEN_STATUS, .args = {status}, .reply = {}});
-    }
-    using Events = std::vector<std::string>;
+    void screen(int32_t status) { call(kelvo::SET_SCREEN_STATUS, status); }
 };
 
 }  // namespace
@@ -35,7 +28,7 @@ TEST_F(ChargerProxyServiceTest, answersMinusOneAndSaysSoEachTimeWithoutTheServic
     EXPECT_EQ(current(), -1);
     EXPECT_EQ(current(), -1);
     screen(1);
-    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, kAbsent), 3u + 1) << "and for the package charge";
+    EXPECT_EQ(log.errors(kAbsent), 3u + 1) << "and for the package charge";
     EXPECT_EQ(log.count(ANDROID_LOG_DEBUG,
                         "Couldn't get battery remain because of ChargerProxyService error."),
               3u);
@@ -52,10 +45,10 @@ TEST_F(ChargerProxyServiceTest, connectsOnceAndAgainAfterADeath) {
         EXPECT_EQ(current(), value);
     }
     EXPECT_EQ(log.count(kLinked), 1u);
-    service(false);
-    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "ChargerProxyService just died"), 1u);
+    setService("charger", false);
+    EXPECT_EQ(log.errors("ChargerProxyService just died"), 1u);
     EXPECT_EQ(current(), -1);
-    service(true);
+    setService("charger", true);
     EXPECT_EQ(current(), std::numeric_limits<int32_t>::max()) << "the value survives";
     EXPECT_EQ(log.count(kLinked), 2u);
 }
@@ -64,30 +57,9 @@ TEST_F(ChargerProxyServiceTest, passesTheScreenStatusOn) {
     start();
     screen(1);
     screen(7);
-    service(false);
+    setService("charger", false);
     screen(0);
-    Events told = takeEvents();
-    std::erase_if(told, [](const auto& event) { return !event.starts_with("{'event':'charger"); });
-    EXPECT_EQ(told, (Events{"{'event':'charger_screen_status','status':1}",
-                            "{'event':'charger_screen_status','status':7}"}));
-}
-
-TEST_F(ChargerProxyServiceTest, givesTheCurrentThatPackagesAreChargedWith) {
-    start();
-    auto& state = KelvoState::getInstance();
-    const auto foreground = [&](double seconds, const std::string& package, int32_t milliamperes) {
-        runUntil(seconds);
-        phone().perform(sim::BatteryCurrent{milliamperes});
-        state.updateState(package);
-    };
-    foreground(0, "a", 5000);
-    foreground(3600, "b", 120);  // of what a used
-    foreground(3630, "c", 120);  // one of b, cut from 1.0
-    service(false);
-    foreground(7000, "d", 120);  // nothing is known of c
-    log.clear();
-    state.getPkgBatteryBigDataRecord("day", true);
-    EXPECT_TRUE(log.has("getBigDataRecord a:120 "));
-    EXPECT_TRUE(log.has("getBigDataRecord b:1 "));
-    EXPECT_FALSE(log.has("getBigDataRecord c:0 "));
+    const std::vector<std::string> told = {"{'event':'charger_screen_status','status':1}",
+                                           "{'event':'charger_screen_status','status':7}"};
+    EXPECT_EQ(takeEvents("charger_screen_status"), told);
 }

@@ -3,16 +3,13 @@
 #include <binder/IServiceManager.h>
 #include <binder/Parcel.h>
 
-#include <algorithm>
-
 #include "support/EngineTest.h"
 
 using sim::HealthHal;
 
 namespace {
 
-class HealthInfoNotifierTest : public EngineTest, public testing::WithParamInterface<HealthHal> {
-  protected:
+struct HealthInfoNotifierTest : EngineTest, testing::WithParamInterface<HealthHal> {
     HealthInfoNotifierTest() { addZone("skin", 30000); }
 
     void start(HealthHal hal) {
@@ -21,16 +18,10 @@ class HealthInfoNotifierTest : public EngineTest, public testing::WithParamInter
         startPhone();
     }
     void health(const sim::Health& chargers) { phone().perform(chargers); }
-    void service(bool up) { phone().perform(sim::ServiceState{"health", up}); }
+    void service(bool up) { setService("health", up); }
 
     static bool charging() { return HealthInfoNotifier::getInstance().getOnChargeStats(); }
     static bool wireless() { return HealthInfoNotifier::getInstance().getChargerWirelessStats(); }
-    /** Lines that begin with `text` since the log was cleared. */
-    int64_t linesWith(const std::string& text) const {
-        const auto lines = log.lines();
-        return std::ranges::count_if(lines,
-                                     [&](const auto& line) { return line.text.starts_with(text); });
-    }
 };
 
 /** A health service whose death cannot be linked to. */
@@ -65,26 +56,24 @@ constexpr char kDied[] = "health service died, will try to reconnect.";
 TEST_P(HealthInfoNotifierTest, turnsTheEdgesOfCallbacksIntoMessages) {
     start(GetParam());
     EXPECT_FALSE(charging());
-    const struct {
-        sim::Health health;
-        bool charging, wireless, changes, wirelessChanges;
-    } kSteps[] = {{{}, false, false, false, false},
-                  {{.ac = true}, true, false, true, false},
-                  {{.usb = true}, true, false, false, false},
-                  {{.ac = true, .wireless = true}, true, true, false, true},
-                  {{.wireless = true}, true, true, false, false},
-                  {{}, false, false, true, true}};
-    for (const auto& step : kSteps) {
+    // chargers, whether it charges, wirelessly, and whether the one or the other changes
+    const std::tuple<sim::Health, bool, bool, bool, bool> steps[] = {
+            {{}, false, false, false, false},
+            {{.ac = true}, true, false, true, false},
+            {{.usb = true}, true, false, false, false},
+            {{.ac = true, .wireless = true}, true, true, false, true},
+            {{.wireless = true}, true, true, false, false},
+            {{}, false, false, true, true}};
+    for (const auto& [chargers, charges, isWireless, changes, wirelessChanges] : steps) {
         log.clear();
-        health(step.health);
-        EXPECT_EQ(charging(), step.charging);
-        EXPECT_EQ(wireless(), step.wireless);
-        EXPECT_EQ(linesWith(kChargingTime), step.charging ? 1 : 0);
-        EXPECT_EQ(linesWith("switch charge state"), step.changes ? 1 : 0);
-        EXPECT_EQ(log.count(ANDROID_LOG_DEBUG, step.charging ? "ChargeStats changed to 1\n"
-                                                             : "ChargeStats changed to 0\n"),
-                  step.changes ? 1u : 0u);
-        EXPECT_EQ(linesWith("chargerWireless changed to "), step.wirelessChanges ? 1 : 0);
+        health(chargers);
+        EXPECT_EQ(charging(), charges);
+        EXPECT_EQ(wireless(), isWireless);
+        EXPECT_EQ(log.countOf(kChargingTime), charges ? 1u : 0u);
+        EXPECT_EQ(log.countOf("switch charge state"), changes ? 1u : 0u);
+        const std::string line = std::string("ChargeStats changed to ") + (charges ? "1\n" : "0\n");
+        EXPECT_EQ(log.count(ANDROID_LOG_DEBUG, line), changes ? 1u : 0u);
+        EXPECT_EQ(log.countOf("chargerWireless changed to "), wirelessChanges ? 1u : 0u);
     }
     EXPECT_TRUE(log.has("chargerWireless changed to default\n"));
     EXPECT_TRUE(log.has("switch to scene default success")) << "op code 0, the rollback scene";
@@ -96,12 +85,11 @@ TEST_P(HealthInfoNotifierTest, keepsItsStateWhenTheServiceDies) {
     EXPECT_TRUE(log.has("switch to scene wirless_charge success"));
     log.clear();
     service(false);
-    EXPECT_EQ(std::ranges::count_if(log.lines(),
-                                    [](const auto& line) { return line.text.ends_with(kDied); }),
-              1);
+    const std::string hal = GetParam() == HealthHal::Aidl ? "" : "hidl ";
+    EXPECT_EQ(log.count("[serviceDied], " + hal + kDied), 1u);
     EXPECT_TRUE(charging());
     EXPECT_TRUE(wireless());
-    EXPECT_EQ(linesWith("ChargeStats"), 0);
+    EXPECT_EQ(log.countOf("ChargeStats"), 0u);
 }
 
 TEST_P(HealthInfoNotifierTest, survivesAServiceThatDiesEverySecond) {
@@ -112,7 +100,7 @@ TEST_P(HealthInfoNotifierTest, survivesAServiceThatDiesEverySecond) {
         health({.ac = second % 3 == 0});
         charging();
     }
-    EXPECT_EQ(linesWith("[init], init "), 61) << "at the start and at each registration";
+    EXPECT_EQ(log.countOf("[init], init "), 61u) << "at the start and at each registration";
 }
 
 TEST_P(HealthInfoNotifierTest, hearsAServiceThatWasAwayWithoutBeingAsked) {
@@ -123,11 +111,11 @@ TEST_P(HealthInfoNotifierTest, hearsAServiceThatWasAwayWithoutBeingAsked) {
     runUntil(100);
     service(true);
     health({.usb = true});
-    EXPECT_EQ(linesWith("ChargeStats changed to 1"), 1);
+    EXPECT_EQ(log.countOf("ChargeStats changed to 1"), 1u);
     EXPECT_TRUE(charging());
-    EXPECT_EQ(linesWith(GetParam() == HealthHal::Aidl
-                                ? "[serviceDied], aidl health service is away, it is awaited."
-                                : "get hidl health service failed."),
+    EXPECT_EQ(log.countOf(GetParam() == HealthHal::Aidl
+                                  ? "[serviceDied], aidl health service is away, it is awaited."
+                                  : "get hidl health service failed."),
               1);
 }
 
@@ -138,7 +126,7 @@ TEST_P(HealthInfoNotifierTest, hearsAServiceThatComesAfterTheStart) {
     log.clear();
     service(true);
     health({.wireless = true});
-    EXPECT_EQ(linesWith("chargerWireless changed to wirless_charge"), 1);
+    EXPECT_EQ(log.countOf("chargerWireless changed to wirless_charge"), 1u);
     EXPECT_TRUE(wireless());
 }
 

@@ -7,7 +7,6 @@
 #include <future>
 #include <set>
 #include <thread>
-#include <vector>
 
 #include "support/LogCapture.h"
 
@@ -41,8 +40,7 @@ class HungCall {
     std::promise<void> mGo;
 };
 
-class PatientCallerTest : public testing::Test {
-  protected:
+struct PatientCallerTest : testing::Test {
     /** Asks until there is an answer, or the limit is over. */
     int askUntilBack(int answer) {
         const Clock::time_point end = Clock::now() + kLimit;
@@ -99,7 +97,7 @@ TEST_F(PatientCallerTest, takesWhatIsLateForAbsentUntilItReturns) {
     EXPECT_GE(Clock::now() - start, kPatience);
     inLine.join();
     EXPECT_LT(Clock::now() - start, 5 * kPatience);
-    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, kLate), 1u);
+    EXPECT_EQ(log.errors(kLate), 1u);
     // Not asked again: many of these take no time.
     std::atomic<int> asked = 0;
     const Clock::time_point late = Clock::now();

@@ -1,8 +1,6 @@
 #include "links/QuorixManager.h"
 
-#include <algorithm>
 #include <limits>
-#include <optional>
 
 #include "support/EngineTest.h"
 
@@ -10,8 +8,7 @@ namespace {
 
 using kelvo::QuorixManager;
 using Records = std::vector<sim::UsageRecord>;
-using Events = std::vector<std::string>;
-
+using Figures = std::vector<int32_t>;
 constexpr int64_t kMin = std::numeric_limits<int64_t>::min();
 constexpr int64_t kMax = std::numeric_limits<int64_t>::max();
 constexpr auto kNone = std::nullopt;
@@ -24,12 +21,9 @@ sim::Usage cpuReport(const Records& records) {
     return {records, {}, {}, {}};
 }
 
-class QuorixManagerTest : public EngineTest {
-  protected:
+struct QuorixManagerTest : EngineTest {
     void start() {
-        addZone("dead", std::nullopt);
-        setScenes(scene("default", 0, "dead"));
-        startPhone();
+        startWithoutTemp(",'temp_threshold_down':[]");
         takeEvents();
     }
     void startRegistered() {
@@ -38,9 +32,9 @@ class QuorixManagerTest : public EngineTest {
         takeEvents();
         log.clear();
     }
-    void setEngine(bool up) { phone().perform(sim::ServiceState{"quorix", up}); }
+    void setEngine(bool up) { setService("quorix", up); }
     /** The figures after a report, in the order CPU, cellular, Wi-Fi, display. */
-    std::vector<int32_t> figuresAfter(const sim::Deed& report) {
+    Figures figuresAfter(const sim::Deed& report) {
         phone().perform(report);
         const kelvo::ModulePower& power = manager().power();
         return {power.cpu, power.cellular, power.wifi, power.display};
@@ -52,11 +46,8 @@ class QuorixManagerTest : public EngineTest {
 
 TEST_F(QuorixManagerTest, turnsEnergyIntoPower) {
     startRegistered();
-    const struct {
-        Records records;
-        int32_t power;
-        const char* why;
-    } rows[] = {
+    // records, power, why
+    const std::tuple<Records, int32_t, const char*> rows[] = {
             {{{0, 3600, 1000}}, 1, "energy 1000 in 3.6 s"},
             {{{1000, 2000, 500000}}, 1800, ""},
             {{{1000, 2000, 400000}, {1500, 3000, 600000}}, 1800, "sum over the whole span"},
@@ -75,23 +66,15 @@ TEST_F(QuorixManagerTest, turnsEnergyIntoPower) {
             {{{kMin, kMax, 1000}}, -1, "the span wraps to -1"},
             {{{kMin, kMin, kMin}}, -1, ""},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(figuresAfter(cpuReport(row.records)),
-                  (std::vector<int32_t>{row.power, -1, -1, -1}))
-                << row.why;
+    for (const auto& [records, power, why] : rows) {
+        EXPECT_EQ(figuresAfter(cpuReport(records)), (Figures{power, -1, -1, -1})) << why;
     }
     EXPECT_EQ(figuresAfter(sim::Usage{
                       {{0, 3600, 1000}}, {{0, 3600, 2000}}, {{0, 3600, 3000}}, {{0, 3600, 4000}}}),
-              (std::vector<int32_t>{1, 3, 2, 4}));
-    EXPECT_EQ(figuresAfter(sim::Usage{{}, {{0, 3600, 2000}}, {}, {}}),
-              (std::vector<int32_t>{-1, -1, 2, -1}))
+              (Figures{1, 3, 2, 4}));
+    EXPECT_EQ(figuresAfter(sim::Usage{{}, {{0, 3600, 2000}}, {}, {}}), (Figures{-1, -1, 2, -1}))
             << "no records of the others";
-    EXPECT_EQ(std::ranges::count_if(log.lines(),
-                                    [](const auto& line) {
-                                        return line.text.find("Parse CPU Data") !=
-                                               std::string::npos;
-                                    }),
-              std::ssize(rows) + 1)
+    EXPECT_EQ(log.countOf("qxManager: Parse CPU Data"), std::size(rows) + 1)
             << "and no sum of none";
     EXPECT_TRUE(log.has("qxManager: Parse Cellular Data  : duration sum : 3600, energy sum: 3000"));
     EXPECT_TRUE(
@@ -101,20 +84,17 @@ TEST_F(QuorixManagerTest, turnsEnergyIntoPower) {
 
 TEST_F(QuorixManagerTest, keepsTheFiguresOfBytesThatAreNoReport) {
     startRegistered();
-    const std::vector<int32_t> known = {1, -1, -1, -1};
+    const Figures known = {1, -1, -1, -1};
     ASSERT_EQ(figuresAfter(cpuReport({{0, 3600, 1000}})), known);
-    const struct {
-        std::string bytes;
-        std::string line;
-    } rows[] = {
+    const std::pair<std::string, std::string> rows[] = {
             {"", "qxManager: Pelko get data failed, aidl version: 1"},
             {"\x12\x0a\x08", "qxManager: parseFromArray ModuleUsage Fail !"},
             {"garbage", "qxManager: parseFromArray ModuleUsage Fail !"},
             {std::string(200, '\xff'), "qxManager: parseFromArray ModuleUsage Fail !"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(figuresAfter(sim::UsageBytes{row.bytes}), known) << row.line;
-        EXPECT_EQ(log.count(ANDROID_LOG_ERROR, row.line), 1U);
+    for (const auto& [bytes, line] : rows) {
+        EXPECT_EQ(figuresAfter(sim::UsageBytes{bytes}), known) << line;
+        EXPECT_EQ(log.errors(line), 1U);
         log.clear();
     }
 }
@@ -122,8 +102,7 @@ TEST_F(QuorixManagerTest, keepsTheFiguresOfBytesThatAreNoReport) {
 TEST_F(QuorixManagerTest, readsReportsOfNewerEngines) {
     startRegistered();
     const std::string cpu("\x12\x0a\x08\x00\x10\x90\x1c\x20\xe8\x07\x78\x01", 12);  // field 15 too
-    EXPECT_EQ(figuresAfter(sim::UsageBytes{cpu + "\xf2\x06\x03" + "abc"}),
-              (std::vector<int32_t>{1, -1, -1, -1}))
+    EXPECT_EQ(figuresAfter(sim::UsageBytes{cpu + "\xf2\x06\x03" + "abc"}), (Figures{1, -1, -1, -1}))
             << "unknown fields in record and message";
     const std::string twice("\x52\x0a\x08\x00\x10\x90\x1c\x20\x01\x20\xe8\x07", 12);
     EXPECT_EQ(figuresAfter(sim::UsageBytes{twice})[3], 1) << "the last of a field counts";
@@ -138,18 +117,18 @@ TEST_F(QuorixManagerTest, registersOnceAndTellsWhenToReport) {
     EXPECT_EQ(manager().startQuorix(), 0);
     manager().regCallBack();
     EXPECT_EQ(manager().stopQuorix(), 0);
-    EXPECT_EQ(takeEvents(), (Events{kRegister, kStart, kStop}));
+    EXPECT_EQ(takeEvents(), (Lines{kRegister, kStart, kStop}));
     EXPECT_EQ(log.count("qxManager callback has been registered"), 1U);
     EXPECT_EQ(log.count("QuorixModuleUsageCb construct"), 1U);
-    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "qxManager: informThermalEvent startQuorix ok"), 1U);
-    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "qxManager: informThermalEvent stopQuorix ok"), 1U);
+    EXPECT_EQ(log.errors("qxManager: informThermalEvent startQuorix ok"), 1U);
+    EXPECT_EQ(log.errors("qxManager: informThermalEvent stopQuorix ok"), 1U);
 }
 
 TEST_F(QuorixManagerTest, findsTheEngineAgainAfterItsDeath) {
     startRegistered();
     ASSERT_EQ(figuresAfter(cpuReport({{0, 3600, 1000}}))[0], 1);
     setEngine(false);
-    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "qxManager Quorix server died!"), 1U);
+    EXPECT_EQ(log.errors("qxManager Quorix server died!"), 1U);
     EXPECT_EQ(manager().power().cpu, 1) << "the figures stay";
     manager().regCallBack();
     EXPECT_EQ(manager().startQuorix(), -1);
@@ -158,12 +137,12 @@ TEST_F(QuorixManagerTest, findsTheEngineAgainAfterItsDeath) {
     for (const char* line : {"qxManager: registerQuorixCallback getQuorixService fail",
                              "qxManager: startQuorix getQuorixService fail",
                              "qxManager: stopQuorix getQuorixService fail"}) {
-        EXPECT_EQ(log.count(ANDROID_LOG_ERROR, line), 1U) << line;
+        EXPECT_EQ(log.errors(line), 1U) << line;
     }
     setEngine(true);
     EXPECT_EQ(figuresAfter(cpuReport({{0, 3600, 2000}}))[0], 1) << "knows nobody yet";
     EXPECT_EQ(manager().startQuorix(), 0) << "looks for it again";
     manager().regCallBack();
-    EXPECT_EQ(takeEvents(), (Events{kStart, kRegister}));
+    EXPECT_EQ(takeEvents(), (Lines{kStart, kRegister}));
     EXPECT_EQ(figuresAfter(cpuReport({{0, 3600, 2000}}))[0], 2);
 }
