@@ -24,7 +24,7 @@ TEST(FileUtils, getFileReadsUpTo127BytesOrAZero) {
     phone().addFolder("/sys/folder");
     LogCapture log;
     EXPECT_EQ(kelvo::getFile("/sys/folder"), "");
-    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "read file /sys/folder failed.(Is a directory)"), 1U);
+    EXPECT_EQ(log.errors("read file /sys/folder failed.(Is a directory)"), 1U);
 }
 
 TEST(FileUtils, writeFileNeitherCreatesNorTruncates) {

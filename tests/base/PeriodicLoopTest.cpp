@@ -4,8 +4,6 @@
 
 #include <chrono>
 #include <future>
-#include <string>
-#include <vector>
 
 using kelvo::PeriodicLoop;
 using Events = std::vector<std::string>;

@@ -15,5 +15,5 @@ TEST(TimeUtils, stampsAreLocalTime) {
 TEST(TimeUtils, timeThatCannotBeConvertedGivesEmptyText) {
     LogCapture log;
     EXPECT_EQ(kelvo::getTimestamp(std::numeric_limits<long>::max()), "");
-    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "getTimestamp Fail"), 1U);
+    EXPECT_EQ(log.errors("getTimestamp Fail"), 1U);
 }

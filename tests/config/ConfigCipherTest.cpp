@@ -8,12 +8,8 @@
 using kelvo::decryptConfig;
 
 TEST(ConfigCipher, believesLengthThatLeavesAtMostABlockOfFiller) {
-    const struct {
-        size_t length;  // that the file claims for its JSON
-        size_t size;    // of the file
-        bool isValid;
-        const char* why;
-    } cases[] = {
+    // length (that the file claims for its JSON), size (of the file), isValid, why
+    const std::tuple<size_t, size_t, bool, const char*> cases[] = {
             {60, 64, true, "no filler"},
             {44, 64, true, "a block of filler"},
             {43, 64, false, "too much filler"},
@@ -21,13 +17,13 @@ TEST(ConfigCipher, believesLengthThatLeavesAtMostABlockOfFiller) {
             {12, 17, true, "the ragged block is filler"},
             {12, 15, false, "the length itself is noise"},
     };
-    for (const auto& test : cases) {
-        const std::string json = "{" + std::string(test.length - 1, 'x');
+    for (const auto& [length, size, isValid, why] : cases) {
+        const std::string json = "{" + std::string(length - 1, 'x');
         std::string file = common::encryptConfig(json);
-        file.resize(test.size);
+        file.resize(size);
         std::string text = "before";
-        EXPECT_EQ(decryptConfig(file, text), test.isValid ? 0 : -1) << test.why;
-        EXPECT_EQ(text, test.isValid ? json : "before") << test.why;
+        EXPECT_EQ(decryptConfig(file, text), isValid ? 0 : -1) << why;
+        EXPECT_EQ(text, isValid ? json : "before") << why;
     }
 }
 
@@ -44,6 +40,6 @@ TEST(ConfigCipher, refusesWhatIsNoConfiguration) {
         std::string text;
         EXPECT_EQ(decryptConfig(file, text), -1);
     }
-    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "size in file is -4 while block size is 16\n"), 1U);
-    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "decryptConfig, Invalid blkLen:0"), 1U);
+    EXPECT_EQ(log.errors("size in file is -4 while block size is 16\n"), 1U);
+    EXPECT_EQ(log.errors("decryptConfig, Invalid blkLen:0"), 1U);
 }

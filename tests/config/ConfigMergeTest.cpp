@@ -18,13 +18,8 @@ constexpr char kFullMain[] = R"({"a":0,"P":{"a":1},"Q":{"a":2},"Q,R":{"a":3},"S,
 }  // namespace
 
 TEST(ConfigMerge, laterSectionsWin) {
-    const struct {
-        const char* why;
-        const char* main;
-        const char* sub;
-        const char* project;
-        const char* a;  // what member "a" must be in the end
-    } cases[] = {
+    // why, main, sub, project, a (what member "a" must be in the end)
+    const std::tuple<const char*, const char*, const char*, const char*, const char*> cases[] = {
             {"project", R"({"a":0,"P":{"a":1},"Q":{"a":2}})", "null", "Q", "2"},
             {"group beats project", kFullMain, "null", "Q", "3"},
             {"other name of group", kFullMain, "null", "R", "3"},
@@ -42,10 +37,10 @@ TEST(ConfigMerge, laterSectionsWin) {
             {"object for number", R"({"a":5})", R"({"a":{"x":1}})", "", R"({"x":1})"},
             {"object taken whole", "{}", R"({"a":{"x":null}})", "", R"({"x":null})"},
     };
-    for (const auto& test : cases) {
-        Json::Value root = parse(test.main);
-        kelvo::mergeConfig(root, parse(test.sub), "P", test.project, nullptr);
-        EXPECT_EQ(root["a"], parse(test.a)) << test.why << root;
+    for (const auto& [why, main, sub, project, a] : cases) {
+        Json::Value root = parse(main);
+        kelvo::mergeConfig(root, parse(sub), "P", project, nullptr);
+        EXPECT_EQ(root["a"], parse(a)) << why << root;
     }
 }
 

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "fuzz/JsonVerdict.h"
 
 namespace {
@@ -43,29 +41,22 @@ void expectAgreement(const std::string& text) {
 }  // namespace
 
 TEST(JsonNesting, commentsEndWhereTheLibraryEndsThem) {
-    const struct {
-        const char* text;
-        size_t end;
-    } cases[] = {
+    const std::pair<const char*, size_t> cases[] = {
             {"// a\nb", 5},    {"// a\rb", 5},     {"// a\r\nb", 6},  {"// a\n\rb", 5},
             {"// a", 4},       {"//", 2},          {"// /* \n*/", 7}, {"/* a */b", 7},
             {"/* // */\n", 8}, {"/* /* */ */", 8}, {"/*\r\n*/b", 6},  {"/**/b", 4},
             {"/*/b*/", 6},     {"/* a", 4},        {"/* a *", 6},     {"/a", kNone},
             {"/", kNone},      {"\"//\"", kNone},  {"", kNone},       {"// \"\n\"", 5},
     };
-    for (const auto& test : cases) {
-        EXPECT_EQ(jsonCommentEnd(test.text, 0), test.end) << test.text;
-        EXPECT_EQ(jsonCommentEnd(std::string("[1") + test.text, 2),
-                  test.end == kNone ? kNone : test.end + 2);
+    for (const auto& [text, end] : cases) {
+        EXPECT_EQ(jsonCommentEnd(text, 0), end) << text;
+        EXPECT_EQ(jsonCommentEnd(std::string("[1") + text, 2), end == kNone ? kNone : end + 2);
     }
 }
 
 TEST(JsonNesting, findsTheFirstValueBeyondTheLimit) {
-    const struct {
-        const char* what;
-        std::string text;
-        size_t place;
-    } cases[] = {
+    // what, text, place
+    const std::tuple<const char*, std::string, size_t> cases[] = {
             {"arrays at the limit", arrays(1000, ""), kNone},
             {"a value at the limit", arrays(999, "1"), kNone},
             {"a value beyond", arrays(1000, " 1"), 1001},
@@ -94,9 +85,9 @@ TEST(JsonNesting, findsTheFirstValueBeyondTheLimit) {
             {"where an opening one is", nested("{\"b\":1/**/[\"a\":", 1000, "1"), 14990},
             {"where it is not too deep", nested("{\"b\":1/**/[\"a\":", 999, "{}"), kNone},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.what);
-        EXPECT_EQ(findTooDeepJson(test.text), test.place);
-        expectAgreement(test.text);
+    for (const auto& [what, text, place] : cases) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(findTooDeepJson(text), place);
+        expectAgreement(text);
     }
 }

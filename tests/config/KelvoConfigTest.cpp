@@ -14,8 +14,7 @@ std::string mainText(int a, const std::string& more = "") {
     return R"({"temp_threshold_down":[],"a":)" + std::to_string(a) + more + "}";
 }
 
-class KelvoConfigTest : public testing::Test {
-  protected:
+struct KelvoConfigTest : testing::Test {
     KelvoConfigTest() {
         phone().setNode("/sys/devices/soc0/soc_id", "457\n");
         phone().setNode("/sys/devices/soc0/raw_version", "1\n");
@@ -30,8 +29,6 @@ class KelvoConfigTest : public testing::Test {
         return value;
     }
 
-    size_t errors(const std::string& text) const { return log.count(ANDROID_LOG_ERROR, text); }
-
     LogCapture log;
 };
 
@@ -41,9 +38,9 @@ TEST_F(KelvoConfigTest, mergesSubFileUnlessItIsBad) {
     storeConfig(kOriginConfig, mainText(0, R"(,"b":1,"Q1,Q2":{"b":2})"), 500);
     EXPECT_EQ(valueOf("a"), 0);
     EXPECT_EQ(valueOf("b"), 2);
-    EXPECT_EQ(errors("reload from keyName: Q1,Q2"), 1U);
-    EXPECT_EQ(errors(std::string("stat ") + kSubConfig +
-                     " failed(No such file or directory), no sub config file..."),
+    EXPECT_EQ(log.errors("reload from keyName: Q1,Q2"), 1U);
+    EXPECT_EQ(log.errors(std::string("stat ") + kSubConfig +
+                         " failed(No such file or directory), no sub config file..."),
               1U);
     storeConfig(kSubConfig, R"({"a":3,"Q1":{"b":4}})", 1);
     EXPECT_EQ(config().reload(), 0);
@@ -52,10 +49,10 @@ TEST_F(KelvoConfigTest, mergesSubFileUnlessItIsBad) {
     EXPECT_TRUE(log.has("getKelvoConfig, overrided by platform:SM8450 subconfig"));
     storeConfig(kSubConfig, R"({"a":3)", 500);
     EXPECT_EQ(config().reload(), 0);
-    EXPECT_EQ(errors("Parse sub config file failed!"), 1U);
+    EXPECT_EQ(log.errors("Parse sub config file failed!"), 1U);
     setFile(kSubConfig, "no blocks", 500);
     EXPECT_EQ(config().reload(), 0);
-    EXPECT_EQ(errors("Get sub file contents failed!"), 1U);
+    EXPECT_EQ(log.errors("Get sub file contents failed!"), 1U);
     EXPECT_EQ(valueOf("a"), 0);
 }
 
@@ -67,7 +64,7 @@ TEST_F(KelvoConfigTest, dataCopyAndOriginInItsPlaceHaveNoSubFile) {
     storeConfig(kDataConfig, R"({"a":1})", 501);
     EXPECT_EQ(config().reload(), 0);
     EXPECT_EQ(valueOf("a"), 0);
-    EXPECT_EQ(errors("config file is wrong! try to load origin config"), 1U);
+    EXPECT_EQ(log.errors("config file is wrong! try to load origin config"), 1U);
 }
 
 TEST_F(KelvoConfigTest, keepsOldDocumentWhenReloadFails) {
@@ -79,10 +76,10 @@ TEST_F(KelvoConfigTest, keepsOldDocumentWhenReloadFails) {
     EXPECT_EQ(config().reload(), 0);
     storeConfig(kOriginConfig, "{\"temp_threshold_down\":" + std::string(5000, '['), 501);
     EXPECT_EQ(config().reload(), -1);
-    EXPECT_EQ(errors("Parse config file failed!"), 1U);
+    EXPECT_EQ(log.errors("Parse config file failed!"), 1U);
     phone().removeNode(kOriginConfig);
     EXPECT_EQ(config().reload(), -1);
-    EXPECT_EQ(errors("Get file contents failed!"), 2U);
+    EXPECT_EQ(log.errors("Get file contents failed!"), 2U);
     EXPECT_EQ(valueOf("a"), 2);
 }
 
@@ -100,7 +97,7 @@ TEST_F(KelvoConfigTest, looksUpUnsignedNumbers) {
     for (const char* key : {"nothing", "missing", "over", "minus", "half", "text", "in"}) {
         EXPECT_EQ(config().getConfig(&number, {key}), -1) << key;
     }
-    EXPECT_EQ(errors("-1\n is not uint"), 1U);
+    EXPECT_EQ(log.errors("-1\n is not uint"), 1U);
     EXPECT_EQ(log.lines().size(), 5U) << "what is null or missing is no error";
     EXPECT_EQ(number, 8U);
 }
@@ -112,5 +109,5 @@ TEST_F(KelvoConfigTest, pathThroughWhatIsNoObjectFailsAndIsReportedOnce) {
         EXPECT_EQ(config().getConfig(&value, {"a", "x"}), -1);
         EXPECT_EQ(config().getConfig(&value, {"temp_threshold_down", "x"}), -1);
     }
-    EXPECT_EQ(errors("config path a.x leads through a value that is not an object"), 1U);
+    EXPECT_EQ(log.errors("config path a.x leads through a value that is not an object"), 1U);
 }

@@ -14,8 +14,7 @@ namespace {
 const ThermalZone kCpu{7, "cpu"};
 const ThermalZone kGpu{8, "gpu"};
 
-class AbnormalZonesTest : public testing::Test {
-  protected:
+struct AbnormalZonesTest : testing::Test {
     void fail(const ThermalZone& zone, int times) {
         for (int i = 0; i < times; ++i) {
             zones.recordAbnTZone(zone, -1, ZoneState::READ_FAILED);

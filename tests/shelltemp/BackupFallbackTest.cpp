@@ -1,13 +1,9 @@
-#include "shelltemp/ShellTempFitting.h"
 #include "support/EngineTest.h"
-
-using Writes = std::vector<std::string>;
 
 namespace {
 
 /** default uses zone 0; backup_a zone 1; backup_b zone 2 first and zone 1 second. */
-class BackupFallbackTest : public EngineTest {
-  protected:
+struct BackupFallbackTest : EngineTest {
     BackupFallbackTest() {
         for (const char* type : {"skin", "cpu", "board"}) {
             addZone(type, 40000);
@@ -27,8 +23,8 @@ TEST_F(BackupFallbackTest, movesToTheFirstHealthySetOnceTheZoneFailsPastTheLimit
     takeWrites();
     setTemp(0, std::nullopt);
     runUntil(15);
-    EXPECT_EQ(takeWrites(), Writes{}) << "three failures list the zone";
+    EXPECT_EQ(takeWrites(), Lines{}) << "three failures list the zone";
     runUntil(20);
-    EXPECT_EQ(takeWrites(), Writes{"1 40000"}) << "backup_a";
+    EXPECT_EQ(takeWrites(), Lines{"1 40000"}) << "backup_a";
     EXPECT_EQ(log.count(ANDROID_LOG_INFO, "update current fitting model(scene:backup_a)."), 1u);
 }

@@ -9,8 +9,7 @@ namespace {
 constexpr double kHour = 3600;
 constexpr double kMidnight = 16 * kHour;  // the scenario starts at 08:00
 
-class BigDataTest : public EngineTest {
-  protected:
+struct BigDataTest : EngineTest {
     BigDataTest() {
         addZone("skin", 40000);
         addZone("cpu", 55000);
@@ -38,7 +37,6 @@ TEST_F(BigDataTest, handsOverTheRecordsAtEachFullHour) {
     EXPECT_EQ(record["timestamp"], "20260301090000");
     EXPECT_EQ(record["duration"], 3600);
     EXPECT_EQ(record["fitting"]["m"], 40300);
-    EXPECT_EQ(record["temp"]["skin"]["min"]["temp"], 40000);
     EXPECT_EQ(record["temp"]["skin"]["max"]["time"], "20260301081005");
     EXPECT_EQ(record["fitting-delta"]["m"]["delta"], 300);
 }

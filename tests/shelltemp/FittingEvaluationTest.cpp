@@ -6,12 +6,8 @@
 #include <limits>
 
 TEST(FittingEvaluationTest, addsWeightedZonesAndConstant) {
-    const struct {
-        std::vector<int32_t> temps;
-        std::vector<double> coefficients;
-        int32_t value;
-        const char* why;
-    } cases[] = {
+    // temps, coefficients, value, why
+    const std::tuple<std::vector<int32_t>, std::vector<double>, int32_t, const char*> cases[] = {
             {{40000, 30000}, {0.6, 0.3, 1500.0}, 34500, "two zones and a constant"},
             {{40000}, {0.5, 7777.0, 100.0}, 20100, "the middle coefficient is ignored"},
             {{40000, 30000}, {0.5}, 20000, "fewer coefficients than zones"},
@@ -21,8 +17,7 @@ TEST(FittingEvaluationTest, addsWeightedZonesAndConstant) {
             {{40000}, {-1e9}, std::numeric_limits<int32_t>::min(), "saturates below"},
             {{40000}, {std::nan("")}, 0, "NaN"},
     };
-    for (const auto& test : cases) {
-        EXPECT_EQ(kelvo::evaluateLinearModel(test.temps, test.coefficients), test.value)
-                << test.why;
+    for (const auto& [temps, coefficients, value, why] : cases) {
+        EXPECT_EQ(kelvo::evaluateLinearModel(temps, coefficients), value) << why;
     }
 }

@@ -8,12 +8,9 @@ using kelvo::DeltaHistory;
 using kelvo::LimitedValue;
 
 TEST(FittingLimitsTest, limitsJumpsFasterThanHalfADegreeASecond) {
-    const struct {
-        int32_t previous, value, seconds;
-        DeltaHistory history;
-        int32_t expected, recorded;
-        const char* why;
-    } cases[] = {
+    // previous, value, seconds, history, expected, recorded, why
+    using Row = std::tuple<int32_t, int32_t, int32_t, DeltaHistory, int32_t, int32_t, const char*>;
+    const Row cases[] = {
             {40000, 44000, 5, {100, 80}, 41000, 200, "twice the fastest change"},
             {40000, 36000, 5, {100, 80}, 39000, 200, "falling alike"},
             {40000, 40500, 1, {}, 40500, 500, "500 a second is believed"},
@@ -25,13 +22,12 @@ TEST(FittingLimitsTest, limitsJumpsFasterThanHalfADegreeASecond) {
             {40000, 44000, 1, {251}, 40500, 500, "capped at 500"},
             {0, 36000, 5, {}, 625, 125, "without a value before, a rise from 0"},
     };
-    for (const auto& test : cases) {
-        const LimitedValue result =
-                kelvo::limitJump(test.previous, test.value, test.seconds, test.history);
-        EXPECT_EQ(result.value, test.expected) << test.why;
-        EXPECT_EQ(result.recorded, test.recorded) << test.why;
-        EXPECT_EQ(result.limited, test.expected != test.value) << test.why;
-        EXPECT_EQ(result.limit < 0, result.limited && test.value < test.previous) << test.why;
+    for (const auto& [previous, value, seconds, history, expected, recorded, why] : cases) {
+        const LimitedValue result = kelvo::limitJump(previous, value, seconds, history);
+        EXPECT_EQ(result.value, expected) << why;
+        EXPECT_EQ(result.recorded, recorded) << why;
+        EXPECT_EQ(result.limited, expected != value) << why;
+        EXPECT_EQ(result.limit < 0, result.limited && value < previous) << why;
     }
 }
 

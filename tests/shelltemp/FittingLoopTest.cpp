@@ -11,17 +11,15 @@
 
 namespace {
 
-constexpr char kTwoModels[] =
-        "{'shell_temp_fitting_model':{'default':{'temp_model':{"
-        "'a':{'index':0,'thermal_zone':['skin'],'coefficient':[1]},"
-        "'b':{'index':1,'thermal_zone':['skin','cpu'],'coefficient':[0.5,0.5]}}}}";
+const std::string kTwoModels =
+        "{'shell_temp_fitting_model':{'default':{'temp_model':{" + model("a", 0, "skin") +
+        ",'b':{'index':1,'thermal_zone':['skin','cpu'],'coefficient':[0.5,0.5]}}}}";
 
-class FittingLoopTest : public EngineTest {
-  protected:
+struct FittingLoopTest : EngineTest {
     FittingLoopTest() {
         addZone("skin", 40000);
         addZone("cpu", 40000);
-        setConfig(std::string(kTwoModels) + "}");
+        setConfig(kTwoModels + "}");
     }
 
     void updateScene(const std::string& scene) {
@@ -110,7 +108,7 @@ TEST_F(FittingLoopTest, readsTheZonesOnceBeforeTheFirstCycle) {
 }
 
 TEST_F(FittingLoopTest, ticksEverySecondAndFitsOnEveryFifthTickWithTsensors) {
-    setConfig(std::string(kTwoModels) + ",'tsensor_tempzone_info':{'thermal_zone_type':['cpu']}}");
+    setConfig(kTwoModels + ",'tsensor_tempzone_info':{'thermal_zone_type':['cpu']}}");
     startPhone();
     OpenCount opens(phone().tree().hostPath(sim::zonePath(1, "temp")));
     EXPECT_EQ(cyclesUntil(0), 1);

@@ -2,20 +2,18 @@
 
 #include <gtest/gtest.h>
 #include <json/reader.h>
-#include <stdlib.h>
 
-#include "sim/tree/DeviceTree.h"
 #include "support/EngineTest.h"
+#include "support/Phone.h"
 
 using kelvo::FittingModel;
 using kelvo::TempFittingModel;
 
 namespace {
 
-class FittingModelParserTest : public testing::Test {
-  protected:
+struct FittingModelParserTest : testing::Test {
     FittingModelParserTest() {
-        sim::DeviceTree tree(getenv("KELVO_ROOT"));
+        sim::DeviceTree tree = phone();
         tree.addZone(0, "cpu", 40000);
         tree.addZone(1, "gpu", 40000);
         count = table.discover();
@@ -45,10 +43,7 @@ class FittingModelParserTest : public testing::Test {
 
 TEST_F(FittingModelParserTest, keepsUsableModelsInTheOrderOfTheirNames) {
     const std::string good = "'index':0,'thermal_zone':['cpu'],'coefficient':[1]";
-    const struct {
-        std::string models;
-        const char* expected;
-    } cases[] = {
+    const std::pair<std::string, const char*> cases[] = {
             {"{'front':{'index':1,'thermal_zone':['cpu'],'coefficient':[1]},'back':{" + good + "}}",
              "back:0 front:1 "},
             {"{'a':{" + good + "},'b':{'index':'1','thermal_zone':['cpu'],'coefficient':[1]}}",
@@ -68,8 +63,8 @@ TEST_F(FittingModelParserTest, keepsUsableModelsInTheOrderOfTheirNames) {
                      good + "}}",
              "c:0 "},
     };
-    for (const auto& test : cases) {
-        EXPECT_EQ(summary(parse(test.models)), test.expected) << test.models;
+    for (const auto& [models, expected] : cases) {
+        EXPECT_EQ(summary(parse(models)), expected) << models;
     }
 }
 

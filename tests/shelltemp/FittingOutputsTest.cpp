@@ -16,8 +16,7 @@ struct Cycle {
     FittingTemps published;
 };
 
-class FittingOutputsTest : public testing::Test {
-  protected:
+struct FittingOutputsTest : testing::Test {
     const FittingTemps& publish(FittingOutputs& outputs, const Cycle& cycle) {
         fit(outputs, cycle);
         outputs.endCycle();
@@ -39,10 +38,7 @@ class FittingOutputsTest : public testing::Test {
 }  // namespace
 
 TEST_F(FittingOutputsTest, capsAndLimits) {
-    const struct {
-        const char* why;
-        std::vector<Cycle> cycles;
-    } cases[] = {
+    const std::pair<const char*, std::vector<Cycle>> cases[] = {
             {"the first cycle is its own cycle before", {{10, {{0, 40000}}, {{0, 40000}}}}},
             {"twice the fastest change of the last ones, which the limit itself enters",
              {{10, {{0, 40000}}, {{0, 40000}}},
@@ -70,28 +66,26 @@ TEST_F(FittingOutputsTest, capsAndLimits) {
               {15, {{-1, 30000}, {0, 50001}}, {{-1, 30000}, {0, 49375}}}}},
             {"without models nothing comes out", {{10, {}, {}}, {15, {}, {}}}},
     };
-    for (const auto& test : cases) {
+    for (const auto& [why, cycles] : cases) {
         FittingOutputs outputs;
-        for (const Cycle& cycle : test.cycles) {
-            EXPECT_EQ(publish(outputs, cycle), cycle.published) << test.why << ": " << cycle.time;
+        for (const Cycle& cycle : cycles) {
+            EXPECT_EQ(publish(outputs, cycle), cycle.published) << why << ": " << cycle.time;
         }
     }
 }
 
 TEST_F(FittingOutputsTest, leavesTheFirstFiveSecondsAfterScreenOnAloneButCaps) {
-    const struct {
-        int32_t screenOnTime;
-        int32_t value;
-    } cases[] = {{20, 60000}, {15, 60000}, {14, 40625}, {-1, 40625}};
-    for (const auto& test : cases) {
+    const std::pair<int32_t, int32_t> cases[] = {
+            {20, 60000}, {15, 60000}, {14, 40625}, {-1, 40625}};
+    for (const auto& [onTime, value] : cases) {
         FittingOutputs outputs;
         screenOnTime = -1;
         publish(outputs, {15, {{-1, 30000}, {0, 40000}, {1, 40000}}, {}});
-        screenOnTime = test.screenOnTime;
+        screenOnTime = onTime;
         const FittingTemps& temps =
                 publish(outputs, {20, {{-1, 60000}, {0, 60000}, {1, 80001}}, {}});
-        EXPECT_EQ(temps.at(0), test.value) << test.screenOnTime;
-        EXPECT_EQ(temps.at(1), test.value) << test.screenOnTime << ": capped to 60000 before";
+        EXPECT_EQ(temps.at(0), value) << onTime;
+        EXPECT_EQ(temps.at(1), value) << onTime << ": capped to 60000 before";
     }
     EXPECT_EQ(log.count("screen just turned on, ignore check 20:20"), 1u);
 }
@@ -116,15 +110,4 @@ TEST_F(FittingOutputsTest, saysWhatItCapsAndLimits) {
                              "index:0, temp:50001",
                              "Shell temp was shaking 0: delta -2100 (40500->30000), smoothed -125 "
                              "(30000->39875)"}));
-}
-
-TEST_F(FittingOutputsTest, correctsTheInnerAreaUpToATemperature) {
-    for (const auto& [fitted, corrected] :
-         {std::pair{47999, 45999}, {48000, 48000}, {-1000, -3000}}) {
-        FittingOutputs outputs;
-        outputs.beginCycle();
-        outputs.set(3, fitted, 10);
-        outputs.specialHandlingInnerTemp(3, record);
-        EXPECT_EQ(outputs.temps().at(3), corrected);
-    }
 }

@@ -1,7 +1,6 @@
 #include "shelltemp/FittingScenes.h"
 
 #include <gtest/gtest.h>
-#include <json/reader.h>
 
 #include <functional>
 
@@ -18,21 +17,16 @@ constexpr int32_t kSkin = 0;
 constexpr int32_t kCpu = 1;
 constexpr int32_t kBoard = 2;
 
-const kelvo::ZoneTable& zones() {
-    static const kelvo::ZoneTable& table = *[] {
-        auto* const filled = new kelvo::ZoneTable;
-        for (const char* type : {"skin", "cpu", "board", "battery_ntc"}) {
-            filled->add(type);
-        }
-        return filled;
-    }();
+kelvo::ZoneTable zones() {
+    kelvo::ZoneTable table;
+    for (const char* type : {"skin", "cpu", "board", "battery_ntc"}) {
+        table.add(type);
+    }
     return table;
 }
 
 void load(FittingScenes& scenes, const std::string& text) {
-    Json::Value root;
-    ASSERT_TRUE(Json::Reader().parse(json("{" + text + "}"), root)) << text;
-    scenes.getFittingModels(root, zones(), 4);
+    scenes.getFittingModels(parsed("{" + text + "}"), zones(), 4);
 }
 
 void reload(FittingScenes& scenes, const std::string& text) {
@@ -52,6 +46,8 @@ std::string ambient(const FittingScenes& scenes) {
     return scenes.ambient() == nullptr ? "" : scenes.ambient()->scene;
 }
 
+const std::string kWithBackup = scene("default", 0, "skin") + "," + scene("backup_a", 1, "cpu");
+
 // A backup set that uses the board first and the cpu second.
 const std::string kTwoModels =
         "'backup_b':{'temp_model':{" + model("m", 2, "board") + "," + model("n", 3, "cpu") + "}}";
@@ -59,12 +55,8 @@ const std::string kTwoModels =
 }  // namespace
 
 TEST(FittingScenesTest, choosesWhatToStartWith) {
-    const struct {
-        std::string scenes;
-        bool ambientCharge;
-        const char* current;
-        const char* ambient;
-    } cases[] = {
+    // configured, ambientCharge, starts (with), ambientSet
+    const std::tuple<std::string, bool, const char*, const char*> cases[] = {
             {"", false, "default", ""},
             {scene("default", 4, "skin") + "," + scene("backup_a", 1, "cpu"), false, "default 4",
              ""},
@@ -77,13 +69,13 @@ TEST(FittingScenesTest, choosesWhatToStartWith) {
             {scene("ambient", 1, "cpu") + "," + scene("ambient_charge", 1, "cpu"), true, "default",
              "ambient_charge"},
     };
-    for (const auto& test : cases) {
+    for (const auto& [configured, ambientCharge, starts, ambientSet] : cases) {
         FittingScenes scenes;
-        load(scenes, test.scenes);
+        load(scenes, configured);
         EXPECT_EQ(current(scenes), "") << "nothing is chosen yet";
-        scenes.chooseStartingModels(test.ambientCharge);
-        EXPECT_EQ(current(scenes), test.current) << test.scenes;
-        EXPECT_EQ(ambient(scenes), test.ambient) << test.scenes;
+        scenes.chooseStartingModels(ambientCharge);
+        EXPECT_EQ(current(scenes), starts) << configured;
+        EXPECT_EQ(ambient(scenes), ambientSet) << configured;
     }
 }
 
@@ -105,16 +97,9 @@ TEST(FittingScenesTest, switchesOnlyToScenesWithModels) {
 }
 
 TEST(FittingScenesTest, fallsBackToTheFirstSetThatIsStillGood) {
-    struct Step {
-        std::vector<int32_t> badZones;
-        int result;
-        const char* current;
-        int32_t left;
-    };
-    const struct {
-        const char* why;
-        std::vector<Step> steps;
-    } cases[] = {
+    // bad zones, result, current set, backup sets that are left
+    using Step = std::tuple<std::vector<int32_t>, int, const char*, int32_t>;
+    const std::pair<const char*, std::vector<Step>> cases[] = {
             {"a zone of no backup set", {{{kSkin}, 0, "backup_a 1", 2}}},
             {"the first set uses it", {{{kCpu}, 0, "backup_b 2", 1}}},
             {"only the latest bad zone counts", {{{kCpu, kSkin}, 0, "backup_a 1", 2}}},
@@ -123,20 +108,20 @@ TEST(FittingScenesTest, fallsBackToTheFirstSetThatIsStillGood) {
             {"none is left", {{{kCpu}, 0, "backup_b 2", 1}, {{kCpu, kBoard}, -1, "backup_b 2", 0}}},
             {"no zone is bad", {{{}, -1, "default 0", 2}}},
     };
-    for (const auto& test : cases) {
+    for (const auto& [why, steps] : cases) {
         FittingScenes scenes;
-        load(scenes,
-             scene("default", 0, "skin") + "," + scene("backup_a", 1, "cpu") + "," + kTwoModels);
+        load(scenes, kWithBackup + "," + kTwoModels);
         scenes.chooseStartingModels(false);
-        for (const Step& step : test.steps) {
-            EXPECT_EQ(scenes.updateTempFittingModel(step.badZones), step.result) << test.why;
-            EXPECT_EQ(current(scenes), step.current) << test.why;
-            EXPECT_EQ(scenes.backupCount(), step.left) << test.why;
+        for (const auto& [badZones, result, set, left] : steps) {
+            EXPECT_EQ(scenes.updateTempFittingModel(badZones), result) << why;
+            EXPECT_EQ(current(scenes), set) << why;
+            EXPECT_EQ(scenes.backupCount(), left) << why;
         }
     }
 }
 
 TEST(FittingScenesTest, keepsItsChoiceThroughAReloadAsFarAsThereIsSuchASet) {
+    const auto none = [](FittingScenes&) {};
     const auto fallBack = [](FittingScenes& scenes) { scenes.updateTempFittingModel({kSkin}); };
     const auto switchToBackup = [](FittingScenes& scenes) {
         scenes.switchFittingScene("backup_a");
@@ -145,16 +130,12 @@ TEST(FittingScenesTest, keepsItsChoiceThroughAReloadAsFarAsThereIsSuchASet) {
         fallBack(scenes);
         switchToBackup(scenes);
     };
-    const struct {
-        const char* why;
-        std::function<void(FittingScenes&)> choose;
-        std::string reloaded;
-        const char* current;
-        int32_t backups;
-    } cases[] = {
-            {"new models", [](FittingScenes&) {}, scene("default", 7, "cpu"), "default 7", 1},
-            {"a scene that is gone keeps its models", [](FittingScenes&) {},
-             scene("flashon", 7, "cpu"), "default 0", 1},
+    using Choice = std::function<void(FittingScenes&)>;
+    // why, choose, reloaded, set, backups
+    const std::tuple<const char*, Choice, std::string, const char*, int32_t> cases[] = {
+            {"new models", none, scene("default", 7, "cpu"), "default 7", 1},
+            {"a scene that is gone keeps its models", none, scene("flashon", 7, "cpu"), "default 0",
+             1},
             {"a fallback goes with its scene", fallBack,
              scene("backup_0", 6, "cpu") + "," + scene("backup_a", 7, "board"), "backup_a 7", 2},
             {"a fallback that is gone", fallBack, scene("backup_b", 7, "skin"), "default 0", 1},
@@ -165,37 +146,33 @@ TEST(FittingScenesTest, keepsItsChoiceThroughAReloadAsFarAsThereIsSuchASet) {
             {"nor is one that was asked for after a fallback", both, scene("flashon", 7, "cpu"),
              "backup_a 1", 1},
     };
-    for (const auto& test : cases) {
+    for (const auto& [why, choose, reloaded, set, backups] : cases) {
         FittingScenes scenes;
-        load(scenes, scene("default", 0, "skin") + "," + scene("backup_a", 1, "cpu"));
+        load(scenes, kWithBackup);
         scenes.chooseStartingModels(false);
-        test.choose(scenes);
-        reload(scenes, test.reloaded);
-        EXPECT_EQ(current(scenes), test.current) << test.why;
-        EXPECT_EQ(scenes.backupCount(), test.backups) << test.why;
+        choose(scenes);
+        reload(scenes, reloaded);
+        EXPECT_EQ(current(scenes), set) << why;
+        EXPECT_EQ(scenes.backupCount(), backups) << why;
     }
 }
 
 TEST(FittingScenesTest, takesBackupSetsForGoodAgainAfterAReload) {
     LogCapture log;
     FittingScenes scenes;
-    const std::string text = scene("default", 0, "skin") + "," + scene("backup_a", 1, "cpu");
-    load(scenes, text);
+    load(scenes, kWithBackup);
     scenes.chooseStartingModels(false);
     EXPECT_EQ(scenes.updateTempFittingModel({kCpu}), -1);
-    reload(scenes, text);
+    reload(scenes, kWithBackup);
     EXPECT_EQ(scenes.updateTempFittingModel({kSkin}), 0);
     reload(scenes, scene("default", 0, "skin"));
     EXPECT_EQ(scenes.backupCount(), 1) << "kept, so that each attempt says that the list is empty";
     EXPECT_EQ(scenes.updateTempFittingModel({kSkin}), -1);
-    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "The list should not be empty!"), 1u);
+    EXPECT_EQ(log.errors("The list should not be empty!"), 1u);
 }
 
 TEST(FittingScenesTest, saysWhatTheCurrentSetStandsOn) {
-    const struct {
-        std::string models;
-        FittingModelKind kind;
-    } cases[] = {
+    const std::pair<std::string, FittingModelKind> cases[] = {
             {model("a", 0, "cpu"), FittingModelKind::OTHER_ZONE},
             {model("a", 0, "battery_ntc"), FittingModelKind::BATTERY_ZONE},
             {"'a':{'index':0,'thermal_zone':['battery_ntc','cpu'],'coefficient':[1]}",
@@ -205,11 +182,11 @@ TEST(FittingScenesTest, saysWhatTheCurrentSetStandsOn) {
             {model("a", -1, "cpu"), FittingModelKind::NONE},
             {"", FittingModelKind::NONE},
     };
-    for (const auto& test : cases) {
+    for (const auto& [models, kind] : cases) {
         FittingScenes scenes;
-        load(scenes, "'default':{'temp_model':{" + test.models + "}}");
+        load(scenes, "'default':{'temp_model':{" + models + "}}");
         scenes.chooseStartingModels(false);
-        EXPECT_EQ(scenes.currentKind(), test.kind) << test.models;
+        EXPECT_EQ(scenes.currentKind(), kind) << models;
     }
 }
 

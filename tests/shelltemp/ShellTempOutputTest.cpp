@@ -5,12 +5,9 @@
 #include "shelltemp/ShellTempFitting.h"
 #include "support/EngineTest.h"
 
-using Writes = std::vector<std::string>;
-
 namespace {
 
-class ShellTempOutputTest : public EngineTest {
-  protected:
+struct ShellTempOutputTest : EngineTest {
     ShellTempOutputTest() { addZone("skin", 40000); }
 
     void useModels(const std::string& models) {
@@ -28,7 +25,7 @@ TEST_F(ShellTempOutputTest, writesIndexesInOrderAndNegativeOnesNever) {
               ",'u':{'index':5,'thermal_zone':['skin'],'coefficient':[1],'type':3}");
     startPhone();
     runUntil(0);
-    EXPECT_EQ(takeWrites(), (Writes{"0 40000", "3 40000"}));
+    EXPECT_EQ(takeWrites(), (Lines{"0 40000", "3 40000"}));
     EXPECT_TRUE(log.has("update shell temp -2:40000"));
     EXPECT_EQ(log.count("fitting model (3) has not supported!"), 1u);
 }
@@ -38,20 +35,14 @@ TEST_F(ShellTempOutputTest, leavesTheFirstFiveSecondsAfterScreenOnAlone) {
     scenario.properties["persist.sys.shelltemp.interval"] = "1";
     startPhone();
     runUntil(0);
-    auto& engine = ShellTempFitting::getInstance();
-    const struct {
-        double time;
-        bool smoothed;
-    } cases[] = {{4, false}, {5, false}, {6, true}};
     runUntil(10);
-    engine.updateScene("SCREEN:ON", false, 0);
+    ShellTempFitting::getInstance().updateScene("SCREEN:ON", false, 0);
     int32_t temp = 40000;
-    for (const auto& test : cases) {
-        temp += 5000;
-        runUntil(10 + test.time - 0.5);
-        setTemp(0, temp);
-        runUntil(10 + test.time);
-        EXPECT_EQ(fitted(0) != temp, test.smoothed) << test.time;
+    for (const auto& [second, smoothed] : {std::pair{14, false}, {15, false}, {16, true}}) {
+        runUntil(second - 0.5);
+        setTemp(0, temp += 5000);
+        runUntil(second);
+        EXPECT_EQ(fitted(0) != temp, smoothed) << second;
     }
 }
 
@@ -64,11 +55,11 @@ TEST_F(ShellTempOutputTest, writesNothingWhileAZoneFailsAndRecovers) {
     setTemp(0, 40400);
     setTemp(1, std::nullopt);
     runUntil(5);
-    EXPECT_EQ(takeWrites(), Writes{}) << "also not the model that was evaluated before";
-    EXPECT_EQ(log.count(ANDROID_LOG_ERROR, "Get temp(tz:1) failed!"), 1u);
+    EXPECT_EQ(takeWrites(), Lines{}) << "also not the model that was evaluated before";
+    EXPECT_EQ(log.errors("Get temp(tz:1) failed!"), 1u);
     setTemp(1, 40000);
     runUntil(10);
-    EXPECT_EQ(takeWrites(), (Writes{"0 40400", "1 625"})) << "index 1 creeps up from 0";
+    EXPECT_EQ(takeWrites(), (Lines{"0 40400", "1 625"})) << "index 1 creeps up from 0";
 }
 
 TEST_F(ShellTempOutputTest, writesAgainOnceTheNodeTakesIt) {
@@ -85,7 +76,7 @@ TEST_F(ShellTempOutputTest, writesAgainOnceTheNodeTakesIt) {
     EXPECT_EQ(log.count("write file /proc/shell-temp failed.(No space left on device)"), 1u);
     phone().perform(sim::SetNodes{{{"/proc/shell-temp", ""}}});
     runUntil(15);
-    EXPECT_EQ(takeWrites(), (Writes{"0 40000", "1 40000"}));
+    EXPECT_EQ(takeWrites(), (Lines{"0 40000", "1 40000"}));
 }
 
 TEST_F(ShellTempOutputTest, correctsTheInnerAreaOfItsProject) {

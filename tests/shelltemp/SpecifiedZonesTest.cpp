@@ -7,8 +7,7 @@ using kelvo::SpecifiedZones;
 
 namespace {
 
-class SpecifiedZonesTest : public EngineTest {
-  protected:
+struct SpecifiedZonesTest : EngineTest {
     SpecifiedZonesTest() {
         addZone("cpu", 40000);
         addZone("gpu", 41000);
@@ -25,16 +24,13 @@ TEST_F(SpecifiedZonesTest, readsTheZonesAtMostOnceInTwentySeconds) {
     zones.configure({{{1, "gpu"}, {0, "cpu"}}, std::nullopt});
     ASSERT_EQ(zones.getTemps(temps), 0);
     EXPECT_EQ(temps, (std::vector<int>{41000, 40000}));
-    const struct {
-        int64_t timeMs;
-        int32_t temp;
-    } cases[] = {{5000, 41000}, {19999, 41000}, {20000, 45000}};
+    const std::pair<int64_t, int32_t> cases[] = {{5000, 41000}, {19999, 41000}, {20000, 45000}};
     phone().tree().setZoneTemp(1, 45000);
-    for (const auto& test : cases) {
-        sim::VirtualTime::advanceTo(test.timeMs);
+    for (const auto& [timeMs, temp] : cases) {
+        sim::VirtualTime::advanceTo(timeMs);
         std::vector<int> now;
         EXPECT_EQ(zones.getTemps(now), 0);
-        EXPECT_EQ(now.front(), test.temp) << test.timeMs;
+        EXPECT_EQ(now.front(), temp) << timeMs;
     }
 }
 

@@ -3,18 +3,15 @@
 #include "shelltemp/ShellTempFitting.h"
 #include "support/EngineTest.h"
 
-using Writes = std::vector<std::string>;
-
 namespace {
 
-class StartingModelsTest : public EngineTest {
-  protected:
+struct StartingModelsTest : EngineTest {
     StartingModelsTest() {
         addZone("skin", 40000);
         addZone("soc_thermal_ipa", 45000);
     }
 
-    Writes firstWrites(const std::string& scenes) {
+    Lines firstWrites(const std::string& scenes) {
         setScenes(scenes);
         startPhone();
         runUntil(0);
@@ -27,7 +24,7 @@ class StartingModelsTest : public EngineTest {
 TEST_F(StartingModelsTest, usesTheFirstBackupWhenDefaultIsForAnotherBoard) {
     EXPECT_EQ(firstWrites(scene("backup_b", 2, "skin") + "," + scene("backup_a", 1, "skin") + "," +
                           scene("default", 0, "other_board")),
-              Writes{"1 40000"});
+              Lines{"1 40000"});
     EXPECT_TRUE(
             log.has("ShellTempFitting, current fitting model is empty, use backup front model"));
 }
@@ -35,7 +32,7 @@ TEST_F(StartingModelsTest, usesTheFirstBackupWhenDefaultIsForAnotherBoard) {
 TEST_F(StartingModelsTest, runsOnWithoutAnyConfigurationFile) {
     startPhone();
     runUntil(60);
-    EXPECT_EQ(takeWrites(), Writes{});
+    EXPECT_EQ(takeWrites(), Lines{});
     EXPECT_TRUE(log.has("Get file contents failed!"));
     EXPECT_TRUE(log.has("no shell temp fitting model"));
 }
@@ -46,7 +43,7 @@ TEST_F(StartingModelsTest, runsOnWhenSectionsHaveTheWrongType) {
             "'tsensor_tempzone_info':3,'max_abn_tz_detect_times':'many'}");
     startPhone();
     runUntil(5);
-    EXPECT_EQ(takeWrites(), Writes{});
+    EXPECT_EQ(takeWrites(), Lines{});
     EXPECT_TRUE(log.has("can't find any valid fitting model, exit."));
 }
 

@@ -24,11 +24,8 @@ Histogram countAll(const std::vector<int32_t>& samples) {
 }  // namespace
 
 TEST(TsensorHistogramTest, countsSamplesByBandAndEpisodesByPeak) {
-    const struct {
-        std::vector<int32_t> samples;
-        Bands counts, times;
-        const char* why;
-    } cases[] = {
+    // samples, counts, times, why
+    const std::tuple<std::vector<int32_t>, Bands, Bands, const char*> cases[] = {
             {{40000, 55000, 72000, 48000}, {0, 0, 0, 1, 0, 0}, {1, 2, 0, 1, 0, 0}, "an episode"},
             {{50001, 60000, 99999}, {0, 0, 0, 0, 0, 0}, {0, 1, 1, 0, 0, 1}, "band limits"},
             {{100001}, {0, 0, 0, 0, 0, 1}, {0, 0, 0, 0, 0, 1}, "the top band"},
@@ -38,9 +35,9 @@ TEST(TsensorHistogramTest, countsSamplesByBandAndEpisodesByPeak) {
             {{50000}, {1, 0, 0, 0, 0, 0}, {0, 1, 0, 0, 0, 0}, "50000 opens and ends an episode"},
             {{55000, 40000, 40000}, {0, 1, 0, 0, 0, 0}, {2, 1, 0, 0, 0, 0}, "ends once"},
     };
-    for (const auto& test : cases) {
-        const Histogram histogram = countAll(test.samples);
-        EXPECT_EQ(histogram.counts, test.counts) << test.why;
-        EXPECT_EQ(histogram.times, test.times) << test.why;
+    for (const auto& [samples, counts, times, why] : cases) {
+        const Histogram histogram = countAll(samples);
+        EXPECT_EQ(histogram.counts, counts) << why;
+        EXPECT_EQ(histogram.times, times) << why;
     }
 }

@@ -1,19 +1,17 @@
 #include "shelltemp/WrittenTemps.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
-#include "sim/tree/DeviceTree.h"
 #include "sim/tree/ShellTempNode.h"
 #include "support/LogCapture.h"
+#include "support/Phone.h"
 
 using kelvo::WrittenTemps;
 using Lines = std::vector<std::string>;
 
 namespace {
 
-class WrittenTempsTest : public testing::Test {
-  protected:
+struct WrittenTempsTest : testing::Test {
     WrittenTempsTest() { node.setPresent(true); }
 
     int write(const kelvo::FittingTemps& temps) {
@@ -26,7 +24,7 @@ class WrittenTempsTest : public testing::Test {
     }
 
     LogCapture log;
-    sim::DeviceTree tree{getenv("KELVO_ROOT")};
+    sim::DeviceTree tree = phone();
     sim::ShellTempNode node{tree};
     kelvo::PassRecord record;
     WrittenTemps written;
@@ -35,10 +33,7 @@ class WrittenTempsTest : public testing::Test {
 }  // namespace
 
 TEST_F(WrittenTempsTest, writesAValueInAnotherTenthOfADegreeThanTheLastWritten) {
-    const struct {
-        int32_t temp;
-        Lines lines;
-    } cases[] = {
+    const std::pair<int32_t, Lines> cases[] = {
             {99, {}},  // 0 at first
             {-99, {}},
             {100, {"2 100"}},
@@ -48,8 +43,8 @@ TEST_F(WrittenTempsTest, writesAValueInAnotherTenthOfADegreeThanTheLastWritten) 
             {38799, {"2 38799"}},
             {-38799, {"2 -38799"}},
     };
-    for (const auto& test : cases) {
-        EXPECT_EQ(write({{2, test.temp}}), 0);
-        EXPECT_EQ(takeLines(), test.lines) << test.temp;
+    for (const auto& [temp, lines] : cases) {
+        EXPECT_EQ(write({{2, temp}}), 0);
+        EXPECT_EQ(takeLines(), lines) << temp;
     }
 }

@@ -1,18 +1,16 @@
 #include "shelltemp/ZoneTable.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include "sim/scenario/PhonePaths.h"
-#include "sim/tree/DeviceTree.h"
+#include "support/Phone.h"
 
 using kelvo::ZoneTable;
 
 namespace {
 
-class ZoneTableTest : public testing::Test {
-  protected:
-    sim::DeviceTree tree{getenv("KELVO_ROOT")};
+struct ZoneTableTest : testing::Test {
+    sim::DeviceTree tree = phone();
     ZoneTable table;
 };
 

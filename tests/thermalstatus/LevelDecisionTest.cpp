@@ -33,14 +33,9 @@ bool isRising(const std::optional<LevelDecision::Threshold>& threshold) {
 
 TEST(LevelDecisionTest, decidesOnBothSidesOfEachBoundary) {
     const struct {
-        int32_t level;
-        int32_t levelTemp;
-        int32_t temp;
+        int32_t level, levelTemp, temp;
         Rule rule;
-        int32_t newLevel;
-        int32_t newLevelTemp;
-        int32_t below;
-        int32_t above;
+        int32_t newLevel, newLevelTemp, below, above;
         const char* why;
     } cases[] = {
             {5, 35, 35999, Rule::IN_BAND, 5, 35, 33, 36, "just below the next level"},

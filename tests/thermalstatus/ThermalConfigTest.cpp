@@ -18,14 +18,8 @@ std::string list(size_t count) {
 }  // namespace
 
 TEST(BroadcastConfigTest, takesAFlagAndABandOfTwoEnds) {
-    const struct {
-        const char* section;
-        bool enabled;
-        bool hasBand;
-        int32_t low;
-        int32_t high;
-        const char* faults;
-    } cases[] = {
+    // section, enabled, hasBand, low, high, faults
+    const std::tuple<const char*, bool, bool, int32_t, int32_t, const char*> cases[] = {
             {"null", true, false, 30, 55, ""},
             {"[1,2]", true, false, 30, 55, ""},
             {"5", true, false, 30, 55, ":type"},
@@ -42,24 +36,22 @@ TEST(BroadcastConfigTest, takesAFlagAndABandOfTwoEnds) {
             {"{'start_end_values':[40,40]}", true, true, 40, 40, ""},
             {"{'start_end_values':[41,40]}", true, true, 41, 40, "start_end_values:reversed"},
     };
-    for (const auto& test : cases) {
-        const kelvo::BroadcastConfig config = kelvo::readBroadcastConfig(parsed(test.section));
-        EXPECT_EQ(config.enabled, test.enabled) << test.section;
-        EXPECT_EQ(config.hasBand, test.hasBand) << test.section;
-        EXPECT_EQ(config.band.low, test.low) << test.section;
-        EXPECT_EQ(config.band.high, test.high) << test.section;
-        EXPECT_EQ(textOf(config.faults), test.faults) << test.section;
+    for (const auto& [section, enabled, hasBand, low, high, faults] : cases) {
+        const kelvo::BroadcastConfig config = kelvo::readBroadcastConfig(parsed(section));
+        EXPECT_EQ(config.enabled, enabled) << section;
+        EXPECT_EQ(config.hasBand, hasBand) << section;
+        EXPECT_EQ(config.band.low, low) << section;
+        EXPECT_EQ(config.band.high, high) << section;
+        EXPECT_EQ(textOf(config.faults), faults) << section;
     }
 }
 
 TEST(BroadcastBandTest, holdsItsEndsAndWhatLeapsOverIt) {
     const kelvo::BroadcastBand band{30, 55};
-    const struct {
-        int32_t before;
-        int32_t now;
-        bool outside;
-    } cases[] = {{28, 29, true},  {29, 30, false}, {30, 29, false}, {55, 56, false},
-                 {56, 55, false}, {56, 57, true},  {29, 56, false}, {56, 29, false}};
+    // before, now, outside
+    const std::tuple<int32_t, int32_t, bool> cases[] = {
+            {28, 29, true},  {29, 30, false}, {30, 29, false}, {55, 56, false},
+            {56, 55, false}, {56, 57, true},  {29, 56, false}, {56, 29, false}};
     for (const auto& [before, now, outside] : cases) {
         EXPECT_EQ(band.isOutside(before, now), outside) << before << " " << now;
     }
@@ -67,10 +59,8 @@ TEST(BroadcastBandTest, holdsItsEndsAndWhatLeapsOverIt) {
 
 TEST(ThermalModelReaderTest, saysWhatIsWrongInWhichList) {
     const std::string all = list(kelvo::kThermalLevels);
-    const struct {
-        std::string up, down, status, report;
-        const char* faults;
-    } cases[] = {
+    // up, down, status, report, faults
+    const std::tuple<std::string, std::string, std::string, std::string, const char*> cases[] = {
             {all, all, all, "[1]", ""},
             {"null", "{}", "7", "[]",
              "temp_threshold:missing thermal_status:type thermal_status_report:empty "
@@ -84,12 +74,11 @@ TEST(ThermalModelReaderTest, saysWhatIsWrongInWhichList) {
             {list(20), list(22), list(20), "[1]",
              "temp_threshold:length temp_threshold_down:length"},
     };
-    for (const auto& test : cases) {
-        const std::string section = "{'temp_threshold':" + test.up +
-                                    ",'temp_threshold_down':" + test.down +
-                                    ",'thermal_status':" + test.status +
-                                    ",'thermal_status_report':" + test.report + "}";
-        EXPECT_EQ(textOf(kelvo::readThermalModel(parsed(section)).faults), test.faults) << section;
+    for (const auto& [up, down, status, report, faults] : cases) {
+        const std::string section = "{'temp_threshold':" + up + ",'temp_threshold_down':" + down +
+                                    ",'thermal_status':" + status +
+                                    ",'thermal_status_report':" + report + "}";
+        EXPECT_EQ(textOf(kelvo::readThermalModel(parsed(section)).faults), faults) << section;
     }
 }
 

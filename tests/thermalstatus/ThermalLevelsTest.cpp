@@ -5,10 +5,7 @@
 using kelvo::HeatSourceReport;
 
 TEST(ThermalLevelsTest, findsWhereAListFalls) {
-    const struct {
-        std::vector<int32_t> list;
-        std::optional<size_t> falls;
-    } cases[] = {
+    const std::pair<std::vector<int32_t>, std::optional<size_t>> cases[] = {
             {{30}, {}},
             {{30, 30, 31}, {}},
             {{30, 25}, 1},
@@ -16,21 +13,15 @@ TEST(ThermalLevelsTest, findsWhereAListFalls) {
             {{30, -1, 31, 30}, 3},
             {{-1, -2}, 1},
     };
-    for (const auto& test : cases) {
-        EXPECT_EQ(kelvo::firstFallingEntry(test.list), test.falls)
-                << testing::PrintToString(test.list);
+    for (const auto& [list, falls] : cases) {
+        EXPECT_EQ(kelvo::firstFallingEntry(list), falls) << testing::PrintToString(list);
     }
 }
 
 TEST(ThermalLevelsTest, reportsHeatSourcesByStepOrAfterTheHoldOff) {
     constexpr int64_t kSecond = 1'000'000'000;
-    const struct {
-        HeatSourceReport last;
-        int32_t temp;
-        int64_t now;
-        bool due;
-        const char* why;
-    } cases[] = {
+    // last, temp, now, due, why
+    const std::tuple<HeatSourceReport, int32_t, int64_t, bool, const char*> cases[] = {
             {{40000, 0}, 40800, 0, false, "800 is not a step"},
             {{40000, 0}, 40801, 0, true, "801 is"},
             {{40000, 0}, 39199, 0, true, "also downwards"},
@@ -46,7 +37,7 @@ TEST(ThermalLevelsTest, reportsHeatSourcesByStepOrAfterTheHoldOff) {
              "the clock does not fit in the stored time"},
             {{INT32_MIN, 0}, INT32_MAX, 0, true, "no overflow"},
     };
-    for (const auto& test : cases) {
-        EXPECT_EQ(kelvo::isHeatSourceDue(test.last, test.temp, test.now), test.due) << test.why;
+    for (const auto& [last, temp, now, due, why] : cases) {
+        EXPECT_EQ(kelvo::isHeatSourceDue(last, temp, now), due) << why;
     }
 }
