@@ -9,21 +9,18 @@
 namespace android {
 namespace {
 
-class ICounter : public IInterface {
-  public:
+struct ICounter : IInterface {
     DECLARE_META_INTERFACE(Counter)
     enum { NEXT = IBinder::FIRST_CALL_TRANSACTION };
 };
 
-class BpCounter : public BpInterface<ICounter> {
-  public:
+struct BpCounter : BpInterface<ICounter> {
     explicit BpCounter(const sp<IBinder>& remote) : BpInterface<ICounter>(remote) {}
 };
 
 DO_NOT_DIRECTLY_USE_ME_IMPLEMENT_META_INTERFACE(Counter, "test.ICounter")
 
-class Counter : public BnInterface<ICounter> {
-  public:
+struct Counter : BnInterface<ICounter> {
     status_t onTransact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags) override {
         mCallingUid = IPCThreadState::self()->getCallingUid();
         mCallingPid = IPCThreadState::self()->getCallingPid();

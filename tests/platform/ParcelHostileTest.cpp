@@ -122,18 +122,6 @@ TEST(ParcelHostileTest, protectsObjectsFromPlainAccess) {
     EXPECT_EQ(binder, parcel.readStrongBinder());
 }
 
-TEST(ParcelHostileTest, refusesForgedStability) {
-    const sp<BBinder> binder = new BBinder;
-    for (const int32_t level : {0, 1, 0b000011, 0b111111, -1}) {
-        Parcel parcel;
-        parcel.writeStrongBinder(binder);
-        parcel.setDataPosition(24);
-        parcel.writeInt32(level);
-        parcel.setDataPosition(0);
-        EXPECT_EQ(nullptr, parcel.readStrongBinder()) << level;
-    }
-}
-
 TEST(ParcelHostileTest, readsToTheEndAndNotBeyond) {
     const ForeignParcel parcel({1, 2, 0x3f800000});
     EXPECT_EQ(0x200000001, parcel.readInt64());

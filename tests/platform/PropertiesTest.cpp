@@ -7,17 +7,13 @@
 #include <cstring>
 #include <filesystem>
 #include <map>
-#include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
 #include "sim/tree/DeviceTree.h"
 
 namespace {
 
-class PropertiesTest : public testing::Test {
-  protected:
+struct PropertiesTest : testing::Test {
     static std::string get(const char* name, const char* defaultValue = nullptr) {
         char value[PROPERTY_VALUE_MAX] = "untouched";
         const int length = property_get(name, value, defaultValue);

@@ -8,8 +8,7 @@
 namespace android {
 namespace {
 
-class LocalServiceManagerTest : public testing::Test {
-  protected:
+struct LocalServiceManagerTest : testing::Test {
     const sp<LocalServiceManager> mManager = new LocalServiceManager;
     const sp<IBinder> mService = new BBinder;
     const String16 mName{"phone.service/default"};

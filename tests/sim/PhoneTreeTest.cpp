@@ -16,8 +16,7 @@ constexpr const char* kScenario = R"({"duration": 9,
               "/raw": {"hex": "0001"}},
     "zones": [{"type": "cpu", "temp": 30000}, {"type": "board", "temp": null}]})";
 
-class PhoneTree : public testing::Test {
-  protected:
+struct PhoneTree : testing::Test {
     PhoneTree() : mTree(getenv("KELVO_ROOT")), mScenario(sim::parseScenario(kScenario, "s", ".")) {}
 
     /** Seconds since the epoch at which a node was last changed. */

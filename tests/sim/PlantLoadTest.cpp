@@ -23,23 +23,20 @@ TEST(PlantLoad, givesThreadsTheirShareOfFiveSeconds) {
 }
 
 TEST(PlantLoad, choosesTheLowestClockThatLeavesRoom) {
-    const struct {
-        double watts;
-        const char* load;
-        const char* clock;
-    } rows[] = {
+    // watts, load, clock
+    const std::tuple<double, const char*, const char*> rows[] = {
             {-1, "0", "300"},    {0, "0", "300"},    {0.5, "50", "300"}, {0.9, "90", "300"},
             {0.91, "46", "600"}, {1.9, "95", "600"}, {99, "100", "600"},
     };
-    for (const auto& row : rows) {
-        const sim::Plant plant(phone(row.watts));
+    for (const auto& [watts, load, clock] : rows) {
+        const sim::Plant plant(phone(watts));
         const auto qcom = sim::gpuNodes(plant, true);
         ASSERT_EQ(qcom.size(), 2U);
-        EXPECT_EQ(*qcom[0].text, row.load) << row.watts;
-        EXPECT_EQ(*qcom[1].text, row.clock + std::string("000000"));
+        EXPECT_EQ(*qcom[0].text, load) << watts;
+        EXPECT_EQ(*qcom[1].text, clock + std::string("000000"));
         const auto mtk = sim::gpuNodes(plant, false);
-        EXPECT_EQ(mtk[0].text->find(row.load + std::string(" ")), 0U) << *mtk[0].text;
-        EXPECT_EQ(*mtk[1].text, row.clock + std::string(" 0"));
+        EXPECT_EQ(mtk[0].text->find(load + std::string(" ")), 0U) << *mtk[0].text;
+        EXPECT_EQ(*mtk[1].text, clock + std::string(" 0"));
     }
     sim::PlantParams none = phone(1);
     none.gpu.reset();

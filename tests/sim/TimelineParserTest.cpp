@@ -2,10 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <utility>
-
+#include "Refusal.h"
 #include "sim/scenario/ScenarioParser.h"
+#include "support/Json.h"
 
 namespace {
 
@@ -17,12 +16,7 @@ std::vector<sim::Action> parse(const std::string& actions) {
 }
 
 std::string refusal(const std::string& actions) {
-    try {
-        parse(actions);
-    } catch (const sim::ScenarioError& error) {
-        return error.place() + ": " + error.problem();
-    }
-    return "";
+    return refusalOf([&] { parse(actions); });
 }
 
 TEST(TimelineParser, sortsStablyByMillisecond) {
@@ -95,48 +89,42 @@ TEST(TimelineParser, refusesWithPlaceAndReason) {
     EXPECT_EQ(refusal(R"({"do": "frames"})"), "timeline[0]: the member \"t\" is missing");
     EXPECT_EQ(refusal(R"({"t": -1, "do": "frames"})"),
               "timeline[0].t: expected seconds from 0 to 1000000000");
-    const std::pair<const char*, const char*> cases[] = {
-            {R"("frame")", ".do: no action \"frame\", did you mean \"frames\"?"},
-            {R"("frames", "value": 2147483648)",
-             ".value: expected a whole number from -2147483648 to 2147483647"},
-            {R"("frames", "value": 1, "uid": 1)", ".uid: unknown member"},
-            {R"("zones", "set": {"cpu": "hot"})",
-             ".set.cpu: expected a whole number of m°C or null"},
-            {R"("zones", "set": {"cpuu": 1})",
-             ".set.cpuu: no zone of this type, did you mean \"cpu\"?"},
-            {R"("zones", "set": {"twin": 1})",
-             ".set.twin: more than one zone has this type; set its node with \"nodes\""},
-            {R"("transact", "code": 1, "args": [{"int32": 1, "string": ""}])",
-             ".args[0]: expected one of {\"int32\": n}, {\"string\": s}, {\"vector\": […]}, "
-             "{\"listener\": id}"},
-            {R"("transact", "code": 1, "args": [{"vector": [1, 1.5]}])",
-             ".args[0].vector[1]: expected a whole number from -2147483648 to 2147483647"},
-            {R"("transact", "code": 1, "reply": ["int64"])",
-             ".reply[0]: expected one of \"int32\", \"float\", \"string\", \"vector\", "
-             "\"exception\""},
-            {R"("panel", "level": 256)", ".level: expected a whole number from 0 to 255"},
-            {R"("service", "name": "panel", "state": "off")",
-             ".state: expected \"up\" or \"down\""},
-            {R"("usage_bytes", "hex": "0g")",
-             ".hex: expected an even number of hexadecimal digits"},
-            {R"("nodes", "set": {"/a/../b": ""})",
-             ".set./a/../b: expected an absolute path "
-             "without \"..\""},
-            {R"("property", "set": {"a b": ""})", ".set.a b: this is no name of a property"},
-            {R"("listen", "id": "")", ".id: expected a text that is not empty"},
-            {R"("listener_fails", "id": "l", "code": 3)", ": the member \"count\" is missing"},
-            {R"("health", "ac": 1)", ".ac: expected true or false"},
-            {R"("taskstats")", ": the member \"text\" is missing"},
-            {R"("usage", "wifi": [{"energy": 1.5}])",
+    const std::string kInt32 = "expected a whole number from -2147483648 to 2147483647";
+    const std::pair<std::string, std::string> cases[] = {
+            {"'frame'", ".do: no action 'frame', did you mean 'frames'?"},
+            {"'frames', 'value': 2147483648", ".value: " + kInt32},
+            {"'frames', 'value': 1, 'uid': 1", ".uid: unknown member"},
+            {"'zones', 'set': {'cpu': 'hot'}", ".set.cpu: expected a whole number of m°C or null"},
+            {"'zones', 'set': {'cpuu': 1}", ".set.cpuu: no zone of this type, did you mean 'cpu'?"},
+            {"'zones', 'set': {'twin': 1}",
+             ".set.twin: more than one zone has this type; set its node with 'nodes'"},
+            {"'transact', 'code': 1, 'args': [{'int32': 1, 'string': ''}]",
+             ".args[0]: expected one of {'int32': n}, {'string': s}, {'vector': […]}, "
+             "{'listener': id}"},
+            {"'transact', 'code': 1, 'args': [{'vector': [1, 1.5]}]",
+             ".args[0].vector[1]: " + kInt32},
+            {"'transact', 'code': 1, 'reply': ['int64']",
+             ".reply[0]: expected one of 'int32', 'float', 'string', 'vector', "
+             "'exception'"},
+            {"'panel', 'level': 256", ".level: expected a whole number from 0 to 255"},
+            {"'service', 'name': 'panel', 'state': 'off'", ".state: expected 'up' or 'down'"},
+            {"'usage_bytes', 'hex': '0g'", ".hex: expected an even number of hexadecimal digits"},
+            {"'nodes', 'set': {'/a/../b': ''}",
+             ".set./a/../b: expected an absolute path without '..'"},
+            {"'property', 'set': {'a b': ''}", ".set.a b: this is no name of a property"},
+            {"'listen', 'id': ''", ".id: expected a text that is not empty"},
+            {"'listener_fails', 'id': 'l', 'code': 3", ": the member 'count' is missing"},
+            {"'health', 'ac': 1", ".ac: expected true or false"},
+            {"'taskstats'", ": the member 'text' is missing"},
+            {"'usage', 'wifi': [{'energy': 1.5}]",
              ".wifi[0].energy: expected a whole number from -9223372036854775808 to "
              "9223372036854775807"},
-            {R"("dump", "args": [1])", ".args[0]: expected a text"},
-            {R"("dump", "uid": -1)", ".uid: expected a whole number from 0 to 2147483647"},
-            {R"("listener_dies", "id": "x")", ".id: no action registers this listener"},
+            {"'dump', 'args': [1]", ".args[0]: expected a text"},
+            {"'dump', 'uid': -1", ".uid: expected a whole number from 0 to 2147483647"},
+            {"'listener_dies', 'id': 'x'", ".id: no action registers this listener"},
     };
     for (const auto& [action, message] : cases) {
-        const std::string text = std::string(R"({"t": 0, "do": )") + action + "}";
-        EXPECT_EQ(refusal(text), std::string("timeline[0]") + message) << action;
+        EXPECT_EQ(refusal(json("{'t': 0, 'do': " + action + "}")), json("timeline[0]" + message));
     }
 }
 

@@ -2,16 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <utility>
-
 #include "sim/tree/DeviceTree.h"
 #include "sim/tree/TemporaryFolder.h"
 
 namespace {
 
-class Trace : public testing::Test {
-  protected:
+struct Trace : testing::Test {
     /** A reader of this text, on a phone with the zones a, b, twin and twin. */
     sim::TraceReader reader(const std::string& text) {
         mFiles.setNode("/trace.csv", text);

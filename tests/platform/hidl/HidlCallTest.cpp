@@ -45,24 +45,12 @@ struct Panel : IDisplayPanelFeature {
     }
 };
 
+constexpr auto kFull = BatteryStatus::FULL;
+constexpr auto kCold = BatteryHealth::COLD;
+
 HealthInfo fullInfo() {
     HealthInfo info;
-    info.legacy = {true,
-                   false,
-                   true,
-                   1,
-                   2,
-                   BatteryStatus::FULL,
-                   BatteryHealth::COLD,
-                   true,
-                   100,
-                   4,
-                   5,
-                   -6,
-                   7,
-                   8,
-                   9,
-                   "Li-ion"};
+    info.legacy = {true, false, true, 1, 2, kFull, kCold, true, 100, 4, 5, -6, 7, 8, 9, "Li-ion"};
     info.batteryCurrentAverage = -10;
     info.diskStats = {{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, UINT64_MAX, {true, false, "sda"}}, {}};
     info.storageInfos = {{{false, true, "ufs"}, 1, 2, UINT16_MAX, "3.1"}};
@@ -100,9 +88,7 @@ struct Battery : IHealth {
     Return<void> getCurrentAverage(getCurrentAverage_cb cb) override { return tell(cb, 3); }
     Return<void> getCapacity(getCapacity_cb cb) override { return tell(cb, 4); }
     Return<void> getEnergyCounter(getEnergyCounter_cb cb) override { return tell(cb, 5LL << 32); }
-    Return<void> getChargeStatus(getChargeStatus_cb cb) override {
-        return tell(cb, BatteryStatus::FULL);
-    }
+    Return<void> getChargeStatus(getChargeStatus_cb cb) override { return tell(cb, kFull); }
     Return<void> getStorageInfo(getStorageInfo_cb cb) override {
         return tell(cb, fullInfo().storageInfos);
     }
@@ -154,7 +140,7 @@ TEST_F(HidlCallTest, carriesEveryCallOfHealth) {
     EXPECT_TRUE(health->getCurrentAverage(expect(3)).isOk());
     EXPECT_TRUE(health->getCapacity(expect(4)).isOk());
     EXPECT_TRUE(health->getEnergyCounter(expect(5LL << 32)).isOk());
-    EXPECT_TRUE(health->getChargeStatus(expect(BatteryStatus::FULL)).isOk());
+    EXPECT_TRUE(health->getChargeStatus(expect(kFull)).isOk());
     EXPECT_TRUE(health->getStorageInfo(expect(fullInfo().storageInfos)).isOk());
     EXPECT_TRUE(health->getDiskStats(expect(fullInfo().diskStats)).isOk());
     EXPECT_TRUE(health->getHealthInfo(expect(fullInfo())).isOk());

@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <vector>
-
 #include "BinderProtocol.h"
 
 namespace android {
@@ -27,8 +25,7 @@ struct Lending {
 template struct Naming<Lending, &Parcel::ipcSetDataReference>;
 
 /** What a driver lends: read-only for the parcel, given back once. */
-class LentParcelTest : public testing::Test {
-  protected:
+struct LentParcelTest : testing::Test {
     template <typename T>
     void put(const T& value) {
         const auto* bytes = reinterpret_cast<const uint8_t*>(&value);

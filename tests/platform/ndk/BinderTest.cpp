@@ -5,16 +5,13 @@
 #include <binder_linux/LocalServiceManager.h>
 #include <gtest/gtest.h>
 
-#include <memory>
-
 #include "Echo.h"
 
 namespace {
 
 using ndk::SpAIBinder;
 
-class NdkBinderTest : public testing::Test {
-  protected:
+struct NdkBinderTest : testing::Test {
     const std::shared_ptr<Echo> mEcho = ndk::SharedRefBase::make<Echo>();
     const SpAIBinder mBinder = mEcho->asBinder();
 };

@@ -7,12 +7,11 @@
 #include <android/binder_process.h>
 #include <binder/Stability.h>
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <future>
 
-#include "sim/tree/DeviceTree.h"
 #include "support/BinderWorld.h"
+#include "support/Phone.h"
 
 namespace aidl::android::hardware::health {
 namespace {
@@ -90,7 +89,7 @@ TEST(NdkHealthTest, isRefusedWhereTheManifestDoesNotDeclareIt) {
 
 TEST(NdkHealthTest, callsBackAndIsMournedOnce) {
     BinderWorld world;
-    sim::DeviceTree(getenv("KELVO_ROOT")).setNode("/vendor/etc/vintf/declared", kName);
+    phone().setNode("/vendor/etc/vintf/declared", kName);
     RoleProcess& server = world.start("ndkHealth");
     ASSERT_EQ("ready", server.receive());
     ABinderProcess_startThreadPool();

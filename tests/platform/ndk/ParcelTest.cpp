@@ -41,8 +41,7 @@ auto fieldsOf(const Echo::Record& r) {
 }
 
 // A proxy of a local binder: everything goes through parcels.
-class NdkParcelTest : public testing::Test {
-  protected:
+struct NdkParcelTest : testing::Test {
     const std::shared_ptr<Echo> mEcho = ndk::SharedRefBase::make<Echo>();
     const std::shared_ptr<aidl::ndktest::BpEcho> mProxy =
             ndk::SharedRefBase::make<aidl::ndktest::BpEcho>(mEcho->asBinder());

@@ -3,12 +3,13 @@
 #include <binder/IServiceManager.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
-#include <filesystem>
-#include <fstream>
 #include <numeric>
 #include <sstream>
 #include <thread>
+
+#include "support/Files.h"
 
 namespace android {
 namespace {
@@ -86,14 +87,8 @@ TEST_F(CallTest, growsThePoolToItsMaximum) {
         EXPECT_EQ("blocked " + std::to_string(i), process.receive());
     }
     const std::string prefix = "binder:" + std::to_string(process.pid()) + "_";
-    int named = 0;
-    const std::string tasks = "/proc/" + std::to_string(process.pid()) + "/task";
-    for (const auto& task : std::filesystem::directory_iterator(tasks)) {
-        std::string name;
-        std::getline(std::ifstream(task.path() / "comm"), name);
-        named += name.starts_with(prefix) ? 1 : 0;
-    }
-    EXPECT_EQ(kPool, named);
+    const auto isNamed = [&](const std::string& name) { return name.starts_with(prefix); };
+    EXPECT_EQ(kPool, std::ranges::count_if(threadNames(process.pid()), isNamed));
     process.send("release");
     for (int i = kPool; i < 2 * kPool; ++i) {
         const std::string text = process.receive();  // each takes the place of one that is done

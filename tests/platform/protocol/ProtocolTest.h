@@ -7,7 +7,6 @@
 #include <functional>
 #include <initializer_list>
 #include <string>
-#include <vector>
 
 #include "support/BinderWorld.h"
 

@@ -8,9 +8,10 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
-#include <filesystem>
 #include <mutex>
 #include <set>
+
+#include "support/Files.h"
 
 namespace android {
 
@@ -77,10 +78,8 @@ class TestService : public BBinder {
   private:
     status_t onTransact(uint32_t code, const Parcel& in, Parcel* out, uint32_t flags) override {
         switch (code) {
-            case kAdd: {
-                const int32_t first = in.readInt32();
-                return out->writeInt32(first + in.readInt32());
-            }
+            case kAdd:
+                return out->writeInt32(in.readInt32() + in.readInt32());
             case kFail:
                 return in.readInt32();
             case kIsLocal:
@@ -97,10 +96,8 @@ class TestService : public BBinder {
                 return out->writeInt32(openDescriptors());
             case kWho:
                 return writeCallers(out);
-            case kBytes: {
-                const std::vector<int8_t> bytes(in.readUint32(), 7);
-                return out->writeByteVector(bytes);
-            }
+            case kBytes:
+                return out->writeByteVector(std::vector<int8_t>(in.readUint32(), 7));
             case kNest:
                 return onNest(in);
             default:
@@ -167,8 +164,7 @@ class TestService : public BBinder {
 }  // namespace
 
 int32_t openDescriptors() {
-    const std::filesystem::directory_iterator all("/proc/self/fd");
-    return static_cast<int32_t>(std::distance(begin(all), end(all)));
+    return static_cast<int32_t>(countEntries("/proc/self/fd"));
 }
 
 sp<BBinder> makeTestService(RoleLink* link) {
