@@ -16,7 +16,7 @@ int main() {
         return -1;
     }
     kelvo::kelvo_main(nullptr);
-    // The daemon never ends in success: it runs until it is killed. Its threads run on meanwhile, so
-    // no static object may be destroyed under them.
+    // The daemon never ends in success: it runs until it is killed. Its threads run on meanwhile,
+    // so no static object may be destroyed under them.
     _exit(-1);
 }

@@ -25,7 +25,8 @@ bool occupiesThread(uint32_t command) {
 
 }  // namespace
 
-/** The lock is a bare one of the C library in AOSP's header: the compiler does not check its use. */
+/** The lock is a bare one of the C library in AOSP's header: the compiler does not check its use.
+ */
 status_t IPCThreadState::getAndExecuteCommand() {
     const status_t status = talkWithDriver();
     if (status != OK || mIn.dataAvail() < sizeof(uint32_t)) {
