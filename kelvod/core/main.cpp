@@ -10,6 +10,7 @@ int main() {
     // liblog would drop debug lines that the daemon's own level lets through.
     __android_log_set_minimum_priority(ANDROID_LOG_VERBOSE);
     signal(SIGPIPE, SIG_IGN);  // a reader of a dump may be gone
+    signal(SIGXFSZ, SIG_IGN);  // a file that must not grow costs its lines, not the daemon
     KLOGD("kelvo version:(android:%d)", kelvo::kAndroidApiLevel);
     if (!kelvo::isKelvoEnabled()) {
         KLOGE("kelvo is not enabled\n");
