@@ -34,6 +34,9 @@ class BinderPlatform {
 
     /** The first of them that has ended. */
     std::optional<ProcessEnding> ending();
+    /** Processes to be harmed; the hub is 0 on the kernel's driver. */
+    pid_t hub() const { return mHub != nullptr ? mHub->pid() : 0; }
+    pid_t serviceManager() const { return mServiceManager->pid(); }
 
   private:
     void startHub();

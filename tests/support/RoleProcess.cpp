@@ -144,6 +144,10 @@ void ChildProcess::kill() {
 
 void ChildProcess::signal(int number) const {
     ::kill(mPid, number);
+    if (number == SIGSTOP) {
+        siginfo_t info;
+        waitid(P_PID, static_cast<id_t>(mPid), &info, WSTOPPED | WEXITED | WNOWAIT);
+    }
 }
 
 std::optional<int> ChildProcess::wait(int limitMs) {

@@ -62,6 +62,7 @@ class ChildProcess {
     pid_t pid() const { return mPid; }
     /** Ends it at once, by SIGKILL, and waits for its end. */
     void kill();
+    /** Returns when a SIGSTOP has stopped it, also on a busy machine. */
     void signal(int number) const;
     /** Waits for its end: exit status, 128 + signal, or none within the limit. */
     std::optional<int> wait(int limitMs = kBinderWorldLimitMs);

@@ -21,9 +21,10 @@ class Hal {
         mLastStatus = -1;
         start();
     }
+    pid_t pid() const { return mProcess->pid(); }
     /** It answers nothing any more, until goOn(). */
-    void hang() const { ::kill(mProcess->pid(), SIGSTOP); }
-    void goOn() const { ::kill(mProcess->pid(), SIGCONT); }
+    void hang() const { ::kill(pid(), SIGSTOP); }
+    void goOn() const { ::kill(pid(), SIGCONT); }
     /** Looks for some milliseconds at what has come. */
     void look() {
         pollfd fd{mProcess->fd(), POLLIN, 0};

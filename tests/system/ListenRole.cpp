@@ -48,6 +48,10 @@ class Ears {
         };
         mChanged.wait(lock, [&] { return std::ranges::all_of(mHeard, holdsIt); });
     }
+    void forget() {
+        const std::lock_guard lock(mMutex);
+        mHeard.assign(mHeard.size(), "");
+    }
     void stick() {
         const std::lock_guard lock(mMutex);
         mSticks = true;
@@ -87,9 +91,13 @@ int listen(RoleLink& link) {
     ears.waitFor("broadcast");  // the last that a new listener is told
     link.send("ready");
     constexpr std::string_view kUntil = "until ";
-    for (std::string text = link.receive(); !text.empty(); text = link.receive()) {
+    // For as long as the test takes: it ends this process.
+    for (std::string text = link.receive(-1); !text.empty(); text = link.receive(-1)) {
         if (text == "heard") {
             link.send(ears.heard());
+        } else if (text == "forget") {
+            ears.forget();
+            link.send("forgotten");
         } else if (text == "stick") {
             ears.stick();
             link.send("sticks");
