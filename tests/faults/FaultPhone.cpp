@@ -6,6 +6,7 @@
 
 #include <fstream>
 
+#include "support/Files.h"
 #include "support/Json.h"
 #include "system/KelvodTest.h"
 
@@ -24,10 +25,6 @@ bool within(const std::function<bool()>& holds) {
         poll(nullptr, 0, 5);
     }
     return holds();
-}
-
-int64_t entries(const std::string& folder) {
-    return std::distance(fs::directory_iterator(folder), {});
 }
 
 std::unique_ptr<RoleProcess> startRole(const std::string& role) {
@@ -81,7 +78,7 @@ void FaultPhone::boot() {
     mKelvod.reset();
     mHals.clear();
     mBinder.reset();
-    mBinder.emplace(Hal::programs(), root, root + "/data");
+    mBinder.emplace(fs::path(programPath("kelvod")).parent_path(), root, root + "/data");
     for (const std::string hal : {"", "charger", "panel", "performance", "frames", "quorix"}) {
         const std::string& kind = hal.empty() ? health : hal;
         mHals[kind] = std::make_unique<Hal>(kind, root);
@@ -94,7 +91,7 @@ void FaultPhone::startKelvod(const std::string& before) {
     mClient.reset();
     mKelvod.reset();
     const std::string command =
-            "ulimit -c 0; " + before + " exec env " WALL_CLOCK " " + Hal::programs() + "/kelvod";
+            "ulimit -c 0; " + before + " exec env " WALL_CLOCK " " + programPath("kelvod");
     mKelvod.emplace(std::vector<std::string>{"/bin/sh", "-c", command}, root, log.path());
     setenv("PID", std::to_string(mKelvod->pid()).c_str(), 1);
 }
@@ -197,8 +194,8 @@ bool FaultPhone::isUsed() {
 
 std::string FaultPhone::unsound() const {
     const std::string process = "/proc/" + std::to_string(mKelvod->pid());
-    const int64_t threads = entries(process + "/task");
-    const int64_t descriptors = entries(process + "/fd");
+    const int64_t threads = countEntries(process + "/task");
+    const int64_t descriptors = countEntries(process + "/fd");
     if (threads > kMostThreads || descriptors > kMostDescriptors) {
         return std::to_string(threads) + " threads, " + std::to_string(descriptors) + " files";
     }
