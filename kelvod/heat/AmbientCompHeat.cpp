@@ -40,6 +40,12 @@ int AmbientCompHeat::getHeatContribution() {
 }
 
 std::shared_ptr<HeatInfo> AmbientCompHeat::getHeatInfo() {
+    auto info = getOwnHeatInfo();
+    askForFactors(*info);
+    return info;
+}
+
+std::shared_ptr<HeatInfo> AmbientCompHeat::getOwnHeatInfo() {
     const Mutex::Autolock lock(mMutex);
     const int result = mSamples->getAmbientCompToTemp(mLastQuerySecond);
     KLOGD("AmbientComp getHeatInfo: result=%d", result);

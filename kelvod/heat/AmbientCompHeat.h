@@ -22,6 +22,7 @@ class AmbientCompHeat : public virtual ComponentHeat {
     int getHeatContribution() override;
     /** The same, without becoming the previous call. */
     std::shared_ptr<HeatInfo> getHeatInfo() override;
+    std::shared_ptr<HeatInfo> getOwnHeatInfo() override;
     void askForFactors(HeatInfo& info) override;
 
   private:

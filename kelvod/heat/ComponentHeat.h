@@ -26,10 +26,9 @@ class ComponentHeat {
     virtual int getHeatContribution() = 0;
     /** The contribution with the figures that explain it; never null. */
     virtual std::shared_ptr<HeatInfo> getHeatInfo() = 0;
-    /**
-     * Adds to `info`, which getHeatInfo() has just returned, the factors that another process is
-     * asked for.
-     */
+    /** The same without the factors that another process is asked for. */
+    virtual std::shared_ptr<HeatInfo> getOwnHeatInfo() { return getHeatInfo(); }
+    /** Adds those factors to what getOwnHeatInfo() has just returned. */
     virtual void askForFactors(HeatInfo& info) { (void)info; }
     virtual ~ComponentHeat() = default;
     /** Hands statistics to the data collector and, with `reset`, starts them anew. */

@@ -41,6 +41,12 @@ int DisplayCompHeat::convert() {
 }
 
 std::shared_ptr<HeatInfo> DisplayCompHeat::getHeatInfo() {
+    auto info = getOwnHeatInfo();
+    askForFactors(*info);
+    return info;
+}
+
+std::shared_ptr<HeatInfo> DisplayCompHeat::getOwnHeatInfo() {
     if (mCoefficient == 0.0F) {
         mCoefficient = configuredCoefficient();
         KLOGD("displayComp getHeatContribution start:%f", static_cast<double>(mCoefficient));

@@ -14,6 +14,7 @@ class DisplayCompHeat : public virtual ComponentHeat {
     int processRawSample() override;
     int getHeatContribution() override;
     std::shared_ptr<HeatInfo> getHeatInfo() override;
+    std::shared_ptr<HeatInfo> getOwnHeatInfo() override;
     void askForFactors(HeatInfo& info) override;
 
   private:

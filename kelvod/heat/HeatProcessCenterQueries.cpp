@@ -127,7 +127,7 @@ std::string HeatProcessCenter::getCompentsHeatDetailInfo() {
         {
             Mutex::Autolock lock(mComponentsLock);
             ComponentHeat& component = componentLocked(type);
-            info = component.getHeatInfo();
+            info = component.getOwnHeatInfo();
             record.add(type, component, info->heat);
         }
         mComponents[static_cast<size_t>(type)]->askForFactors(*info);
