@@ -5,15 +5,14 @@
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
-#include <sys/stat.h>
 
-#include <cstdlib>
 #include <cstring>
 
 namespace binderhub {
 namespace {
 
 using android::base::SendFileDescriptors;
+using android::base::Socketpair;
 using android::base::unique_fd;
 using Bytes = std::vector<uint8_t>;
 
@@ -21,14 +20,7 @@ constexpr size_t kLimit = 1024 * 1024;
 constexpr size_t kHead = sizeof(HubHeader);
 
 struct HubSocketTest : testing::Test {
-    HubSocketTest() { connectPair(SOCK_SEQPACKET, &near, &far); }
-
-    static void connectPair(int type, unique_fd* one, unique_fd* other) {
-        int ends[2] = {};
-        ASSERT_EQ(0, socketpair(AF_UNIX, type | SOCK_CLOEXEC, 0, ends));
-        one->reset(ends[0]);
-        other->reset(ends[1]);
-    }
+    HubSocketTest() { Socketpair(SOCK_SEQPACKET | SOCK_CLOEXEC, &near, &far); }
 
     int send(size_t payloadSize, const std::vector<int>& descriptors) {
         payload.assign(payloadSize, 0x5a);
@@ -47,7 +39,7 @@ TEST_F(HubSocketTest, carriesPayloadsOfAllSizesBesideDescriptors) {
     const size_t whole = kMaxDatagram - kHead - commands.size();
     for (const size_t size : {size_t{0}, size_t{9}, whole, whole + 1, kLimit}) {
         unique_fd one, other;
-        connectPair(SOCK_STREAM, &one, &other);
+        ASSERT_TRUE(Socketpair(SOCK_STREAM, &one, &other));
         ASSERT_EQ(0, send(size, {one.get(), other.get()})) << size;
         ASSERT_EQ(1, receive()) << size;
         EXPECT_EQ(Bytes(got.commands.begin(), got.commands.end()), commands);
@@ -80,7 +72,7 @@ TEST_F(HubSocketTest, refusesBrokenFramingAndClosesWhatCameWithIt) {
         const unique_fd file(memfd_create("payload", MFD_CLOEXEC));
         ASSERT_EQ(0, ftruncate(file.get(), row.payloadSize > kLimit ? kLimit + 1 : 5));
         unique_fd kept, sent;
-        connectPair(SOCK_STREAM, &kept, &sent);
+        ASSERT_TRUE(Socketpair(SOCK_STREAM, &kept, &sent));
         const HubHeader header = {kExchange, row.flags, row.commandSize, row.payloadSize, 0, 0, 0};
         Bytes bytes(kHead + kMaxDatagram);
         memcpy(bytes.data(), &header, kHead);
@@ -109,19 +101,6 @@ TEST_F(HubSocketTest, saysWhyNothingCame) {
     EXPECT_EQ(0, receive());
     std::swap(near, far);
     EXPECT_EQ(-EPIPE, send(0, {}));
-}
-
-TEST_F(HubSocketTest, takesOverAStaleSocketButNoLivingOne) {
-    const std::string root = std::string(getenv("KELVO_ROOT")) + "/";
-    for (const std::string& path : {root + "hub", root + std::string(120, 'd') + "/hub"}) {
-        mkdir(path.substr(0, path.rfind('/')).c_str(), 0755);
-        unique_fd server = listenAt(path);
-        ASSERT_GE(server.get(), 0) << path;
-        EXPECT_TRUE(listenAt(path).get() < 0 && errno == EADDRINUSE);
-        server.reset();
-        EXPECT_LT(connectTo(path).get(), 0);
-        EXPECT_GE(listenAt(path).get(), 0);
-    }
 }
 
 }  // namespace

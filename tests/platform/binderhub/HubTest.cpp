@@ -82,6 +82,13 @@ class HubTest : public testing::Test {
     std::optional<TestThread> user;
 };
 
+void expectObject(uint32_t type, uint64_t name, uint64_t cookie, const TestThread& receiver) {
+    ASSERT_EQ(1U, receiver.objects.size());
+    const flat_binder_object& object = receiver.objects[0];
+    EXPECT_EQ(std::tuple(type, name, cookie),
+              std::tuple(object.hdr.type, object.binder, object.cookie));
+}
+
 TEST_F(HubTest, translatesObjectsForTheReceiver) {
     giveBinder();
     TestProcess third(hub, 300);
@@ -102,21 +109,14 @@ TEST_F(HubTest, translatesObjectsForTheReceiver) {
         row.sender.exchange(Batch().transfer(BC_TRANSACTION, 0, {row.sent}));
         const std::string names = loop->read();
         EXPECT_EQ("TRANSACTION", names.substr(names.rfind(' ') + 1));
-        ASSERT_EQ(1U, loop->objects.size());
-        EXPECT_EQ(row.type, loop->objects[0].hdr.type);
-        EXPECT_EQ(row.name, loop->objects[0].binder);
-        EXPECT_EQ(row.cookie, loop->objects[0].cookie);
+        expectObject(row.type, row.name, row.cookie, *loop);
         // The reply brings it home, whoever's it is.
-        const flat_binder_object home = loop->objects[0];
         const Batch reply =
-                Batch().transfer(BC_REPLY, 0, {home}).add(BC_FREE_BUFFER, loop->bufferId);
+                Batch().transfer(BC_REPLY, 0, loop->objects).add(BC_FREE_BUFFER, loop->bufferId);
         EXPECT_EQ("COMPLETE", loop->exchange(reply)) << "at once, for the object's sake";
         loop->send({});
         row.sender.read();
-        ASSERT_EQ(1U, row.sender.objects.size());
-        EXPECT_EQ(row.sent.hdr.type, row.sender.objects[0].hdr.type);
-        EXPECT_EQ(row.sent.binder, row.sender.objects[0].binder);
-        EXPECT_EQ(row.sent.cookie, row.sender.objects[0].cookie);
+        expectObject(row.sent.hdr.type, row.sent.binder, row.sent.cookie, row.sender);
         row.sender.free();
     }
 }
@@ -147,11 +147,17 @@ TEST_F(HubTest, deliversNestedCallsToTheThreadThatWaits) {
     giveBinder();
     TestThread idle = client.newLooper();
     ASSERT_EQ("TRANSACTION", call({}));
+    TestThread second = manager.newLooper();
     EXPECT_EQ("", loop->exchange(Batch().transfer(BC_TRANSACTION, 1)));
     EXPECT_EQ("", idle.read());
     EXPECT_EQ("COMPLETE TRANSACTION", user->read());
     EXPECT_EQ(10U, user->data.target.ptr);
     EXPECT_EQ(11U, user->data.cookie);
+    EXPECT_EQ("", user->exchange(Batch().transfer(BC_TRANSACTION)));
+    EXPECT_EQ("", second.read());
+    EXPECT_EQ("COMPLETE TRANSACTION", loop->read());
+    EXPECT_EQ("", loop->exchange(Batch().transfer(BC_REPLY)));
+    EXPECT_EQ("COMPLETE REPLY", user->read());
     EXPECT_EQ("", user->exchange(Batch().transfer(BC_REPLY)));
     EXPECT_EQ("COMPLETE REPLY", loop->read());
     EXPECT_EQ("", loop->exchange(Batch().transfer(BC_REPLY)));
@@ -223,13 +229,6 @@ TEST_F(HubTest, refusesWhatIsWrongAndKeepsTheSender) {
     }
 }
 
-TEST_F(HubTest, tellsTheCallerThatItsReplyFailed) {
-    ASSERT_EQ("TRANSACTION", call({}));
-    EXPECT_EQ("COMPLETE",
-              loop->exchange(Batch().transfer(BC_REPLY, 0, {object(BINDER_TYPE_HANDLE, 9)})));
-    EXPECT_EQ("COMPLETE FAILED_REPLY", user->read());
-}
-
 TEST_F(HubTest, passesDescriptorsToThoseWhoAcceptThem) {
     const int pipe = open("/dev/null", O_RDONLY | O_CLOEXEC);
     const flat_binder_object binder =
@@ -274,16 +273,6 @@ TEST_F(HubTest, failsCallsOfThreadsAndProcessesThatEnd) {
     hub.step(0);
     EXPECT_EQ("COMPLETE DEAD_REPLY", user->read());
     EXPECT_EQ("DEAD_REPLY", user->exchange(Batch().transfer(BC_TRANSACTION)));
-}
-
-TEST_F(HubTest, asksForThreadsUpToTheLimit) {
-    ASSERT_EQ(0, manager.ask(kSetMaxThreads, 1));
-    TestThread second = client.newThread();
-    EXPECT_EQ("SPAWN TRANSACTION", call({}));
-    TestThread spawned = manager.newThread();
-    spawned.send(Batch().add(BC_REGISTER_LOOPER));
-    second.send(Batch().transfer(BC_TRANSACTION));
-    EXPECT_EQ("TRANSACTION", spawned.read());
 }
 
 TEST_F(HubTest, tellsAndGrantsStrangersNothingOfTheWhole) {
@@ -351,24 +340,18 @@ TEST_F(HubTest, boundsWhatAUserMayHold) {
 
 TEST_F(HubTest, closesWhoSendsGarbageAndNobodyElse) {
     giveBinder();
-    HubHeader header = {};
-    header.kind = kExchange;
-    header.commandSize = 100;
-    const auto* bytes = reinterpret_cast<const uint8_t*>(&header);
-    const std::vector<uint8_t> tooShort(bytes, bytes + sizeof(header));
-    header.commandSize = 0;
-    header.flags = kWantsReturns;
-    const std::vector<uint8_t> question(bytes, bytes + sizeof(header));
-    header.kind = kHello;
-    const std::vector<uint8_t> wrongKind(bytes, bytes + sizeof(header));
+    const auto head = [](Kind kind, uint32_t flags, uint32_t commandSize) {
+        const HubHeader header = {kind, flags, commandSize, 0, 0, 0, 0};
+        const auto* bytes = reinterpret_cast<const uint8_t*>(&header);
+        return std::vector<uint8_t>(bytes, bytes + sizeof(header));
+    };
+    const std::vector<uint8_t> question = head(kExchange, kWantsReturns, 0);
     const std::function<void(TestThread&)> kCases[] = {
             [](TestThread& thread) { thread.send(Batch().add(0xdeadbeef)); },
             [](TestThread& thread) { thread.send(Batch().add(BC_ACQUIRE)); },
-            [](TestThread& thread) {
-                thread.sendRaw({1, 2, 3});
-            },
-            [&](TestThread& thread) { thread.sendRaw(tooShort); },
-            [&](TestThread& thread) { thread.sendRaw(wrongKind); },
+            [](TestThread& thread) { thread.sendRaw(std::vector<uint8_t>(3, 1)); },
+            [&](TestThread& thread) { thread.sendRaw(head(kExchange, 0, 100)); },
+            [&](TestThread& thread) { thread.sendRaw(head(kHello, kWantsReturns, 0)); },
             [&](TestThread& thread) { thread.sendRaw(question), thread.sendRaw(question); },
             [](TestThread& thread) {  // reads none of the results
                 for (size_t i = 0; i <= kMaxUnreadResults; ++i) {
@@ -398,7 +381,8 @@ TEST_F(HubTest, countsMistakesAndIgnoresThem) {
 }
 
 TEST(ServerTest, refusesASecondHubAndReplacesAStaleSocket) {
-    const std::string path = defaultSocket();
+    // Too long for the name of a socket.
+    const std::string path = getenv("KELVO_ROOT") + ("/" + std::string(120, 'd')) + "/hub";
     for (const int ending : {SIGKILL, SIGTERM}) {  // the second finds what the first left
         const pid_t child = fork();
         if (child == 0) {

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <map>
@@ -32,22 +31,7 @@ const std::map<uint32_t, std::string> kNames = {
         {BR_CLEAR_DEATH_NOTIFICATION_DONE, "CLEARED"},
 };
 
-std::array<unique_fd, 2> newPair() {
-    std::array<int, 2> ends = {-1, -1};
-    socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data());
-    return {unique_fd(ends[0]), unique_fd(ends[1])};
-}
-
 }  // namespace
-
-flat_binder_object object(uint32_t type, uint64_t name, uint64_t cookie, uint32_t flags) {
-    flat_binder_object result = {};
-    result.hdr.type = type;
-    result.flags = flags;
-    result.binder = name;
-    result.cookie = cookie;
-    return result;
-}
 
 Batch& Batch::transfer(uint32_t command, uint32_t handle, const Objects& objects, uint32_t flags) {
     binder_transaction_data data = {};
@@ -112,9 +96,9 @@ std::string TestThread::read() {
 }
 
 TestProcess::TestProcess(Hub& hub, pid_t pid, uid_t uid) : mHub(hub) {
-    std::array<unique_fd, 2> ends = newPair();
-    socket = std::move(ends[0]);
-    hub.attach(std::move(ends[1]), pid, uid);
+    unique_fd other;
+    android::base::Socketpair(SOCK_SEQPACKET | SOCK_CLOEXEC, &socket, &other);
+    hub.attach(std::move(other), pid, uid);
     ask(kHello, kProtocolVersion);
 }
 

@@ -14,7 +14,10 @@ namespace binderhub {
 
 using Objects = std::vector<flat_binder_object>;
 
-flat_binder_object object(uint32_t type, uint64_t name, uint64_t cookie = 0, uint32_t flags = 0);
+inline flat_binder_object object(uint32_t type, uint64_t name, uint64_t cookie = 0,
+                                 uint32_t flags = 0) {
+    return {.hdr = {type}, .flags = flags, .binder = name, .cookie = cookie};
+}
 
 /** Commands of one message, and what goes with them. */
 struct Batch {

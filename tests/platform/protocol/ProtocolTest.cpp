@@ -2,7 +2,6 @@
 
 #include <binder/IServiceManager.h>
 #include <binder/ProcessState.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <sstream>
@@ -17,7 +16,7 @@ int serve(RoleLink& link) {
     std::string name;
     size_t maxThreads = 0;
     words >> name >> maxThreads;
-    const sp<BBinder> service = makeTestService(&link);
+    const sp<BBinder> service = makeTestService(link);
     ProcessState::self()->setThreadPoolMaxThreadCount(maxThreads);
     ProcessState::self()->startThreadPool();
     const status_t status = defaultServiceManager()->addService(String16(name.c_str()), service);
@@ -28,27 +27,7 @@ int serve(RoleLink& link) {
     return 0;
 }
 
-int who(RoleLink& link) {
-    Parcel data;
-    Parcel reply;
-    const sp<IBinder> server = defaultServiceManager()->checkService(String16("server"));
-    server->transact(kWho, data, &reply);
-    std::string text = std::to_string(getpid());
-    while (reply.dataAvail() > 0) {
-        text += " " + std::to_string(reply.readInt32());
-    }
-    link.send(text);
-    return 0;
-}
-
-int callAndBlock(RoleLink&) {
-    ask(defaultServiceManager()->checkService(String16("server")), kBlock);
-    return 0;
-}
-
 const Role kServe("serve", serve);
-const Role kWhoRole("who", who);
-const Role kCallAndBlock("callAndBlock", callAndBlock);
 
 }  // namespace
 

@@ -18,24 +18,19 @@ enum TestCode : uint32_t {
     kFail,                                   // status, which is returned
     kRecord,                                 // word, any bytes
     kRecorded,                               // count → all words, once that many are there
-    kNest,                                   // binder, depth: calls it with itself and one less
-    kNestThread,  // → the thread on which kNest ran, 0 when there were several
-    kKeep,        // binder
-    kKept,        // → that binder
-    kIsLocal,     // binder → whether it is one of the service's process
-    kNewObject,   // → a new binder
-    kLiveCount,   // → how many of those live
-    kReadFds,     // count, descriptors → one byte of each
-    kPipe,        // → a pipe with "hello" in it
-    kFdCount,     // → how many descriptors the service's process has open
-    kBlock,       // until released; tells the role's link how many do
-    kRelease,     // lets what blocks go on, now and later
-    kWho,         // → calling pid and uid; both with the identity cleared; both after restoring
-    kBytes,       // count, bytes → that many bytes
+    kKeep,                                   // binder
+    kKept,                                   // → that binder
+    kNewObject,                              // → a new binder
+    kLiveCount,                              // → how many of those live
+    kGatherFds,                              // count, descriptors → a pipe with one byte of each
+    kFdCount,  // → how many descriptors the service's process has open
+    kBlock,    // until released; tells the role's link how many do
+    kRelease,  // lets what blocks go on, now and later
+    kWho,      // → calling pid and uid; both with the identity cleared; both after restoring
+    kBytes,    // count, bytes → that many bytes
 };
 
-/** `link` may be null where nothing blocks. */
-sp<BBinder> makeTestService(RoleLink* link);
+sp<BBinder> makeTestService(RoleLink& link);
 
 /** How many this process has open. */
 int32_t openDescriptors();

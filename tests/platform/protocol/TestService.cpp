@@ -1,6 +1,5 @@
 #include "ProtocolTest.h"
 
-#include <android-base/file.h>
 #include <binder/IPCThreadState.h>
 #include <unistd.h>
 
@@ -9,7 +8,6 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
-#include <set>
 
 #include "support/Files.h"
 
@@ -24,24 +22,17 @@ struct Counted : BBinder {
     ~Counted() override { --gLiveObjects; }
 };
 
-status_t readFds(const Parcel& in, Parcel* out) {
-    std::string bytes;
+/** Replies a pipe in which one byte of each descriptor is. */
+status_t gatherFds(const Parcel& in, Parcel* out) {
+    std::array<int, 2> ends{};
+    bool good = pipe(ends.data()) == 0;
     for (int32_t left = in.readInt32(); left > 0; --left) {
         char byte = '?';
-        if (read(in.readFileDescriptor(), &byte, 1) == 1) {
-            bytes.push_back(byte);
-        }
-    }
-    return out->writeUtf8AsUtf16(bytes);
-}
-
-status_t writePipe(Parcel* out) {
-    std::array<int, 2> ends{};
-    if (pipe(ends.data()) != 0 || write(ends[1], "hello", 5) != 5) {
-        return UNKNOWN_ERROR;
+        good = read(in.readFileDescriptor(), &byte, 1) == 1 && write(ends[1], &byte, 1) == 1 &&
+               good;
     }
     close(ends[1]);
-    return out->writeFileDescriptor(ends[0], true);
+    return good ? out->writeFileDescriptor(ends[0], true) : UNKNOWN_ERROR;
 }
 
 status_t writeCallers(Parcel* out) {
@@ -60,20 +51,7 @@ status_t writeCallers(Parcel* out) {
 
 class TestService : public BBinder {
   public:
-    explicit TestService(RoleLink* link) : mLink(link) {}
-
-    const String16& getInterfaceDescriptor() const override {
-        static const String16 kName("kelvo.test.ITestService");
-        return kName;
-    }
-
-    status_t dump(int fd, const Vector<String16>& args) override {
-        std::string text = "args:";
-        for (const String16& arg : args) {
-            text += " " + std::string(String8(arg).string());
-        }
-        return base::WriteStringToFd(text, fd) ? OK : UNKNOWN_ERROR;
-    }
+    explicit TestService(RoleLink& link) : mLink(link) {}
 
   private:
     status_t onTransact(uint32_t code, const Parcel& in, Parcel* out, uint32_t flags) override {
@@ -82,40 +60,21 @@ class TestService : public BBinder {
                 return out->writeInt32(in.readInt32() + in.readInt32());
             case kFail:
                 return in.readInt32();
-            case kIsLocal:
-                return out->writeBool(in.readStrongBinder()->localBinder() != nullptr);
             case kNewObject:
                 return out->writeStrongBinder(new Counted);
             case kLiveCount:
                 return out->writeInt32(gLiveObjects);
-            case kReadFds:
-                return readFds(in, out);
-            case kPipe:
-                return writePipe(out);
+            case kGatherFds:
+                return gatherFds(in, out);
             case kFdCount:
                 return out->writeInt32(openDescriptors());
             case kWho:
                 return writeCallers(out);
             case kBytes:
                 return out->writeByteVector(std::vector<int8_t>(in.readUint32(), 7));
-            case kNest:
-                return onNest(in);
             default:
                 return onShared(code, in, out, flags);
         }
-    }
-
-    status_t onNest(const Parcel& in) {
-        const sp<IBinder> peer = in.readStrongBinder();
-        const int32_t depth = in.readInt32();
-        {
-            const std::lock_guard lock(mLock);
-            mNestThreads.insert(gettid());
-        }
-        Parcel data;
-        data.writeStrongBinder(this);
-        data.writeInt32(depth - 1);
-        return depth == 0 ? OK : peer->transact(kNest, data, nullptr);
     }
 
     status_t onShared(uint32_t code, const Parcel& in, Parcel* out, uint32_t flags) {
@@ -130,14 +89,12 @@ class TestService : public BBinder {
                                   [&] { return mRecords.size() >= count; });
                 return out->writeInt32Vector(mRecords);
             }
-            case kNestThread:
-                return out->writeInt32(mNestThreads.size() == 1 ? *mNestThreads.begin() : 0);
             case kKeep:
                 return in.readNullableStrongBinder(&mKept);
             case kKept:
                 return out->writeStrongBinder(mKept);
             case kBlock:
-                mLink->send("blocked " + std::to_string(++mBlocked));
+                mLink.send("blocked " + std::to_string(++mBlocked));
                 mChanged.wait(lock, [&] { return mReleased; });
                 --mBlocked;
                 break;
@@ -151,11 +108,10 @@ class TestService : public BBinder {
         return OK;
     }
 
-    RoleLink* const mLink;
+    RoleLink& mLink;
     std::mutex mLock;  // guards what follows; no other process is called while it is held
     std::condition_variable mChanged;
     std::vector<int32_t> mRecords;
-    std::set<pid_t> mNestThreads;
     sp<IBinder> mKept;
     int mBlocked = 0;
     bool mReleased = false;
@@ -167,7 +123,7 @@ int32_t openDescriptors() {
     return static_cast<int32_t>(countEntries("/proc/self/fd"));
 }
 
-sp<BBinder> makeTestService(RoleLink* link) {
+sp<BBinder> makeTestService(RoleLink& link) {
     return new TestService(link);
 }
 
