@@ -34,7 +34,10 @@ TEST(HidlServiceTest, isWaitedForWhenDeclared) {
     installLocalServiceManager()->declareService(kChargerName);
     EXPECT_EQ(nullptr, ICharger::tryGetService());
     const sp<ICharger> charger = new TestCharger;
-    const std::jthread server([&] { EXPECT_EQ(OK, charger->registerAsService()); });
+    const std::jthread server([&] {
+        EXPECT_EQ(OK, charger->registerAsService("other"));
+        EXPECT_EQ(OK, charger->registerAsService());
+    });
     EXPECT_EQ(charger, ICharger::getService());
 }
 

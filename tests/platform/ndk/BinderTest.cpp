@@ -59,24 +59,19 @@ TEST_F(NdkBinderTest, keepsItsObjectAndIsMadeAnew) {
 TEST_F(NdkBinderTest, refusesCallsThatWereNotPrepared) {
     const SpAIBinder other = ndk::SharedRefBase::make<Echo>()->asBinder();
     AIBinder* const mine = mBinder.get();
-    struct Row {
-        AIBinder* prepared;
-        transaction_code_t code;
-        binder_flags_t flags;
-        binder_status_t status;
+    const std::tuple<AIBinder*, transaction_code_t, binder_flags_t, binder_status_t> rows[] = {
+            {other.get(), FIRST_CALL_TRANSACTION, 0, STATUS_BAD_VALUE},
+            {mine, FIRST_CALL_TRANSACTION, 0x10, STATUS_BAD_VALUE},
+            {mine, 0, 0, STATUS_UNKNOWN_TRANSACTION},
+            {mine, LAST_CALL_TRANSACTION + 1, 0, STATUS_UNKNOWN_TRANSACTION},
+            {mine, LAST_CALL_TRANSACTION, 0, STATUS_UNKNOWN_TRANSACTION},
+            {mine, FIRST_CALL_TRANSACTION, 0, STATUS_NOT_ENOUGH_DATA},  // no arguments
     };
-    for (const Row& row : {
-                 Row{other.get(), FIRST_CALL_TRANSACTION, 0, STATUS_BAD_VALUE},
-                 Row{mine, FIRST_CALL_TRANSACTION, 0x10, STATUS_BAD_VALUE},
-                 Row{mine, 0, 0, STATUS_UNKNOWN_TRANSACTION},
-                 Row{mine, LAST_CALL_TRANSACTION + 1, 0, STATUS_UNKNOWN_TRANSACTION},
-                 Row{mine, LAST_CALL_TRANSACTION, 0, STATUS_UNKNOWN_TRANSACTION},
-                 Row{mine, FIRST_CALL_TRANSACTION, 0, STATUS_NOT_ENOUGH_DATA},  // no arguments
-         }) {
+    for (const auto& [prepared, code, flags, status] : rows) {
         AParcel* in = nullptr;
-        ASSERT_EQ(STATUS_OK, AIBinder_prepareTransaction(row.prepared, &in));
+        ASSERT_EQ(STATUS_OK, AIBinder_prepareTransaction(prepared, &in));
         AParcel* out = in;
-        EXPECT_EQ(row.status, AIBinder_transact(mine, row.code, &in, &out, row.flags));
+        EXPECT_EQ(status, AIBinder_transact(mine, code, &in, &out, flags)) << code;
         EXPECT_EQ(nullptr, in);
         EXPECT_EQ(nullptr, out);
     }

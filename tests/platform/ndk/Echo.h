@@ -3,7 +3,9 @@
 #include <aidl/ndktest/BnEcho.h>
 #include <aidl/ndktest/BpEcho.h>
 #include <fcntl.h>
+#include <unistd.h>
 
+#include <future>
 #include <vector>
 
 /** Gives back what it is given. */
@@ -29,12 +31,20 @@ struct Echo : aidl::ndktest::BnEcho {
         result->set(a.get() < 0 ? -1 : fcntl(a.get(), F_DUPFD_CLOEXEC, 0));
         return Status::ok();
     }
-    Status fail(int how) override { return failure(how); }
+    Status fail(int how) override {
+        failedOn = gettid();
+        return failure(how);
+    }
     Status note(int value) override {
-        noted = value;
+        noted.set_value(value);
         return Status::ok();
+    }
+    Status callBack(const std::shared_ptr<IEcho>& back) override {
+        back->note(AIBinder_isHandlingTransaction() ? AIBinder_getCallingPid() : 0);
+        return back->fail(1);
     }
 
     size_t outLength = 0;
-    int noted = 0;
+    pid_t failedOn = 0;
+    std::promise<int> noted;
 };

@@ -85,7 +85,7 @@ TEST_F(NdkParcelTest, carriesStatusesAndOneWayCalls) {
     EXPECT_EQ(EX_TRANSACTION_FAILED, Echo::Status::fromExceptionCode(-77).getExceptionCode());
     EXPECT_EQ(STATUS_UNKNOWN_ERROR, Echo::Status::fromStatus(-77).getStatus());
     EXPECT_TRUE(mProxy->note(5).isOk());
-    EXPECT_EQ(5, mEcho->noted);
+    EXPECT_EQ(5, mEcho->noted.get_future().get());
 }
 
 /** Status of reading a T from a parcel of these words. */
@@ -100,16 +100,10 @@ binder_status_t readFrom(const std::vector<int32_t>& words, Read read) {
     return read(parcel.get(), &value);
 }
 
-constexpr auto kReadVector = [](auto* parcel, auto* to) {
-    return ndk::AParcel_readVector(parcel, to);
-};
-constexpr auto kResize = [](auto* parcel, auto* to) {
-    return ndk::AParcel_resizeVector(parcel, to);
-};
-constexpr auto kReadString = [](auto* parcel, auto* to) {
-    return ndk::AParcel_readString(parcel, to);
-};
-constexpr auto kReadInfo = [](auto* parcel, auto* to) { return to->readFromParcel(parcel); };
+constexpr auto kReadVector = [](auto* from, auto* to) { return ndk::AParcel_readVector(from, to); };
+constexpr auto kResize = [](auto* from, auto* to) { return ndk::AParcel_resizeVector(from, to); };
+constexpr auto kReadString = [](auto* from, auto* to) { return ndk::AParcel_readString(from, to); };
+constexpr auto kReadInfo = [](auto* from, auto* to) { return to->readFromParcel(from); };
 
 template <typename... T>
 void expectVectorsRefuse(const std::vector<int32_t>& words, binder_status_t status) {
