@@ -1,6 +1,10 @@
+#include <android-base/unique_fd.h>
+#include <binder/BinderService.h>
 #include <binder/IPCThreadState.h>
 #include <binder/Parcel.h>
+#include <binder/Status.h>
 #include <binder_linux/LocalCall.h>
+#include <binder_linux/LocalServiceManager.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -74,25 +78,24 @@ TEST(LocalBinderTest, answersOnlyItsOwnTokenAndCodes) {
 
 TEST(LocalBinderTest, servesStandardTransactions) {
     const sp<IBinder> counter = new Counter;
-    const Parcel data;
-    EXPECT_EQ(OK, counter->transact(IBinder::PING_TRANSACTION, data, nullptr));
+    EXPECT_EQ(OK, counter->pingBinder());
     for (const uint32_t code : {IBinder::INTERFACE_TRANSACTION, IBinder::EXTENSION_TRANSACTION,
                                 IBinder::DEBUG_PID_TRANSACTION}) {
-        EXPECT_EQ(BAD_VALUE, counter->transact(code, data, nullptr));
+        EXPECT_EQ(BAD_VALUE, counter->transact(code, Parcel(), nullptr)) << code;
     }
 }
 
 TEST(LocalBinderTest, dumpsToTheCallersDescriptor) {
     const sp<IBinder> counter = new Counter;
-    int ends[2];
-    ASSERT_EQ(0, pipe(ends));
+    base::unique_fd in, out;
+    ASSERT_TRUE(base::Pipe(&in, &out));
     Parcel data;
-    data.writeFileDescriptor(ends[1]);
+    data.writeFileDescriptor(out.get());
     data.writeInt32(1000);  // more than there are
     data.writeString16(String16("-a"));
     EXPECT_EQ(OK, counter->transact(IBinder::DUMP_TRANSACTION, data, nullptr));
     char text[8] = {};
-    EXPECT_EQ(4, read(ends[0], text, sizeof(text)));
+    EXPECT_EQ(4, read(in.get(), text, sizeof(text)));
     EXPECT_STREQ("1 -a", text);
     const sp<BBinder> silent = new BBinder;
     EXPECT_EQ(OK, silent->transact(IBinder::DUMP_TRANSACTION, Parcel(), nullptr));
@@ -120,6 +123,37 @@ TEST(LocalCallTest, comesFromAnotherCallerForItsScope) {
         std::thread([&] { expectCaller(getuid(), getpid()); }).join();
     }
     expectCaller(getuid(), getpid());
+}
+
+TEST(LocalServiceManagerTest, findsWhatWasAddedLast) {
+    const sp<LocalServiceManager> manager = new LocalServiceManager;
+    const String16 name("phone.service/default");
+    const sp<IBinder> first = new BBinder;
+    const sp<IBinder> second = new BBinder;
+    EXPECT_EQ(nullptr, manager->getService(name));
+    EXPECT_EQ(OK, manager->addService(name, first));
+    EXPECT_EQ(first, manager->checkService(name));
+    EXPECT_EQ(OK, manager->addService(name, second));
+    EXPECT_EQ(second, manager->getService(name));
+    EXPECT_EQ(1, first->getStrongCount());
+    EXPECT_EQ(binder::Status::EX_ILLEGAL_ARGUMENT, manager->addService(String16("a b"), first));
+    EXPECT_EQ(binder::Status::EX_ILLEGAL_ARGUMENT, manager->addService(name, nullptr));
+    EXPECT_EQ(1u, manager->listServices(IServiceManager::DUMP_FLAG_PRIORITY_ALL).size());
+    EXPECT_TRUE(manager->removeService(name));
+    EXPECT_FALSE(manager->removeService(name));
+    EXPECT_EQ(nullptr, manager->checkService(name));
+}
+
+struct Published : BBinder {
+    static const char* getServiceName() { return "published"; }
+};
+
+TEST(LocalServiceManagerTest, isOneForTheProcess) {
+    const sp<LocalServiceManager> manager = installLocalServiceManager();
+    EXPECT_EQ(manager, installLocalServiceManager(new LocalServiceManager));
+    ASSERT_EQ(OK, BinderService<Published>::publish(false, 8));
+    EXPECT_NE(nullptr, manager->checkService(String16("published")));
+    EXPECT_DEATH(setDefaultServiceManager(new LocalServiceManager), "in use already");
 }
 
 }  // namespace
