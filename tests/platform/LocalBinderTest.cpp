@@ -61,7 +61,7 @@ TEST(LocalBinderTest, callsDirectlyOrThroughTheProxyClass) {
     EXPECT_EQ(1, counter->getStrongCount()) << "a weakly held proxy holds no binder";
 }
 
-TEST(LocalBinderTest, answersOnlyItsOwnTokenAndCodes) {
+TEST(LocalBinderTest, answersItsOwnTokenAndCodesAndTheStandardOnes) {
     const sp<IBinder> counter = new Counter;
     Parcel own;
     Parcel reply;
@@ -74,11 +74,7 @@ TEST(LocalBinderTest, answersOnlyItsOwnTokenAndCodes) {
     EXPECT_EQ(0u, reply.dataSize());
     EXPECT_EQ(OK, counter->transact(ICounter::NEXT, own, &reply));
     EXPECT_EQ(3, reply.readInt32());
-}
-
-TEST(LocalBinderTest, servesStandardTransactions) {
-    const sp<IBinder> counter = new Counter;
-    EXPECT_EQ(OK, counter->pingBinder());
+    EXPECT_EQ(OK, counter->transact(IBinder::PING_TRANSACTION, Parcel(), nullptr));
     for (const uint32_t code : {IBinder::INTERFACE_TRANSACTION, IBinder::EXTENSION_TRANSACTION,
                                 IBinder::DEBUG_PID_TRANSACTION}) {
         EXPECT_EQ(BAD_VALUE, counter->transact(code, Parcel(), nullptr)) << code;

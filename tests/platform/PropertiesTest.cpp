@@ -1,6 +1,5 @@
 #include <cutils/properties.h>
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 
 #include <atomic>
@@ -9,7 +8,7 @@
 #include <map>
 #include <thread>
 
-#include "sim/tree/DeviceTree.h"
+#include "support/Phone.h"
 
 namespace {
 
@@ -29,8 +28,6 @@ struct PropertiesTest : testing::Test {
         EXPECT_EQ(0, property_list(add, &found));
         return found;
     }
-
-    sim::DeviceTree mTree{getenv("KELVO_ROOT")};
 };
 
 const std::string kLongest(PROP_VALUE_MAX - 1, 'x');
@@ -65,13 +62,13 @@ TEST_F(PropertiesTest, readsFilesAsAnEditorLeavesThem) {
             {"", {"\n", kTooLong, kTooLong + "\n"}}};
     for (const auto& [value, texts] : rows) {
         for (const std::string& text : texts) {
-            mTree.setNode("/dev/properties/edited", text);
+            phone().setNode("/dev/properties/edited", text);
             EXPECT_EQ(value, get("edited")) << text;
         }
     }
-    std::filesystem::create_directory(mTree.hostPath("/dev/properties/folder"));
+    std::filesystem::create_directory(phone().hostPath("/dev/properties/folder"));
     EXPECT_EQ("default", get("folder", "default"));
-    ASSERT_EQ(0, mkfifo(mTree.hostPath("/dev/properties/pipe").c_str(), 0600));
+    ASSERT_EQ(0, mkfifo(phone().hostPath("/dev/properties/pipe").c_str(), 0600));
     EXPECT_EQ("default", get("pipe", "default"));
 }
 
@@ -98,21 +95,21 @@ TEST_F(PropertiesTest, acceptsAndroidsNames) {
         EXPECT_EQ(0, property_set(name, "1")) << name;
         EXPECT_EQ("1", get(name)) << name;
     }
-    mTree.setNode("/dev/escaped", "outside");
+    phone().setNode("/dev/escaped", "outside");
     for (const char* name : {"", ".", "..", "../escaped", "/escaped", "a/b", ".a", "a.", "a..b",
                              "a b", "a\n", "ä", "a$", "a/../escaped"}) {
         EXPECT_EQ(-1, property_set(name, "1")) << name;
         EXPECT_EQ("", get(name)) << name;
     }
     EXPECT_EQ(-1, property_set(nullptr, "1"));
-    EXPECT_EQ("outside", mTree.node("/dev/escaped"));
+    EXPECT_EQ("outside", phone().node("/dev/escaped"));
 }
 
 TEST_F(PropertiesTest, listsNoDraftsAndNoForeignFiles) {
     property_set("b", "2");
     property_set("a", "1");
-    mTree.setNode("/dev/properties/.draft-abc", "3");
-    mTree.setNode("/dev/properties/README~", "4");
+    phone().setNode("/dev/properties/.draft-abc", "3");
+    phone().setNode("/dev/properties/README~", "4");
     std::map<std::string, std::string> found = list();
     found.erase("persist.sys.kelvo.loglevel");
     EXPECT_EQ((std::map<std::string, std::string>{{"a", "1"}, {"b", "2"}}), found);

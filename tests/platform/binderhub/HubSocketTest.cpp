@@ -53,11 +53,8 @@ TEST_F(HubSocketTest, carriesPayloadsOfAllSizesBesideDescriptors) {
 }
 
 TEST_F(HubSocketTest, refusesBrokenFramingAndClosesWhatCameWithIt) {
-    const struct {
-        const char* what;
-        uint32_t flags, commandSize, payloadSize;
-        size_t datagramSize;
-    } rows[] = {
+    // What, flags, sizes of commands, payload and datagram.
+    const std::tuple<const char*, uint32_t, uint32_t, uint32_t, size_t> rows[] = {
             {"no whole header", 0, 0, 0, kHead - 1},
             {"commands cut", 0, 8, 0, kHead + 4},
             {"sizes overflow", 0, UINT32_MAX, 1, kHead},
@@ -68,22 +65,22 @@ TEST_F(HubSocketTest, refusesBrokenFramingAndClosesWhatCameWithIt) {
             {"file shorter", kPayloadInFile, 0, 6, kHead},
             {"file over the limit", kPayloadInFile, 0, kLimit + 1, kHead},
     };
-    for (const auto& row : rows) {
+    for (const auto& [what, flags, commandSize, payloadSize, size] : rows) {
         const unique_fd file(memfd_create("payload", MFD_CLOEXEC));
-        ASSERT_EQ(0, ftruncate(file.get(), row.payloadSize > kLimit ? kLimit + 1 : 5));
+        ASSERT_EQ(0, ftruncate(file.get(), payloadSize > kLimit ? kLimit + 1 : 5));
         unique_fd kept, sent;
         ASSERT_TRUE(Socketpair(SOCK_STREAM, &kept, &sent));
-        const HubHeader header = {kExchange, row.flags, row.commandSize, row.payloadSize, 0, 0, 0};
+        const HubHeader header = {kExchange, flags, commandSize, payloadSize, 0, 0, 0};
         Bytes bytes(kHead + kMaxDatagram);
         memcpy(bytes.data(), &header, kHead);
-        ASSERT_GT(SendFileDescriptors(near, bytes.data(), row.datagramSize,
-                                      row.payloadSize == 1 ? near.get() : file.get(), sent.get()),
+        ASSERT_GT(SendFileDescriptors(near, bytes.data(), size,
+                                      payloadSize == 1 ? near.get() : file.get(), sent.get()),
                   0)
-                << row.what;
-        EXPECT_EQ(-EPROTO, receive()) << row.what;
+                << what;
+        EXPECT_EQ(-EPROTO, receive()) << what;
         sent.reset();
         char end = 0;
-        EXPECT_EQ(0, recv(kept.get(), &end, 1, MSG_DONTWAIT)) << row.what << ": still open";
+        EXPECT_EQ(0, recv(kept.get(), &end, 1, MSG_DONTWAIT)) << what << ": still open";
     }
 }
 

@@ -1,14 +1,13 @@
 // The hub without its listening socket, driven by clients with hand-made commands.
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/prctl.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstring>
+#include <filesystem>
 #include <functional>
 
 #include "Descriptors.h"
@@ -24,9 +23,7 @@ namespace {
 
 constexpr uint64_t kCookie = 77;
 
-binder_handle_cookie deathOf(uint32_t handle) {
-    return {handle, kCookie};
-}
+constexpr binder_handle_cookie kDeath = {1, kCookie};
 
 /** A service manager and a client that has given it a binder, of which it holds handle 1. */
 class HubTest : public testing::Test {
@@ -93,31 +90,25 @@ TEST_F(HubTest, translatesObjectsForTheReceiver) {
     giveBinder();
     TestProcess third(hub, 300);
     TestThread thread = third.newThread();
-    const struct {
-        TestThread& sender;
-        flat_binder_object sent;
-        uint32_t type;
-        uint64_t name;
-        uint64_t cookie;
-    } kCases[] = {
+    const std::tuple<TestThread&, flat_binder_object, uint32_t, uint64_t, uint64_t> kCases[] = {
             {*user, object(BINDER_TYPE_BINDER, 10, 11), BINDER_TYPE_HANDLE, 1, 0},
             {*user, object(BINDER_TYPE_BINDER, 20, 21), BINDER_TYPE_HANDLE, 2, 0},
             {*user, object(BINDER_TYPE_WEAK_BINDER, 10, 11), BINDER_TYPE_WEAK_HANDLE, 1, 0},
             {thread, object(BINDER_TYPE_BINDER, 10, 12), BINDER_TYPE_HANDLE, 2, 0},
     };
-    for (const auto& row : kCases) {
-        row.sender.exchange(Batch().transfer(BC_TRANSACTION, 0, {row.sent}));
+    for (const auto& [sender, sent, type, name, cookie] : kCases) {
+        sender.exchange(Batch().transfer(BC_TRANSACTION, 0, {sent}));
         const std::string names = loop->read();
         EXPECT_EQ("TRANSACTION", names.substr(names.rfind(' ') + 1));
-        expectObject(row.type, row.name, row.cookie, *loop);
+        expectObject(type, name, cookie, *loop);
         // The reply brings it home, whoever's it is.
         const Batch reply =
                 Batch().transfer(BC_REPLY, 0, loop->objects).add(BC_FREE_BUFFER, loop->bufferId);
         EXPECT_EQ("COMPLETE", loop->exchange(reply)) << "at once, for the object's sake";
         loop->send({});
-        row.sender.read();
-        expectObject(row.sent.hdr.type, row.sent.binder, row.sent.cookie, row.sender);
-        row.sender.free();
+        sender.read();
+        expectObject(sent.hdr.type, sent.binder, sent.cookie, sender);
+        sender.free();
     }
 }
 
@@ -230,31 +221,28 @@ TEST_F(HubTest, refusesWhatIsWrongAndKeepsTheSender) {
 }
 
 TEST_F(HubTest, passesDescriptorsToThoseWhoAcceptThem) {
-    const int pipe = open("/dev/null", O_RDONLY | O_CLOEXEC);
-    const flat_binder_object binder =
-            object(BINDER_TYPE_BINDER, 1, 1, FLAT_BINDER_FLAG_ACCEPTS_FDS);
-    ASSERT_EQ("TRANSACTION", call({binder}, TF_ACCEPT_FDS));
+    const uint32_t flags = FLAT_BINDER_FLAG_ACCEPTS_FDS;
+    ASSERT_EQ("TRANSACTION", call({object(BINDER_TYPE_BINDER, 1, 1, flags)}, TF_ACCEPT_FDS));
     Batch reply = Batch().transfer(BC_REPLY, 0, Objects(2, object(BINDER_TYPE_FD, 0, 5)));
-    reply.descriptors = {pipe};
+    reply.descriptors = {STDERR_FILENO};
     loop->exchange(reply);
     EXPECT_EQ("INCREFS ACQUIRE COMPLETE REPLY", user->read());
     ASSERT_EQ(2U, user->descriptors.size());
     EXPECT_EQ(1U, user->objects[1].handle);
     EXPECT_EQ(5U, user->objects[1].cookie);
-    close(pipe);
 }
 
 TEST_F(HubTest, tellsOfDeaths) {
     giveBinder();
-    EXPECT_EQ("", loop->exchange(Batch().add(BC_REQUEST_DEATH_NOTIFICATION, deathOf(1))));
+    EXPECT_EQ("", loop->exchange(Batch().add(BC_REQUEST_DEATH_NOTIFICATION, kDeath)));
     client.socket.reset();
     hub.step(0);
     EXPECT_EQ("DEAD", loop->read());
     EXPECT_EQ("DEAD_REPLY", loop->exchange(Batch().transfer(BC_TRANSACTION, 1)));
     // Cleared between notice and acknowledgement: confirmed after that.
-    EXPECT_EQ("", loop->exchange(Batch().add(BC_CLEAR_DEATH_NOTIFICATION, deathOf(1))));
+    EXPECT_EQ("", loop->exchange(Batch().add(BC_CLEAR_DEATH_NOTIFICATION, kDeath)));
     EXPECT_EQ("CLEARED", loop->exchange(Batch().add(BC_DEAD_BINDER_DONE, kCookie)));
-    EXPECT_EQ("DEAD", loop->exchange(Batch().add(BC_REQUEST_DEATH_NOTIFICATION, deathOf(1))));
+    EXPECT_EQ("DEAD", loop->exchange(Batch().add(BC_REQUEST_DEATH_NOTIFICATION, kDeath)));
 }
 
 TEST_F(HubTest, failsCallsOfThreadsAndProcessesThatEnd) {
@@ -400,8 +388,7 @@ TEST(ServerTest, refusesASecondHubAndReplacesAStaleSocket) {
         int status = -1;
         ASSERT_EQ(child, waitpid(child, &status, 0));
         EXPECT_EQ(ending == SIGKILL ? SIGKILL : 0, status);
-        struct stat left = {};
-        EXPECT_EQ(ending == SIGKILL ? 0 : -1, stat(path.c_str(), &left));
+        EXPECT_EQ(ending == SIGKILL, std::filesystem::exists(path));
     }
 }
 

@@ -46,7 +46,7 @@ struct Batch {
 /** A thread of a client, whose hub is stepped by hand. */
 class TestThread {
   public:
-    TestThread(Hub& hub, android::base::unique_fd end) : mHub(hub), socket(std::move(end)) {}
+    TestThread(Hub& hub, android::base::unique_fd end) : socket(std::move(end)), mHub(hub) {}
 
     /** Asks for returns as well, unless it has done so and they have not come. */
     void send(const Batch& batch, bool wantsReturns = true);
@@ -67,14 +67,12 @@ class TestThread {
     binder_transaction_data data = {};  ///< of the last transaction or reply
     Objects objects;                    ///< likewise
     std::vector<android::base::unique_fd> descriptors;
+    android::base::unique_fd socket;
 
   private:
     Hub& mHub;
     Receiver mReceiver;
     bool mWaits = false;
-
-  public:
-    android::base::unique_fd socket;
 };
 
 /** A client process. */

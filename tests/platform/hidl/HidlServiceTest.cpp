@@ -72,9 +72,9 @@ TEST(HidlServiceTest, tellsOfItsDeathInAnotherProcess) {
     EXPECT_TRUE(charger->unlinkToDeath(unlinked));
     EXPECT_FALSE(charger->unlinkToDeath(unlinked));
     server.kill();
-    const std::chrono::milliseconds limit(kBinderWorldLimitMs);
     auto died = mourner->mDied.get_future();
-    ASSERT_EQ(std::future_status::ready, died.wait_for(limit));
+    ASSERT_EQ(std::future_status::ready,
+              died.wait_for(std::chrono::milliseconds(kBinderWorldLimitMs)));
     EXPECT_EQ((std::pair<uint64_t, sp<IBase>>(17775, charger)), died.get());
     EXPECT_TRUE(charger->getBatteryCurrentNow().isDeadObject());
     EXPECT_FALSE(charger->linkToDeath(mourner, 2));

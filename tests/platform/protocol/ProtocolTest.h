@@ -26,7 +26,7 @@ enum TestCode : uint32_t {
     kFdCount,  // → how many descriptors the service's process has open
     kBlock,    // until released; tells the role's link how many do
     kRelease,  // lets what blocks go on, now and later
-    kWho,      // → calling pid and uid; both with the identity cleared; both after restoring
+    kWho,      // → calling pid and uid
     kBytes,    // count, bytes → that many bytes
 };
 

@@ -1,9 +1,9 @@
 #include "ProtocolTest.h"
 
+#include <android-base/unique_fd.h>
 #include <binder/IPCThreadState.h>
 #include <unistd.h>
 
-#include <array>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -24,29 +24,14 @@ struct Counted : BBinder {
 
 /** Replies a pipe in which one byte of each descriptor is. */
 status_t gatherFds(const Parcel& in, Parcel* out) {
-    std::array<int, 2> ends{};
-    bool good = pipe(ends.data()) == 0;
+    base::unique_fd end, start;
+    bool good = base::Pipe(&end, &start);
     for (int32_t left = in.readInt32(); left > 0; --left) {
         char byte = '?';
-        good = read(in.readFileDescriptor(), &byte, 1) == 1 && write(ends[1], &byte, 1) == 1 &&
+        good = read(in.readFileDescriptor(), &byte, 1) == 1 && write(start.get(), &byte, 1) == 1 &&
                good;
     }
-    close(ends[1]);
-    return good ? out->writeFileDescriptor(ends[0], true) : UNKNOWN_ERROR;
-}
-
-status_t writeCallers(Parcel* out) {
-    IPCThreadState* const thread = IPCThreadState::self();
-    const auto writeCaller = [&] {
-        out->writeInt32(thread->getCallingPid());
-        out->writeInt32(static_cast<int32_t>(thread->getCallingUid()));
-    };
-    writeCaller();
-    const int64_t token = thread->clearCallingIdentity();
-    writeCaller();
-    thread->restoreCallingIdentity(token);
-    writeCaller();
-    return OK;
+    return good ? out->writeFileDescriptor(end.release(), true) : UNKNOWN_ERROR;
 }
 
 class TestService : public BBinder {
@@ -69,7 +54,8 @@ class TestService : public BBinder {
             case kFdCount:
                 return out->writeInt32(openDescriptors());
             case kWho:
-                return writeCallers(out);
+                out->writeInt32(IPCThreadState::self()->getCallingPid());
+                return out->writeUint32(IPCThreadState::self()->getCallingUid());
             case kBytes:
                 return out->writeByteVector(std::vector<int8_t>(in.readUint32(), 7));
             default:

@@ -6,7 +6,7 @@
 #include <binder/IServiceManager.h>
 #include <binder/ProcessState.h>
 #include <binder/Status.h>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <unistd.h>
 
 #include <array>
@@ -93,17 +93,17 @@ TEST(ServiceManagerProcessTest, knowsFromTheDriverWhoHasClients) {
 }
 
 TEST(ServiceManagerProcessTest, refusesASecondOneAndAMachineWithoutDriver) {
-    const Program::Result alone =
-            Program::run("/usr/bin/env", {"KELVO_BINDER=hub", "KELVO_ROOT=/no", SERVICEMANAGER});
-    EXPECT_EQ(1, alone.status);
-    EXPECT_TRUE(alone.err.starts_with("servicemanager: no binder driver: ")) << alone.err;
+    const auto errorOf = [](std::vector<std::string> settings) {
+        settings.emplace_back(SERVICEMANAGER);
+        const Program::Result result = Program::run("/usr/bin/env", settings);
+        EXPECT_EQ(1, result.status);
+        return result.err;
+    };
+    EXPECT_THAT(errorOf({"KELVO_BINDER=hub", "KELVO_ROOT=/no"}),
+                testing::StartsWith("servicemanager: no binder driver: "));
     BinderWorld world;
-    const Program::Result second = Program::run(
-            "/usr/bin/env", {"KELVO_ROOT=" + std::string(getenv("KELVO_ROOT")), SERVICEMANAGER});
-    EXPECT_EQ(1, second.status);
-    EXPECT_TRUE(second.err.find("servicemanager: another service manager serves there: ") !=
-                std::string::npos)
-            << second.err;
+    EXPECT_THAT(errorOf({"KELVO_ROOT=" + std::string(getenv("KELVO_ROOT"))}),
+                testing::HasSubstr("servicemanager: another service manager serves there: "));
 }
 
 }  // namespace

@@ -7,12 +7,11 @@
 #include <binder/Stability.h>
 #include <binder_linux/LocalCall.h>
 #include <gmock/gmock.h>
-#include <stdlib.h>
 
 #include <utility>
 
-#include "sim/tree/DeviceTree.h"
 #include "support/LogCapture.h"
+#include "support/Phone.h"
 
 using testing::ElementsAre;
 
@@ -81,11 +80,7 @@ class ServiceManagerTest : public testing::Test {
 };
 
 TEST_F(ServiceManagerTest, letsOnlyTheSystemAddAndOnlyLegalNames) {
-    const struct {
-        std::string name;
-        uid_t uid;
-        int32_t exception;
-    } rows[] = {
+    const std::tuple<std::string, uid_t, int32_t> rows[] = {
             {"first", 0, Status::EX_NONE},
             {std::string(127, 'a'), 9999, Status::EX_NONE},
             {"of.the/second_user-0", 109999, Status::EX_NONE},
@@ -118,7 +113,7 @@ TEST_F(ServiceManagerTest, hidesServicesFromIsolatedProcessesAndByPriority) {
 }
 
 TEST_F(ServiceManagerTest, takesAnInterfaceOfTheWholePhoneOnlyUnderADeclaredName) {
-    sim::DeviceTree(getenv("KELVO_ROOT")).setNode("/vendor/etc/vintf/declared", "a.IFoo/default\n");
+    phone().setNode("/vendor/etc/vintf/declared", "a.IFoo/default\n");
     internal::Stability::markVintf(mService.get());
     EXPECT_EQ(add("a.IFoo/other", mService), Status::EX_ILLEGAL_ARGUMENT);
     EXPECT_EQ(add("foo", mService), Status::EX_ILLEGAL_ARGUMENT);
@@ -135,21 +130,19 @@ TEST_F(ServiceManagerTest, tellsTheServerWhenClientsComeAndGo) {
     EXPECT_EQ(watchClients("kelvo", new BBinder, clients), Status::EX_ILLEGAL_ARGUMENT);
     EXPECT_EQ(watchClients("kelvo", mService, clients, kPid + 1), Status::EX_UNSUPPORTED_OPERATION);
     EXPECT_EQ(watchClients("kelvo", mService, clients), Status::EX_NONE);
-    const auto told = [&] {
+    const auto toldOf = [&](ssize_t references) {
+        mReferences = references;
         mManager->checkClients();
         return std::exchange(clients->told, {});
     };
-    EXPECT_THAT(told(), ElementsAre());
-    mReferences = 2;
-    EXPECT_THAT(told(), ElementsAre(true));
-    EXPECT_THAT(told(), ElementsAre());
-    mReferences = -1;  // the driver cannot tell
-    EXPECT_THAT(told(), ElementsAre());
-    mReferences = 1;
-    EXPECT_THAT(told(), ElementsAre(false));
+    EXPECT_THAT(toldOf(1), ElementsAre());
+    EXPECT_THAT(toldOf(2), ElementsAre(true));
+    EXPECT_THAT(toldOf(2), ElementsAre());
+    EXPECT_THAT(toldOf(-1), ElementsAre()) << "the driver cannot tell";
+    EXPECT_THAT(toldOf(1), ElementsAre(false));
     check("kelvo");  // by one who has gone before anybody looks
-    EXPECT_THAT(told(), ElementsAre(true, false));
-    EXPECT_THAT(told(), ElementsAre());
+    EXPECT_THAT(toldOf(1), ElementsAre(true, false));
+    EXPECT_THAT(toldOf(1), ElementsAre());
 }
 
 TEST_F(ServiceManagerTest, unregistersAServiceForItsServerWhenItHasNoClients) {
@@ -224,9 +217,8 @@ TEST_F(ServiceManagerTest, readsWhatTheManifestDeclaresAtEachAsk) {
     bool declared = true;
     mManager->isDeclared("a.IFoo/default", &declared);
     EXPECT_FALSE(declared);
-    sim::DeviceTree(getenv("KELVO_ROOT"))
-            .setNode("/vendor/etc/vintf/declared",
-                     "# what this phone has\n\n  a.IFoo/default # the first\na.IFoo/x\r\nb.IBar/y");
+    phone().setNode("/vendor/etc/vintf/declared",
+                    "# what this phone has\n\n  a.IFoo/default # the first\na.IFoo/x\r\nb.IBar/y");
     mManager->isDeclared("b.IBar/y", &declared);
     EXPECT_TRUE(declared);
     std::vector<std::string> instances;
