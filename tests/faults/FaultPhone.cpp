@@ -1,11 +1,9 @@
 #include "FaultPhone.h"
 
-#include <poll.h>
 #include <stdlib.h>
 #include <sys/wait.h>
 
-#include <fstream>
-
+#include "support/Await.h"
 #include "support/Files.h"
 #include "support/Json.h"
 #include "system/KelvodTest.h"
@@ -13,6 +11,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using std::string_literals::operator""s;
 
 constexpr int kPromisedMs = 10000;  // on a machine that is busy; the page says what is usual
 constexpr int kPatienceMs = 1500;
@@ -20,11 +19,7 @@ constexpr int64_t kMostThreads = 40;
 constexpr int64_t kMostDescriptors = 60;
 
 bool within(const std::function<bool()>& holds) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(kPromisedMs);
-    while (!holds() && std::chrono::steady_clock::now() < end) {
-        poll(nullptr, 0, 5);
-    }
-    return holds();
+    return await(holds, std::chrono::milliseconds(kPromisedMs));
 }
 
 std::unique_ptr<RoleProcess> startRole(const std::string& role) {
@@ -36,13 +31,9 @@ std::unique_ptr<RoleProcess> startRole(const std::string& role) {
 }
 
 // Levels change at 40 °C, and every service is asked.
-const std::string kMembers =
-        "," + scene("flashon", 0, "skin") + ",'ambient':{'temp_model':{" + model("air", 1, "skin") +
-        "," + model("power", 2, "skin") +
-        "},'ambient_fitting':{'paramter_name':['temp_coeff','tempSlope_coeff','power_coeff',"
-        "'const_coeff'],'coefficient':[0.001,0,0,0],'temp_rate_threshold':40.0,"
-        "'power_diff_threshold':500.0}},'heatsource_detection':{'heatsource_model':{"
-        "'device_name':['cpu','display'],'coefficient':[1,1]}}";
+std::string configMembers() {
+    return "," + scene("flashon", 0, "skin") + "," + ambientScene("skin") + kHeatSources;
+}
 
 }  // namespace
 
@@ -61,16 +52,14 @@ void FaultPhone::build() const {
     setenv("OUT", (root + "/proc/shell-temp").c_str(), 1);
     setenv("CONF", (root + "/system_ext/etc/kelvo/kelvo.conf").c_str(), 1);
     sim::DeviceTree tree(root);
-    tree.addZone(0, "skin", mShell);
-    tree.setNode("/proc/shell-temp", "");
+    buildSmallPhone(tree);
+    tree.setZoneTemp(0, mShell);
     tree.setNode("/data/clock", "0");
     tree.setNode("/vendor/etc/vintf/declared", std::string(sim::serviceKind(health).declared) +
                                                        "\n" +
                                                        sim::serviceKind("performance").declared);
-    tree.setProperty("persist.sys.kelvo.enable", "1");
-    tree.setProperty("persist.sys.kelvo.loglevel", "1");
     tree.setProperty("persist.sys.shelltemp.interval", "1");
-    tree.setNode("/system_ext/etc/kelvo/kelvo.conf", kelvodConfig(30, 30, kMembers));
+    tree.setNode("/system_ext/etc/kelvo/kelvo.conf", kelvodConfig(30, 30, configMembers()));
     run("cp $CONF $CONF.whole");
 }
 
@@ -79,8 +68,8 @@ void FaultPhone::boot() {
     mHals.clear();
     mBinder.reset();
     mBinder.emplace(fs::path(programPath("kelvod")).parent_path(), root, root + "/data");
-    for (const std::string hal : {"", "charger", "panel", "performance", "frames", "quorix"}) {
-        const std::string& kind = hal.empty() ? health : hal;
+    for (const std::string& kind :
+         {health, "charger"s, "panel"s, "performance"s, "frames"s, "quorix"s}) {
         mHals[kind] = std::make_unique<Hal>(kind, root);
     }
     startKelvod();
@@ -168,9 +157,8 @@ void FaultPhone::moveShell() {
 
 bool FaultPhone::isPublished() const {
     return within([this] {
-        std::string line;
-        std::getline(std::ifstream(root + "/proc/shell-temp"), line);
-        return line == "0 " + std::to_string(mShell);
+        return readFile(root + "/proc/shell-temp")
+                .starts_with("0 " + std::to_string(mShell) + "\n");
     });
 }
 
@@ -229,20 +217,17 @@ std::string FaultPhone::broken(unsigned promises) {
     }
     std::vector<RoleProcess*> told;
     if ((promises & kTells) != 0) {
-        told.push_back(mOther.get());
-        told.resize(mIsDeaf ? 1 : 2, mListener.get());
+        told.assign({mOther.get(), mListener.get()});
+        told.resize(mIsDeaf ? 1 : 2);
     }
     for (RoleProcess* const listener : told) {
-        listener->send("forget");
-        listener->receive();
+        listener->ask("forget");
     }
     if ((promises & (kTells | kPublishes)) != 0) {
         moveShell();
     }
-    for (RoleProcess* const listener : told) {
-        if (!isTold(*listener)) {
-            return "a listener is not told";
-        }
+    if (!std::ranges::all_of(told, [this](auto* listener) { return isTold(*listener); })) {
+        return "a listener is not told";
     }
     if ((promises & kPublishes) != 0 && !isPublished()) {
         return "no temperature in the node";

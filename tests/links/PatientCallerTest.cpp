@@ -8,6 +8,7 @@
 #include <set>
 #include <thread>
 
+#include "support/Await.h"
 #include "support/LogCapture.h"
 
 using kelvo::PatientCaller;
@@ -18,7 +19,6 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kAbsent = -1;
 constexpr std::chrono::milliseconds kPatience(1000);
-constexpr std::chrono::seconds kLimit(30);
 const std::string kLate = "the service does not answer, it counts as absent until it does";
 const std::string kBack = "the service is asked again, its call has returned";
 
@@ -43,11 +43,11 @@ class HungCall {
 struct PatientCallerTest : testing::Test {
     /** Asks until there is an answer, or the limit is over. */
     int askUntilBack(int answer) {
-        const Clock::time_point end = Clock::now() + kLimit;
         int given = kAbsent;
-        while (given == kAbsent && Clock::now() < end) {
+        await([&] {
             given = mCaller->ask(kAbsent, [answer] { return answer; });
-        }
+            return given != kAbsent;
+        });
         return given;
     }
 
@@ -126,9 +126,5 @@ TEST_F(PatientCallerTest, mayEndWhileACallIsOut) {
     mCaller.reset();
     EXPECT_EQ(held.use_count(), 2) << "the call goes on, and holds what it uses";
     hung.letGo();
-    const Clock::time_point end = Clock::now() + kLimit;
-    while (held.use_count() > 1 && Clock::now() < end) {
-        std::this_thread::yield();
-    }
-    EXPECT_EQ(held.use_count(), 1);
+    EXPECT_TRUE(await([&] { return held.use_count() == 1; }));
 }

@@ -2,9 +2,11 @@
 
 #include <binder/IServiceManager.h>
 
+#include "common/ConfigStore.h"
 #include "core/DataCollector.h"
 #include "core/KelvoState.h"
 #include "shelltemp/ShellTempFitting.h"
+#include "sim/scenario/PhonePaths.h"
 #include "support/EngineTest.h"
 
 namespace {
@@ -128,12 +130,6 @@ TEST_F(KelvoServiceTest, answersForTheBatteryWithItsOwnZones) {
     EXPECT_EQ(call(22, {}, {Int32, Int32}), replied(22, 0, "-1,3"));
 }
 
-TEST_F(KelvoServiceTest, answersForTheShellWhenModelsCombineZones) {
-    addZone("cpu", 42000);
-    start("'f':{'index':0,'thermal_zone':['skin','cpu'],'coefficient':[0.5,0.5],'type':1}");
-    EXPECT_EQ(call(22, {}, {Int32, Int32}), replied(22, 0, "41000,1"));
-}
-
 TEST_F(KelvoServiceTest, handsOverBigDataOnce) {
     auto& collector = kelvo::DataCollector::getInstance();
     start(model("front", 0, "skin"));
@@ -155,11 +151,16 @@ TEST_F(KelvoServiceTest, reloadsThreeSecondsLater) {
     call(11, {}, {}, 10050);
     EXPECT_TRUE(log.has("PERMISSION_DENIED: uid(10050)_pid(" + std::to_string(getpid()) +
                         ") try to reload config"));
+    phone().tree().setNode(sim::kMainConfigPath,
+                           common::encryptConfig(json("{'temp_threshold_down':[],"
+                                                      "'thermal_status_model':{'temp_threshold':"
+                                                      "[30,25]}}")));
     call(11, {}, {});
     runUntil(2.999);
     EXPECT_FALSE(log.has("Reload global config"));
     runUntil(3);
     EXPECT_EQ(log.count("Reload global config"), 1u);
+    EXPECT_TRUE(log.has("config[i-1] i=1, value=30")) << "the new thresholds are read";
 }
 
 TEST_F(KelvoServiceTest, postsScenesOfLampAndFold) {

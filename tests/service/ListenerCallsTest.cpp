@@ -5,11 +5,11 @@
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
-#include <filesystem>
-#include <fstream>
 #include <mutex>
 
 #include "service/BinderClient.h"
+#include "support/Await.h"
+#include "support/Files.h"
 #include "support/LogCapture.h"
 
 namespace {
@@ -61,31 +61,39 @@ class Ears {
     bool mLetGo = false;
 };
 
+/** How a listener takes its calls. */
+struct Manner {
+    bool hangs = false;
+    std::chrono::milliseconds takes{0};
+    android::status_t status = android::OK;
+};
+
 class FakeListener : public android::BBinder {
   public:
-    FakeListener(Ears& ears, std::string name, bool hangs)
-          : mEars(ears), mName(std::move(name)), mHangs(hangs) {}
+    FakeListener(Ears& ears, std::string name, const Manner& manner)
+          : mEars(ears), mName(std::move(name)), mManner(manner) {}
 
   protected:
     android::status_t onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
                                  uint32_t) override {
+        std::this_thread::sleep_for(mManner.takes);
         data.enforceInterface(IKelvoNotifier::descriptor);
         mEars.hear(mName + " " + std::to_string(code) + ":" + std::to_string(data.readInt32()),
-                   mHangs);
+                   mManner.hangs);
         reply->writeNoException();
-        return android::OK;
+        return mManner.status;
     }
 
   private:
     Ears& mEars;
     const std::string mName;
-    const bool mHangs;
+    const Manner mManner;
 };
 
 class ListenerCallsTest : public testing::Test {
   protected:
-    Listener add(const std::string& name, int uid, bool hangs = false) {
-        const Listener listener{new BinderClient(uid, new FakeListener(*mEars, name, hangs)),
+    Listener add(const std::string& name, int uid, const Manner& manner = {}) {
+        const Listener listener{new BinderClient(uid, new FakeListener(*mEars, name, manner)),
                                 mCalls.laneFor(uid, uid == kSystem)};
         mListeners.push_back(listener);
         return listener;
@@ -105,21 +113,9 @@ class ListenerCallsTest : public testing::Test {
                                  [temp](BinderClient& client) { client.notifyAmbientTemp(temp); }});
     }
     /** Of the class under test, in this process. */
-    static size_t threads() {
-        size_t count = 0;
-        for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
-            std::string name;
-            std::getline(std::ifstream(task.path() / "comm"), name);
-            count += name == "listeners" ? 1u : 0u;
-        }
-        return count;
-    }
-    bool awaitThreads(size_t count) {
-        const Clock::time_point end = Clock::now() + kLimit;
-        while (threads() != count && Clock::now() < end) {
-            std::this_thread::yield();
-        }
-        return threads() == count;
+    static ptrdiff_t threads() { return std::ranges::count(threadNames(getpid()), "listeners"); }
+    static bool isOneThreadLeft() {
+        return await([] { return threads() == 1; });
     }
 
     LogCapture log;
@@ -139,13 +135,13 @@ TEST_F(ListenerCallsTest, tellsEachInOrderOnOneThreadThatStays) {
     EXPECT_EQ(mEars->take(), (Calls{"a 3:5", "b 3:5", "c 3:5", "a 4:6", "b 4:6", "c 4:6"}))
             << "all before they return";
     EXPECT_EQ(mEars->threads(), 1u);
-    EXPECT_EQ(threads(), 1u);
+    EXPECT_EQ(threads(), 1);
 }
 
 TEST_F(ListenerCallsTest, passesALateOneOverAndTellsItTheLatestOfEachKind) {
     add("a", kApp);
-    add("late", kApp, true);
-    const Listener gone = add("gone", kSystem, true);
+    add("late", kApp, {.hangs = true});
+    const Listener gone = add("gone", kSystem, {.hangs = true});
     add("d", kApp);
     const Clock::time_point start = Clock::now();
     tellStatus(1);
@@ -161,7 +157,7 @@ TEST_F(ListenerCallsTest, passesALateOneOverAndTellsItTheLatestOfEachKind) {
     mCalls.forget(gone);
     mEars->letGo();
     EXPECT_EQ(mEars->await(3), (Calls{"late 3:4", "late 4:5", "late 5:20"}));
-    EXPECT_TRUE(awaitThreads(1)) << "the others end";
+    EXPECT_TRUE(isOneThreadLeft()) << "the others end";
     mEars->take();
     tellStatus(6);
     EXPECT_EQ(mEars->take(), (Calls{"a 3:6", "late 3:6", "gone 3:6", "d 3:6"}));
@@ -176,9 +172,9 @@ TEST_F(ListenerCallsTest, passesALateOneOverAndTellsItTheLatestOfEachKind) {
 
 TEST_F(ListenerCallsTest, isDelayedByManyLateOnesHardlyMoreThanByOne) {
     constexpr size_t kHung = 40;
-    constexpr size_t kMostOfUid = 8;
+    constexpr ptrdiff_t kMostOfUid = 8;
     for (size_t i = 0; i < kHung; ++i) {
-        add("hangs", kApp, true);
+        add("hangs", kApp, {.hangs = true});
     }
     add("lives", kSystem);
     const Clock::time_point start = Clock::now();
@@ -193,22 +189,12 @@ TEST_F(ListenerCallsTest, isDelayedByManyLateOnesHardlyMoreThanByOne) {
     mEars->letGo();
     // The ones that were called are told the second status, the others this alone.
     EXPECT_EQ(mEars->await(kHung).size(), kHung);
-    EXPECT_TRUE(awaitThreads(1));
+    EXPECT_TRUE(isOneThreadLeft());
 }
 
 TEST_F(ListenerCallsTest, keepsASlowAppToItsShareOfTheTime) {
-    class Slow : public FakeListener {
-      public:
-        using FakeListener::FakeListener;
-        android::status_t onTransact(uint32_t code, const android::Parcel& data,
-                                     android::Parcel* reply, uint32_t flags) override {
-            std::this_thread::sleep_for(std::chrono::milliseconds(400));
-            return FakeListener::onTransact(code, data, reply, flags);
-        }
-    };
     constexpr int kTimes = 12;
-    mListeners.push_back(
-            {new BinderClient(kApp, new Slow(*mEars, "slow", false)), mCalls.laneFor(kApp, false)});
+    add("slow", kApp, {.takes = std::chrono::milliseconds(400)});
     add("lives", kSystem);
     const Clock::time_point start = Clock::now();
     for (int status = 1; status <= kTimes; ++status) {
@@ -220,22 +206,12 @@ TEST_F(ListenerCallsTest, keepsASlowAppToItsShareOfTheTime) {
     EXPECT_EQ(std::ranges::count(calls, 'l', [](const std::string& call) { return call[0]; }),
               kTimes)
             << "each to the other";
-    EXPECT_TRUE(awaitThreads(1)) << "it has been told the latest";
+    EXPECT_TRUE(isOneThreadLeft()) << "it has been told the latest";
     EXPECT_EQ(mEars->take().back(), "slow 3:" + std::to_string(kTimes));
 }
 
 TEST_F(ListenerCallsTest, neverRepeatsAKindThatFailedLate) {
-    class Failing : public FakeListener {
-      public:
-        using FakeListener::FakeListener;
-        android::status_t onTransact(uint32_t code, const android::Parcel& data,
-                                     android::Parcel* reply, uint32_t flags) override {
-            FakeListener::onTransact(code, data, reply, flags);
-            return android::DEAD_OBJECT;
-        }
-    };
-    mListeners.push_back(
-            {new BinderClient(kApp, new Failing(*mEars, "a", true)), mCalls.laneFor(kApp, false)});
+    add("a", kApp, {.hangs = true, .status = android::DEAD_OBJECT});
     tellStatus(1);
     tellStatus(2);
     tellAmbient(20);

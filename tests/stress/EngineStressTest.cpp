@@ -5,7 +5,7 @@
 #include <android/log.h>
 #include <binder/IServiceManager.h>
 #include <binder_linux/LocalServiceManager.h>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <poll.h>
 
 #include <array>
@@ -24,6 +24,8 @@
 #include "sim/services/PhoneServices.h"
 #include "sim/tree/PhoneTree.h"
 #include "sim/tree/ShellTempNode.h"
+#include "support/Await.h"
+#include "support/Files.h"
 
 namespace {
 
@@ -312,15 +314,6 @@ class Stress {
     size_t mEnded = 0;
 };
 
-template <typename Condition>
-bool await(Condition condition) {
-    const auto end = steady_clock::now() + kLimit;
-    while (!condition() && steady_clock::now() < end) {
-        std::this_thread::yield();
-    }
-    return condition();
-}
-
 }  // namespace
 
 TEST(EngineStressTest, servesWhileEverythingHappensAtOnce) {
@@ -341,15 +334,18 @@ TEST(EngineStressTest, servesWhileEverythingHappensAtOnce) {
     }
     EXPECT_LE(sSeen[std::size(sSeen) - 1].count, 1) << "one sampling thread for all of it";
 
+    EXPECT_THAT(threadNames(getpid()),
+                testing::IsSupersetOf({"work", "st-fitting", "comp-monitor"}));
+
     // Nothing is left of the listeners, and a new one is told.
     stress.leaveListeners();
     static std::atomic<int> told = 0;
     static sim::FrameworkClient& last = *new sim::FrameworkClient(
             [](const sim::Event& event) { told += event.name == "notify_thermal_status" ? 1 : 0; });
     last.perform(sim::Listen{"last", 10050});
-    EXPECT_TRUE(await([&] { return told >= 1; })) << "at its registration";
+    EXPECT_TRUE(await([&] { return told >= 1; }, kLimit)) << "at its registration";
     last.perform(sim::Transact{15, {3}, std::nullopt, 1000});
-    EXPECT_TRUE(await([&] { return told >= 2 && sListeners == 1; })) << sListeners;
+    EXPECT_TRUE(await([&] { return told >= 2 && sListeners == 1; }, kLimit)) << sListeners;
 
     // The fitting loop goes on.
     for (int32_t zone = 0; zone < static_cast<int32_t>(world.scenario.zones.size()); ++zone) {

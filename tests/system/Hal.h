@@ -3,11 +3,11 @@
 #include <poll.h>
 #include <signal.h>
 
-#include <chrono>
 #include <optional>
 #include <string>
 
 #include "sim/services/ServiceProcess.h"
+#include "support/Await.h"
 #include "support/Files.h"
 
 /** A HAL as a process, with what the daemon did to it. */
@@ -28,15 +28,14 @@ class Hal {
     /** Looks for some milliseconds at what has come. */
     void look() {
         pollfd fd{mProcess->fd(), POLLIN, 0};
-        poll(&fd, 1, static_cast<int>(kLook.count()));
+        poll(&fd, 1, kLookMs);
         mProcess->takeEvents();
     }
     bool awaitClient() {
-        const Clock::time_point end = Clock::now() + kLimit;
-        while (mClients == 0 && Clock::now() < end) {
+        return await([this] {
             look();
-        }
-        return mClients > 0;
+            return mClients > 0;
+        });
     }
     int clients() const { return mClients; }
     int lastStatus() const { return mLastStatus; }
@@ -47,9 +46,7 @@ class Hal {
     }
 
   private:
-    using Clock = std::chrono::steady_clock;
-    static constexpr std::chrono::milliseconds kLook{20};  // a call to a HAL about to die is lost
-    static constexpr std::chrono::seconds kLimit{30};
+    static constexpr int kLookMs = 20;  // a call to a HAL about to die is lost
 
     void start() {
         mProcess.emplace(sim::ServiceProcess::Place{programPath("phoneservice"), mRoot, mRoot},

@@ -3,14 +3,12 @@
 #include <binder/IServiceManager.h>
 
 #include <algorithm>
-#include <chrono>
 
 #include "KelvodTest.h"
 
 namespace {
 
 using namespace kelvo;
-using android::Parcel;
 
 using KelvodClientsTest = KelvodTest;
 
@@ -25,16 +23,6 @@ int call(RoleLink& link) {
     return 0;
 }
 const Role kCall("call", call);
-
-std::vector<int32_t> risingThresholds() {
-    Parcel reply;
-    std::vector<int32_t> list;
-    kelvodService()->transact(GET_THERMAL_CONFIG, KelvodRequest(), &reply);
-    reply.readExceptionCode();
-    reply.readInt32();
-    reply.readInt32Vector(&list);
-    return list;
-}
 
 }  // namespace
 
@@ -59,20 +47,6 @@ TEST_F(KelvodClientsTest, mayChangeStateAsRootOrSystemOnly) {
     RoleProcess& app = startListeners(1, 10050);
     app.kill();
     EXPECT_TRUE(logs("BinderClient: binder(uid:10050) died!"));
-}
-
-TEST_F(KelvodClientsTest, haveTheConfigurationReloadedThreeSecondsLater) {
-    startKelvod();
-    const std::vector<int32_t> before = risingThresholds();
-    setConfig(50);
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(callKelvod(RELOAD_CONFIG), android::OK);
-    EXPECT_EQ(risingThresholds(), before);
-    ASSERT_TRUE(logs("Reload global config"));
-    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(3000));
-    // The work thread reads the thresholds next, and handles this after that.
-    RoleProcess& listener = startListeners();
-    EXPECT_EQ(risingThresholds().back(), before.back() + 20) << listener.ask("heard");
 }
 
 TEST_F(KelvodClientsTest, areToldEverythingInOrderWhileOthersAreKilled) {

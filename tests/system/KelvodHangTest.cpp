@@ -154,6 +154,8 @@ TEST_F(KelvodHangTest, tellsAHungListenerTheLatestWhenItIsBack) {
     tellAll(lives, 103);
     EXPECT_EQ(callKelvod(SET_LIGHT_LAMP_STATUS, {1}), OK);
     EXPECT_TRUE(logs("Reload shell fitting model config flashon")) << "the work thread is free";
+    mTree.setZoneTemp(0, 40500);
+    EXPECT_TRUE(logs("Shell temp 40500, board")) << "temperatures go on";
     hung.signal(SIGCONT);
     EXPECT_EQ(hung.ask("until status 101,status 103"), "seen") << hung.ask("heard");
     EXPECT_TRUE(logs("is passed over no more"));

@@ -2,13 +2,10 @@
 
 #include <binder/IServiceManager.h>
 #include <binder/ProcessState.h>
-#include <poll.h>
-
 #include <functional>
 
 #include "KelvodTest.h"
 #include "client/StatusListener.h"
-#include "sim/tree/ShellTempNode.h"
 
 namespace {
 
@@ -52,15 +49,6 @@ int offerListener(RoleLink& link) {
     return 0;
 }
 const Role kOfferListener("offerListener", offerListener);
-
-android::status_t registerListener(const sp<IBinder>& listener, int32_t* answer) {
-    KelvodRequest request;
-    Parcel reply;
-    request.writeStrongBinder(listener);
-    const android::status_t status = kelvodService()->transact(REGISTER_CLIENT, request, &reply);
-    *answer = reply.readInt32();
-    return status;
-}
 
 }  // namespace
 
@@ -126,41 +114,13 @@ TEST_F(KelvodInputTest, mayBeListenersOfTheDead) {
             android::defaultServiceManager()->checkService(String16("listener"));
     ASSERT_NE(listener, nullptr);
     owner.kill();
-    int32_t answer = 0;
-    EXPECT_EQ(registerListener(listener, &answer), OK);
-    EXPECT_EQ(answer, 1) << "that it is dead is seen later";
+    KelvodRequest request;
+    Parcel reply;
+    request.writeStrongBinder(listener);
+    EXPECT_EQ(kelvodService()->transact(REGISTER_CLIENT, request, &reply), OK);
+    EXPECT_EQ(reply.readInt32(), 1) << "that it is dead is seen later";
     EXPECT_TRUE(logs(" died!"));
     startListeners();  // what was posted before it has been handled
     EXPECT_EQ(callKelvod(NOTIFY_THERMAL_STATUS, {3}), OK);
     EXPECT_TRUE(logs("Entering notifyCallback, binder clients size 1\n"));
-}
-
-TEST_F(KelvodInputTest, mayBeAListenerThatNeverReturns) {
-    mTree.setProperty("persist.sys.shelltemp.interval", "1");
-    mTree.removeNode("/proc/shell-temp");
-    sim::ShellTempNode output(mTree);
-    output.setPresent(true);
-    startKelvod();
-    RoleProcess& stuck = startListeners();
-    ASSERT_EQ(stuck.ask("stick"), "sticks");
-    EXPECT_EQ(callKelvod(NOTIFY_THERMAL_STATUS, {5}), OK);
-    ASSERT_EQ(stuck.receive(), "stuck");
-    for (const uint32_t code : {4u, 5u, 9u, 17u, 20u, 21u, 22u, 23u, 25u, 101u}) {
-        EXPECT_EQ(callKelvod(code), OK) << code;
-    }
-    output.takeLines([](std::string_view) {});
-    mTree.setZoneTemp(0, 41000);
-    pollfd written{output.fd(), POLLIN, 0};
-    EXPECT_EQ(poll(&written, 1, kBinderWorldLimitMs), 1) << "temperatures go on";
-    // What needs the work thread is taken, and waits.
-    int32_t answer = 0;
-    EXPECT_EQ(callKelvod(SET_LIGHT_LAMP_STATUS, {1}), OK);
-    const sp<IBinder> late = new client::StatusListener([](const auto&, const auto&) {});
-    EXPECT_EQ(registerListener(late, &answer), OK);
-    EXPECT_EQ(answer, 1);
-    EXPECT_EQ(countInLog("Register notifier successfully."), 1u);
-    EXPECT_EQ(countInLog("Reload shell fitting model config flashon"), 0u);
-    stuck.kill();
-    EXPECT_TRUE(logs("Register notifier successfully.", 2));
-    EXPECT_TRUE(logs("Reload shell fitting model config flashon"));
 }

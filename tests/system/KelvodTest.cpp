@@ -57,13 +57,17 @@ std::string kelvodConfig(int32_t hold, int32_t holdDown, const std::string& memb
                  ",'thermal_status_report':" + statuses + "}}"));
 }
 
+void buildSmallPhone(sim::DeviceTree& tree) {
+    tree.addFolder("/data");
+    tree.addZone(0, "skin", 40000);
+    tree.setNode("/proc/shell-temp", "");
+    tree.setProperty("persist.sys.kelvo.enable", "1");
+    tree.setProperty("persist.sys.kelvo.loglevel", "1");
+}
+
 KelvodTest::KelvodTest() : mTree(getenv("KELVO_ROOT")), mLog(mTree.hostPath("/data/kelvod.log")) {
     android::ProcessState::self()->startThreadPool();  // for notices and listeners
-    mTree.addFolder("/data");
-    mTree.addZone(0, "skin", 40000);
-    mTree.setNode("/proc/shell-temp", "");
-    mTree.setProperty("persist.sys.kelvo.enable", "1");
-    mTree.setProperty("persist.sys.kelvo.loglevel", "1");
+    buildSmallPhone(mTree);
     setConfig(30);
 }
 

@@ -49,6 +49,9 @@ inline constexpr char kHeatSources[] =
  */
 std::string kelvodConfig(int32_t hold, int32_t holdDown, const std::string& members = "");
 
+/** A phone that has the daemon talk: a zone "skin" of 40 °C, the node, and what enables it. */
+void buildSmallPhone(sim::DeviceTree& tree);
+
 /** The daemon as a process on a small phone: a zone of 40 °C, one model, 21 levels from 30 °C. */
 class KelvodTest : public testing::Test {
   protected:
