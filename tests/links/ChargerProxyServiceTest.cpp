@@ -52,14 +52,3 @@ TEST_F(ChargerProxyServiceTest, connectsOnceAndAgainAfterADeath) {
     EXPECT_EQ(current(), std::numeric_limits<int32_t>::max()) << "the value survives";
     EXPECT_EQ(log.count(kLinked), 2u);
 }
-
-TEST_F(ChargerProxyServiceTest, passesTheScreenStatusOn) {
-    start();
-    screen(1);
-    screen(7);
-    setService("charger", false);
-    screen(0);
-    const std::vector<std::string> told = {"{'event':'charger_screen_status','status':1}",
-                                           "{'event':'charger_screen_status','status':7}"};
-    EXPECT_EQ(takeEvents("charger_screen_status"), told);
-}

@@ -1,23 +1,12 @@
 #include "support/EngineTest.h"
 
-namespace {
-
-/** default uses zone 0; backup_a zone 1; backup_b zone 2 first and zone 1 second. */
-struct BackupFallbackTest : EngineTest {
-    BackupFallbackTest() {
-        for (const char* type : {"skin", "cpu", "board"}) {
-            addZone(type, 40000);
-        }
-        setConfig("{'max_abn_tz_detect_times':2,'shell_temp_fitting_model':{" +
-                  scene("default", 0, "skin") + "," + scene("backup_a", 1, "cpu") +
-                  ",'backup_b':{'temp_model':{" + model("m", 2, "board") + "," +
-                  model("n", 3, "cpu") + "}}}}");
-    }
-};
-
-}  // namespace
+using BackupFallbackTest = EngineTest;
 
 TEST_F(BackupFallbackTest, movesToTheFirstHealthySetOnceTheZoneFailsPastTheLimit) {
+    addZone("skin", 40000);
+    addZone("cpu", 40000);
+    setConfig("{'max_abn_tz_detect_times':2,'shell_temp_fitting_model':{" +
+              scene("default", 0, "skin") + "," + scene("backup_a", 1, "cpu") + "}}");
     startPhone();
     runUntil(0);
     takeWrites();

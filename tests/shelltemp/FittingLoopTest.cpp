@@ -85,6 +85,7 @@ TEST_F(FittingLoopTest, slowsDownToFiveSecondsWhileTheScreenIsOff) {
     updateScene("SCREEN:ON");
     EXPECT_EQ(cyclesUntil(8.5), 1) << "woken at once";
     EXPECT_EQ(cyclesUntil(9), 1) << "three seconds again";
+    EXPECT_EQ(log.countOf("screen just turned on, ignore check"), 2u) << "and so it limits nothing";
     EXPECT_TRUE(log.has("Get shell temp fitting interval 3"));
     EXPECT_TRUE(log.has("Adjust fitting interval 3"));
     EXPECT_TRUE(log.has("Update package SCREEN:OFF interval 5"));

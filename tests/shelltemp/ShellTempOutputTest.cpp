@@ -30,22 +30,6 @@ TEST_F(ShellTempOutputTest, writesIndexesInOrderAndNegativeOnesNever) {
     EXPECT_EQ(log.count("fitting model (3) has not supported!"), 1u);
 }
 
-TEST_F(ShellTempOutputTest, leavesTheFirstFiveSecondsAfterScreenOnAlone) {
-    useModels(model("front", 0, "skin"));
-    scenario.properties["persist.sys.shelltemp.interval"] = "1";
-    startPhone();
-    runUntil(0);
-    runUntil(10);
-    ShellTempFitting::getInstance().updateScene("SCREEN:ON", false, 0);
-    int32_t temp = 40000;
-    for (const auto& [second, smoothed] : {std::pair{14, false}, {15, false}, {16, true}}) {
-        runUntil(second - 0.5);
-        setTemp(0, temp += 5000);
-        runUntil(second);
-        EXPECT_EQ(fitted(0) != temp, smoothed) << second;
-    }
-}
-
 TEST_F(ShellTempOutputTest, writesNothingWhileAZoneFailsAndRecovers) {
     addZone("cpu", 40000);
     useModels(model("a", 0, "skin") + "," + model("b", 1, "cpu"));

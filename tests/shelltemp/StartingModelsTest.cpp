@@ -10,24 +10,9 @@ struct StartingModelsTest : EngineTest {
         addZone("skin", 40000);
         addZone("soc_thermal_ipa", 45000);
     }
-
-    Lines firstWrites(const std::string& scenes) {
-        setScenes(scenes);
-        startPhone();
-        runUntil(0);
-        return takeWrites();
-    }
 };
 
 }  // namespace
-
-TEST_F(StartingModelsTest, usesTheFirstBackupWhenDefaultIsForAnotherBoard) {
-    EXPECT_EQ(firstWrites(scene("backup_b", 2, "skin") + "," + scene("backup_a", 1, "skin") + "," +
-                          scene("default", 0, "other_board")),
-              Lines{"1 40000"});
-    EXPECT_TRUE(
-            log.has("ShellTempFitting, current fitting model is empty, use backup front model"));
-}
 
 TEST_F(StartingModelsTest, runsOnWithoutAnyConfigurationFile) {
     startPhone();

@@ -47,20 +47,6 @@ TEST(Plant, settlesAtTheAnalyticTemperaturesOverTheAmbient) {
     EXPECT_NEAR(nodeTemp(plant, "die"), 5 + 3 * 11, 1e-6);
 }
 
-TEST(Plant, keepsEveryJouleWhenNothingLeaves) {
-    PlantParams params = phone(0);
-    params.links.pop_back();
-    params.sources[0].power = {{{0, 0}, {100, 4}, {100, 1}, {200, 1}}};
-    sim::Plant plant(params);
-    plant.advanceTo(200);
-    double joules = 0;
-    for (size_t i = 0; i < params.nodes.size(); ++i) {
-        joules += params.nodes[i].capacity * (plant.nodeTemp(i) - 25);
-    }
-    // Each step holds the power of its start: the ramp loses half a step of its rise.
-    EXPECT_NEAR(joules, 100 * 4 / 2.0 + 100 * 1, 4 * 0.1 / 2 + 1e-6);
-}
-
 TEST(Plant, followsTheExponentialOfOneNode) {
     PlantParams params = phone(0);
     params.nodes = {{"n", 20, 45}};

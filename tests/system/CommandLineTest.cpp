@@ -8,7 +8,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::MatchesRegex;
-using testing::StartsWith;
 
 struct Case {
     const char* program;
@@ -41,9 +40,4 @@ TEST(CommandLine, isOfOneShape) {
         EXPECT_THAT(failure, ended(1, MatchesRegex(name + ": [^\n]+: [^\n]+\n")));
         EXPECT_EQ(wrong.out + failure.out, "");
     }
-}
-
-TEST(CommandLine, tellsWrongUsageOfACommandFromItsFailure) {
-    EXPECT_THAT(Program::run("kelvoctl", {"call", "4", "--reply", "int31"}),
-                ended(2, StartsWith("kelvoctl: expected int32, ")));
 }

@@ -70,11 +70,6 @@ TEST_F(KelvosimLiveTest, showsWhatTheDaemonTellsAndLeavesNothingBehind) {
     }
 }
 
-TEST_F(KelvosimLiveTest, saysHowTheDaemonEnded) {
-    EXPECT_THAT(Program::run("kelvosim", {"live", kHello, "--", "/no/such/program"}),
-                ended(1, StartsWith("kelvosim: kelvod has ended with status 127")));
-}
-
 TEST_F(KelvosimLiveTest, keepsAFolderOfItsUserAlone) {
     sim::DeviceTree(mRoot).setNode("/keep", "me");
     EXPECT_THAT(Program::run("kelvosim", {"live", kHello, "--root", mRoot}),
