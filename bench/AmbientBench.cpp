@@ -11,6 +11,7 @@
 #include <cstdio>
 
 #include "BenchPhone.h"
+#include "MedianReporter.h"
 #include "base/DeviceRoot.h"
 #include "core/Connections.h"
 #include "shelltemp/ShellTempFitting.h"
@@ -22,6 +23,8 @@ namespace {
 
 using vendor::zenta::hardware::charger::V1_0::ICharger;
 
+constexpr char kFloor[] = "floor: open, read, close";
+constexpr char kCycle[] = "fitting cycle, the charger asked";
 constexpr double kBudget = 3.0;
 constexpr char kAmbientSet[] =
         R"(,"ambient":{"temp_model":{
@@ -47,20 +50,6 @@ sim::Scenario ambientPhone() {
     config.insert(config.rfind("}}"), kAmbientSet);
     return scenario;
 }
-
-/** Keeps what each benchmark took at the median; µs of CPU. */
-class MedianReporter : public benchmark::ConsoleReporter {
-  public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            if (run.aggregate_name == "median") {
-                medians.push_back(run.GetAdjustedCPUTime());
-            }
-        }
-    }
-    std::vector<double> medians;
-};
 
 template <typename Function>
 void measure(const char* name, Function function) {
@@ -89,13 +78,13 @@ int main(int argc, char** argv) {
     kelvo::connectEngines();
 
     benchmark::Initialize(&argc, argv);
-    measure("floor: open, read, close", [&](benchmark::State& state) {
+    measure(kFloor, [&](benchmark::State& state) {
         const std::vector<std::string> paths = bench::zonePaths(root);
         for (auto _ : state) {
             benchmark::DoNotOptimize(bench::readNodes(paths));
         }
     });
-    measure("fitting cycle, the charger asked", [&](benchmark::State& state) {
+    measure(kCycle, [&](benchmark::State& state) {
         auto& engine = ShellTempFitting::getInstance();
         engine.getAndfitTemp();  // the first round ever only sets the clock
         const int32_t before = charger->asked();
@@ -106,15 +95,10 @@ int main(int argc, char** argv) {
             state.SkipWithError("the charger was not asked in every cycle");
         }
     });
-    MedianReporter reporter;
+    bench::MedianReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
-    if (reporter.medians.size() != 2) {
-        return 1;
-    }
-    const double ratio = reporter.medians[1] / reporter.medians[0];
-    std::printf("fitting cycle, the charger asked: %.2f x its floor (budget %.1f)\n", ratio,
-                kBudget);
+    const bool keepsBudget = reporter.keepsBudget(kCycle, kFloor, kBudget);
     std::fflush(stdout);
     // Its threads run on: nothing static may be destroyed under them.
-    _exit(ratio > 0 && ratio <= kBudget ? 0 : 1);
+    _exit(keepsBudget ? 0 : 1);
 }

@@ -7,10 +7,10 @@
 #include <binder/Parcel.h>
 
 #include <cstdio>
-#include <map>
 #include <string>
 
 #include "BenchPhone.h"
+#include "MedianReporter.h"
 #include "base/DeviceRoot.h"
 #include "service/BinderManager.h"
 #include "shelltemp/ShellTempFitting.h"
@@ -103,28 +103,6 @@ void changedCycle(benchmark::State& state) {
     }
 }
 
-/** Prints as usual and keeps the median of each benchmark. */
-class RatioReporter : public benchmark::ConsoleReporter {
-  public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            if (run.aggregate_name == "median") {
-                mMedians[run.run_name.function_name] = run.GetAdjustedCPUTime();
-            }
-        }
-    }
-    /** Prints how a benchmark stands to the floor; whether it keeps its budget. */
-    bool keepsBudget(const char* name, double budget) {
-        const double ratio = mMedians[name] / mMedians[kFloor];
-        std::printf("%s: %.2f x its floor (budget %.1f)\n", name, ratio, budget);
-        return ratio > 0 && ratio <= budget;
-    }
-
-  private:
-    std::map<std::string, double> mMedians;  // µs of CPU
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -154,9 +132,9 @@ int main(int argc, char** argv) {
                 ->Repetitions(9)
                 ->ReportAggregatesOnly();
     }
-    RatioReporter reporter;
+    bench::MedianReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
-    const bool cycle = reporter.keepsBudget(kCycle, kCycleBudget);
-    const bool change = reporter.keepsBudget(kChange, kChangeBudget);
+    const bool cycle = reporter.keepsBudget(kCycle, kFloor, kCycleBudget);
+    const bool change = reporter.keepsBudget(kChange, kFloor, kChangeBudget);
     return cycle && change ? 0 : 1;
 }

@@ -5,11 +5,11 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
-#include <map>
 #include <string>
 #include <vector>
 
 #include "BenchPhone.h"
+#include "MedianReporter.h"
 #include "base/DeviceRoot.h"
 #include "heat/AmbientCompHeat.h"
 #include "heat/CellularCompHeat.h"
@@ -89,27 +89,11 @@ void rankThreads(benchmark::State& state) {
     }
 }
 
-/** Prints as usual and keeps the median of each benchmark. */
-class MedianReporter : public benchmark::ConsoleReporter {
-  public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            if (run.aggregate_name == "median") {
-                mMedians[run.run_name.function_name + run.run_name.args] = run.GetAdjustedCPUTime();
-            }
-        }
-    }
-    double median(const std::string& name) { return mMedians[name]; }
-    /** Time a thread takes among many over that among few. */
-    double growth() {
-        return median(kRanking + std::to_string(kManyThreads)) / kManyThreads /
-               (median(kRanking + std::to_string(kFewThreads)) / kFewThreads);
-    }
-
-  private:
-    std::map<std::string, double> mMedians;  // µs of CPU
-};
+/** Time a thread takes among many over that among few. */
+double growth(bench::MedianReporter& reporter) {
+    return reporter.median(kRanking + std::to_string(kManyThreads)) / kManyThreads /
+           (reporter.median(kRanking + std::to_string(kFewThreads)) / kFewThreads);
+}
 
 benchmark::internal::Benchmark* add(const char* name, void (*function)(benchmark::State&)) {
     return benchmark::RegisterBenchmark(name, function)
@@ -140,11 +124,11 @@ int main(int argc, char** argv) {
     add(kPass, samplingPass);
     add(kReport, report)->UseManualTime();
     add(kRanking, rankThreads)->Arg(kFewThreads)->Arg(512)->Arg(kManyThreads);
-    MedianReporter reporter;
+    bench::MedianReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     std::printf("sampling pass: %.2f x its floor\n",
                 reporter.median(kPass) / reporter.median(kFloor));
     std::printf("time of a thread among %d over that among %d: %.2f (budget %.1f)\n", kManyThreads,
-                kFewThreads, reporter.growth(), kLinearBudget);
-    return reporter.growth() <= kLinearBudget ? 0 : 1;
+                kFewThreads, growth(reporter), kLinearBudget);
+    return growth(reporter) <= kLinearBudget ? 0 : 1;
 }
