@@ -70,22 +70,22 @@ struct Manner {
 
 class FakeListener : public android::BBinder {
   public:
-    FakeListener(Ears& ears, std::string name, const Manner& manner)
-          : mEars(ears), mName(std::move(name)), mManner(manner) {}
+    FakeListener(std::shared_ptr<Ears> ears, std::string name, const Manner& manner)
+          : mEars(std::move(ears)), mName(std::move(name)), mManner(manner) {}
 
   protected:
     android::status_t onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
                                  uint32_t) override {
         std::this_thread::sleep_for(mManner.takes);
         data.enforceInterface(IKelvoNotifier::descriptor);
-        mEars.hear(mName + " " + std::to_string(code) + ":" + std::to_string(data.readInt32()),
-                   mManner.hangs);
+        mEars->hear(mName + " " + std::to_string(code) + ":" + std::to_string(data.readInt32()),
+                    mManner.hangs);
         reply->writeNoException();
         return mManner.status;
     }
 
   private:
-    Ears& mEars;
+    const std::shared_ptr<Ears> mEars;
     const std::string mName;
     const Manner mManner;
 };
@@ -93,7 +93,7 @@ class FakeListener : public android::BBinder {
 class ListenerCallsTest : public testing::Test {
   protected:
     Listener add(const std::string& name, int uid, const Manner& manner = {}) {
-        const Listener listener{new BinderClient(uid, new FakeListener(*mEars, name, manner)),
+        const Listener listener{new BinderClient(uid, new FakeListener(mEars, name, manner)),
                                 mCalls.laneFor(uid, uid == kSystem)};
         mListeners.push_back(listener);
         return listener;
@@ -119,7 +119,7 @@ class ListenerCallsTest : public testing::Test {
     }
 
     LogCapture log;
-    Ears* const mEars = new Ears();  // never destroyed: a listener may hang to the end
+    const std::shared_ptr<Ears> mEars = std::make_shared<Ears>();  // also of those that hang
     ListenerCalls mCalls;
     std::vector<Listener> mListeners;
 };
