@@ -108,7 +108,7 @@ bool PatientCaller::Line::startThread() {
         KLOGE("no thread to call %s: %s", mService.c_str(), strerror(error));
         return false;
     }
-    owned.release();  // the thread's
+    (void)owned.release();  // the thread's
     pthread_detach(thread);
     mHasThread = true;
     return true;

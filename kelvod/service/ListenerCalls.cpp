@@ -169,11 +169,11 @@ std::shared_ptr<ListenerLane> ListenerCalls::Crew::laneFor(int uid, bool trusted
             lanes.begin(), lanes.end(),
             [](const auto& a, const auto& b) { return a.use_count() < b.use_count(); });
     if (lanes.size() >= kMostLanes) {
-        if (const auto shared = leastUsed->lock(); shared != nullptr) {
+        if (auto shared = leastUsed->lock(); shared != nullptr) {
             return shared;
         }
     }
-    const auto lane = std::make_shared<ListenerLane>(uid, app.allowance);
+    auto lane = std::make_shared<ListenerLane>(uid, app.allowance);
     lanes.push_back(lane);
     return lane;
 }
@@ -211,7 +211,7 @@ bool ListenerCalls::Crew::man() {
         KLOGE("no thread to call listeners: %s", strerror(error));
         return false;
     }
-    owned.release();  // the thread's
+    (void)owned.release();  // the thread's
     pthread_detach(thread);
     return true;
 }

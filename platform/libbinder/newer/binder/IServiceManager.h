@@ -16,7 +16,7 @@ class IServiceManager : public IInterface {
     virtual const String16& getInterfaceDescriptor() const;
 
     IServiceManager();
-    virtual ~IServiceManager();
+    ~IServiceManager() override;
 
     static const int DUMP_FLAG_PRIORITY_CRITICAL = 1 << 0;
     static const int DUMP_FLAG_PRIORITY_HIGH = 1 << 1;
@@ -44,7 +44,7 @@ class IServiceManager : public IInterface {
     class LocalRegistrationCallback : public virtual RefBase {
       public:
         virtual void onServiceRegistration(const String16& instance, const sp<IBinder>& binder) = 0;
-        virtual ~LocalRegistrationCallback() {}
+        ~LocalRegistrationCallback() override {}
     };
 
     /**
