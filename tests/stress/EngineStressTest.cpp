@@ -57,6 +57,8 @@ Seen sSeen[] = {{"Reload global config"},
                 {"heatpc getCompentsHeatDetailInfo:"},
                 {"readSamples loop thread"}};
 std::atomic<int> sListeners = -1;  // as said by the last fan-out of a status
+constexpr int32_t kLastStatus = 1000;  // posted behind all that the operations posted
+std::atomic<bool> sHandledAll = false;
 
 void count(const __android_logger_data*, const char* line) {
     for (Seen& seen : sSeen) {
@@ -65,6 +67,10 @@ void count(const __android_logger_data*, const char* line) {
     int listeners = 0;
     if (sscanf(line, "Entering notifyCallback, binder clients size %d", &listeners) == 1) {
         sListeners = listeners;
+    }
+    int32_t status = 0;
+    if (sscanf(line, "Notify thermal status:%d", &status) == 1 && status == kLastStatus) {
+        sHandledAll = true;
     }
 }
 
@@ -336,6 +342,10 @@ TEST(EngineStressTest, servesWhileEverythingHappensAtOnce) {
 
     EXPECT_THAT(threadNames(getpid()),
                 testing::IsSupersetOf({"work", "st-fitting", "comp-monitor"}));
+
+    // A full queue refuses what follows.
+    MessageManager::getInstance().sendMessage(kelvo::messages::notifyThermalStatus(kLastStatus));
+    ASSERT_TRUE(await([] { return sHandledAll.load(); }, kLimit));
 
     // Nothing is left of the listeners, and a new one is told.
     stress.leaveListeners();
