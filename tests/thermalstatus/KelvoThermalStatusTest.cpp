@@ -2,7 +2,6 @@
 
 #include "common/ConfigStore.h"
 #include "config/KelvoConfig.h"
-#include "core/MessageManager.h"
 #include "sim/scenario/PhonePaths.h"
 #include "sim/virtual/VirtualScheduler.h"
 #include "support/EngineTest.h"
@@ -45,13 +44,14 @@ struct KelvoThermalStatusTest : EngineTest {
                 common::encryptConfig(json("{'temp_threshold_down':0" + section(model) + "}")));
         kelvo::KelvoConfig::getInstance().reload();
         log.clear();
-        engine().reload();
+        const int result = engine().reload();
         Lines errors;
         for (const LogCapture::Line& line : log.lines()) {
             if (line.priority == ANDROID_LOG_ERROR) {
                 errors.push_back(line.text);
             }
         }
+        EXPECT_EQ(result, errors.empty() ? 0 : -1);
         return errors;
     }
     Lines callsAt(int32_t temp) {
@@ -61,7 +61,7 @@ struct KelvoThermalStatusTest : EngineTest {
     }
     static std::vector<size_t> sizes() {
         std::vector<int> lists[3];
-        engine().getConfig(lists[0], lists[1], lists[2]);
+        EXPECT_EQ(engine().getConfig(lists[0], lists[1], lists[2]), 0);
         return {lists[0].size(), lists[1].size(), lists[2].size()};
     }
     static KelvoThermalStatus& engine() { return KelvoThermalStatus::getInstance(); }
@@ -86,6 +86,36 @@ TEST_F(KelvoThermalStatusTest, broadcastsAroundItsUsualBand) {
     };
     for (const auto& [temp, calls, why] : steps) {
         EXPECT_EQ(callsAt(temp), calls) << temp << " " << why;
+    }
+}
+
+TEST_F(KelvoThermalStatusTest, saysWhatItLoadsAndDecides) {
+    start();
+    for (const char* line : {"Thermal status threshold 0: 30", "Thermal status threshold 20: 50",
+                             "Thermal status area 20: 120", "Thermal status down threshold 20: 49",
+                             "thermal status: {", "\tstatus_report: 1"}) {
+        EXPECT_EQ(log.count(ANDROID_LOG_DEBUG, line), 1u) << line;
+    }
+    EXPECT_EQ(log.countOf("Thermal status "), 3u * 21u);
+    const std::string last = "kelvoCallback mLastThermalLevel:";
+    // temp, how many lines, and of them the last
+    const std::tuple<int32_t, size_t, std::string> steps[] = {
+            {29000, 2, last + "-1, i:0, mDefaultTS.tripTemps:30 "},
+            {28000, 2, "ctemp <= mDefaultTS.tripDownTemps[0]"},
+            {30000, 2, "kelvoCallback mLastThermalLevel: 0, tripTemps:31, DownThreshold:29 "},
+            {41000, 3, last + "0, i:11, mDefaultTS.tripTemps:41 "},
+            {39000, 3, last + "11, i:10, mDefaultTS.tripTemps:40 "},
+            {55000, 3, last + "10, i:20, mDefaultTS.tripTemps:50 "},
+            {49000, 2, "ctemp >= mDefaultTS.tripDownTemps[20]"},
+    };
+    for (const auto& [temp, count, line] : steps) {
+        log.clear();
+        callsAt(temp);
+        EXPECT_EQ(log.count(ANDROID_LOG_DEBUG, line), 1u) << line;
+        EXPECT_EQ(log.countOf("kelvoCallback ") + log.countOf("ctemp ") -
+                          log.countOf("kelvoCallback Broadcast"),
+                  count)
+                << temp;
     }
 }
 
