@@ -46,17 +46,6 @@ TEST(BroadcastConfigTest, takesAFlagAndABandOfTwoEnds) {
     }
 }
 
-TEST(BroadcastBandTest, holdsItsEndsAndWhatLeapsOverIt) {
-    const kelvo::BroadcastBand band{30, 55};
-    // before, now, outside
-    const std::tuple<int32_t, int32_t, bool> cases[] = {
-            {28, 29, true},  {29, 30, false}, {30, 29, false}, {55, 56, false},
-            {56, 55, false}, {56, 57, true},  {29, 56, false}, {56, 29, false}};
-    for (const auto& [before, now, outside] : cases) {
-        EXPECT_EQ(band.isOutside(before, now), outside) << before << " " << now;
-    }
-}
-
 TEST(ThermalModelReaderTest, saysWhatIsWrongInWhichList) {
     const std::string all = list(kelvo::kThermalLevels);
     // up, down, status, report, faults
@@ -80,12 +69,4 @@ TEST(ThermalModelReaderTest, saysWhatIsWrongInWhichList) {
                                     ",'thermal_status_report':" + report + "}";
         EXPECT_EQ(textOf(kelvo::readThermalModel(parsed(section)).faults), faults) << section;
     }
-}
-
-TEST(ThermalModelReaderTest, closesUpOverWhatIsNoNumber) {
-    const auto reading = kelvo::readThermalModel(parsed("{'temp_threshold':['x',3,1.5,2,2.0]}"));
-    EXPECT_EQ(reading.tripTemps.values, (std::vector<int32_t>{3, 2, 2}));
-    EXPECT_EQ(reading.tripTemps.elements, (std::vector<Json::ArrayIndex>{1, 3, 4}));
-    EXPECT_EQ(reading.tripTemps.falling, 1u);
-    EXPECT_FALSE(reading.tripTemps.isUsable());
 }
