@@ -46,6 +46,9 @@ class AbnormalZones {
     bool badZonesChanged() const { return mBadZonesChanged; }
     void clearBadZonesChanged() { mBadZonesChanged = false; }
 
+    /** What is recorded, by zone index; under -1 the latest zone of a HAL service that failed. */
+    const std::map<int32_t, AbnormalTZoneData>& records() const { return mZones; }
+
     /** Forgets all zones; the limit stays. */
     void clear();
 

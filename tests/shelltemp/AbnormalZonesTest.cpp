@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "sim/virtual/VirtualTime.h"
 #include "support/LogCapture.h"
 
 using kelvo::AbnormalTZoneData;
@@ -46,11 +47,27 @@ TEST_F(AbnormalZonesTest, countsAnewAfterAGoodReading) {
     EXPECT_TRUE(zones.badZones().empty());
 }
 
+TEST_F(AbnormalZonesTest, recordsTheFirstAndTheLatestFailureOfAZone) {
+    sim::VirtualTime::start(0, 1772352000'000'000'000);  // 2026-03-01 08:00:00
+    fail(kCpu, 1);
+    zones.recordGood(kCpu);
+    sim::VirtualTime::advanceTo(5000);
+    zones.recordAbnTZone(kCpu, 115001, ZoneState::OUT_OF_RANGE);
+    const AbnormalTZoneData& data = zones.records().at(7);
+    EXPECT_EQ(std::tie(data.state, data.temp, data.failCount, data.totalCount, data.tzIndex),
+              std::make_tuple(3, 115001, 1, 2, 7));
+    EXPECT_EQ(data.firstTime + " " + data.lastTime, "20260301080000 20260301080005");
+    EXPECT_EQ(data.tzName, "cpu");
+    zones.clear();
+    EXPECT_TRUE(zones.records().empty());
+}
+
 TEST_F(AbnormalZonesTest, neverCountsAHalServiceAgainstAZone) {
     zones.setLimit(0);
     for (int i = 0; i < 2; ++i) {
         zones.recordAbnTZone(kCpu, -1, ZoneState::HAL_FAILED);
     }
+    EXPECT_EQ(zones.records().at(-1).totalCount, 2);
     EXPECT_FALSE(zones.badZonesChanged());
     EXPECT_EQ(log.count("Get hal service failed(state:2), not tzone exception."), 2u);
     EXPECT_FALSE(log.has("The tzone 7 has been restored."));

@@ -23,7 +23,8 @@ struct BigDataTest : EngineTest {
 
 TEST_F(BigDataTest, handsOverTheRecordsAtEachFullHour) {
     startPhone();
-    ShellTempFitting::getInstance().updateScene("com.game", false, 0);
+    EXPECT_EQ(ShellTempFitting::getInstance().updateScene("com.game", false, 0), 0);
+    EXPECT_EQ(ShellTempFitting::getInstance().updateScene("com.game", false, 0), -1);
     runUntil(600);
     setTemp(0, 40300);
     runUntil(kHour - 1);

@@ -14,6 +14,7 @@ TEST(FittingLimitsTest, limitsJumpsFasterThanHalfADegreeASecond) {
             {40000, 44000, 5, {100, 80}, 41000, 200, "twice the fastest change"},
             {40000, 36000, 5, {100, 80}, 39000, 200, "falling alike"},
             {40000, 40500, 1, {}, 40500, 500, "500 a second is believed"},
+            {40000, 39500, 1, {}, 39500, 500, "falling, too"},
             {40000, 40501, 1, {}, 40125, 125, "501 is not; a steady shell moves at 125"},
             {40000, 42504, 5, {}, 42504, 500, "the rate is an integer: 2504 / 5 is 500"},
             {40000, 42505, 5, {}, 40625, 125, "501"},

@@ -1,11 +1,15 @@
 // What a cycle makes of zone temperatures: limits, and what reaches the kernel node.
 
+#include <cutils/trace.h>
+
 #include <filesystem>
 
-#include "shelltemp/ShellTempFitting.h"
 #include "support/EngineTest.h"
 
 namespace {
+
+uint64_t tracedTags = 0;
+std::vector<std::string> traced;
 
 struct ShellTempOutputTest : EngineTest {
     ShellTempOutputTest() { addZone("skin", 40000); }
@@ -13,12 +17,17 @@ struct ShellTempOutputTest : EngineTest {
     void useModels(const std::string& models) {
         setScenes("'default':{'temp_model':{" + models + "}}");
     }
-    int32_t fitted(int32_t index) {
-        return ShellTempFitting::getInstance().getFittingTemps().at(index);
-    }
 };
 
 }  // namespace
+
+// In place of the library's.
+extern "C" uint64_t atrace_get_enabled_tags() {
+    return tracedTags;
+}
+extern "C" void atrace_int_body(const char* name, int32_t value) {
+    traced.push_back(std::string(name) + " " + std::to_string(value));
+}
 
 TEST_F(ShellTempOutputTest, writesIndexesInOrderAndNegativeOnesNever) {
     useModels(model("a", 3, "skin") + "," + model("b", 0, "skin") + "," + model("r", -2, "skin") +
@@ -63,14 +72,13 @@ TEST_F(ShellTempOutputTest, writesAgainOnceTheNodeTakesIt) {
     EXPECT_EQ(takeWrites(), (Lines{"0 40000", "1 40000"}));
 }
 
-TEST_F(ShellTempOutputTest, correctsTheInnerAreaOfItsProject) {
-    useModels(model("inner", 0, "skin"));
-    scenario.nodes.push_back({"/proc/zentaVersion/prjName", "47213"});
+TEST_F(ShellTempOutputTest, tracesTenthsAboveFortyDegreesWhileTracingIsOn) {
+    useModels(model("a", 3, "skin") + "," + model("b", -2, "skin"));
     startPhone();
-    setTemp(0, 47999);
     runUntil(0);
-    EXPECT_EQ(fitted(0), 45999);
-    setTemp(0, 48000);
+    EXPECT_EQ(traced, Lines{});
+    tracedTags = ATRACE_TAG_ALWAYS;
+    setTemp(0, 41099);
     runUntil(5);
-    EXPECT_EQ(fitted(0), 48000);
+    EXPECT_EQ(traced, (Lines{"a 10", "b 10"}));
 }

@@ -6,10 +6,7 @@
 namespace {
 
 struct StartingModelsTest : EngineTest {
-    StartingModelsTest() {
-        addZone("skin", 40000);
-        addZone("soc_thermal_ipa", 45000);
-    }
+    StartingModelsTest() { addZone("soc_thermal_ipa", 45000); }
 };
 
 }  // namespace
@@ -34,8 +31,8 @@ TEST_F(StartingModelsTest, runsOnWhenSectionsHaveTheWrongType) {
 
 TEST_F(StartingModelsTest, publishesTheIpaZone) {
     startPhone();
-    EXPECT_EQ(phone().tree().property("sys.ipa_thermal_number"), "1");
-    EXPECT_TRUE(log.has("initIPA Tz index = 1,"));
+    EXPECT_EQ(phone().tree().property("sys.ipa_thermal_number"), "0");
+    EXPECT_TRUE(log.has("initIPA Tz index = 0,"));
 }
 
 TEST_F(StartingModelsTest, leavesIpaAloneWhenItsZoneIsSet) {

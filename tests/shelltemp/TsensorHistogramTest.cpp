@@ -32,6 +32,7 @@ TEST(TsensorHistogramTest, countsSamplesByBandAndEpisodesByPeak) {
             {{100000}, {0, 0, 0, 0, 0, 0}, {0, 0, 0, 0, 0, 1}, "times index 6 is clamped"},
             {{55000, 30000}, {0, 1, 0, 0, 0, 0}, {1, 1, 0, 0, 0, 0}, "times index -1 is clamped"},
             {{105000, 48000}, {0, 0, 0, 0, 0, 2}, {0, 1, 0, 0, 0, 1}, "counts index 6 is clamped"},
+            {{60000, 40001}, {0, 0, 1, 0, 0, 0}, {0, 1, 1, 0, 0, 0}, "just short of a band"},
             {{50000}, {1, 0, 0, 0, 0, 0}, {0, 1, 0, 0, 0, 0}, "50000 opens and ends an episode"},
             {{55000, 40000, 40000}, {0, 1, 0, 0, 0, 0}, {2, 1, 0, 0, 0, 0}, "ends once"},
     };
