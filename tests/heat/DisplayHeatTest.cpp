@@ -40,6 +40,12 @@ TEST_F(DisplayHeatTest, followsAnExtendedPanel) {
     EXPECT_EQ(log.errors("displayComp Backlight Node(" + std::string(kLevelNode) +
                          ") brightness 10241 is abnormal"),
               1U);
+    DisplayModel& model = DisplayModel::getInstance();
+    phone().perform(sim::SetNodes{{{kMaxNode, std::nullopt}}});
+    EXPECT_EQ(model.getMaxBrightness(), 1);
+    phone().perform(sim::SetNodes{{{kMaxNode, "2047"}, {kLevelNode, "2047"}}});
+    EXPECT_EQ(model.getMaxBrightness(), 2047);
+    EXPECT_EQ(power(), 288) << "by the maximum last read";
 }
 
 TEST_F(DisplayHeatTest, followsTheFrameRate) {
@@ -100,6 +106,9 @@ TEST_F(DisplayHeatTest, asksThePanelElsewhere) {
     EXPECT_EQ(DisplayModel::getInstance().getValFromPanelService(30), 0) << "no such value";
     setService("panel", false);
     EXPECT_EQ(power(), 0);
+    EXPECT_EQ(log.errors("displayComp [checkPanelService], Get display service filed."), 2U)
+            << "found dead, not sought";
+    EXPECT_EQ(DisplayModel::getInstance().checkPanelService(), -19);
     setService("panel", true);
     EXPECT_EQ(power(), 74) << "found again";
 }

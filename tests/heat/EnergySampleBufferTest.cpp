@@ -71,6 +71,7 @@ TEST_F(EnergySampleBufferTest, averagesWhatIsNewerThanTheLastConversion) {
 TEST_F(EnergySampleBufferTest, overwritesTheOldestOfNinety) {
     pushMany(90, 1);
     EXPECT_EQ(buffer.getEnergyToTempCache(1.0F), 44) << "the oldest counts once the ring is full";
+    EXPECT_EQ(buffer.getEnergyToTempCache(4.0F), 11);
     EXPECT_EQ(buffer.getAvgTemp(), 44);
     push({{1000, 91, 1000}});
     EXPECT_EQ(buffer.getAvgTemp(), (89 * 90 / 2 + 1000) / 90) << "0 went, 1000 came";
@@ -117,11 +118,13 @@ TEST_F(EnergySampleBufferTest, tellsHowTheAmbientChanged) {
             {{{20, 800}, {26, 900}, {25, 990}}, 800, -1000, "from the later extreme"},
             {{{26, 800}, {20, 900}, {25, 990}}, 800, 5000, "which may be the lower"},
             {{{30, 699}, {20, 800}, {25, 900}, {24, 990}}, 0, -1000, "older than 300 s"},
-            {{{30, 700}, {24, 990}}, 0, 0, "exactly 300 s old counts: falls from it to now"},
+            {{{30, 700}, {20, 800}, {25, 900}, {24, 990}}, 0, 4000, "exactly 300 s old counts"},
             {{{20, 800}, {26, 900}, {25, 990}}, 900, -1000, "all of it since then"},
             {{{20, 800}, {26, 900}, {25, 990}}, 945, -500, "half of it since then"},
             {{{20, 800}, {26, 900}, {26, 950}, {25, 990}}, 970, -500, "of two equal the newer"},
+            {{{26, 800}, {20, 900}, {20, 950}, {25, 990}}, 970, 2500, "of two equal the newer"},
             {{{25, 990}, {26, 990}}, 990, 0, "no time between"},
+            {{{25, 990}, {26, 990}}, 900, 0, "of two at one time the maximum"},
             {{{20, 400}, {26, 500}}, 100, 0, "all too old"},
     };
     for (const auto& [readings, since, change, why] : rows) {

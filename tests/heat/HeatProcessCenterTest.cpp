@@ -5,6 +5,10 @@
 #include <vendor/zenta/hardware/displaypanelfeature/1.0/IDisplayPanelFeature.h>
 
 #include "HeatSourceTest.h"
+#include "base/UpCall.h"
+#include "core/DataCollector.h"
+#include "core/KelvoState.h"
+#include "core/StateCalls.h"
 #include "sim/services/PublishedBinder.h"
 
 namespace {
@@ -28,10 +32,11 @@ class StoppingEngine : public android::BBinder {
     android::status_t onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
                                  uint32_t) override {
         if (code == kInform && data.checkInterface(this)) {
-            told.push_back(data.readInt32());
-            if (told.back() == kReport) {
+            const int32_t event = data.readInt32();
+            if (event == kReport) {
                 center().stopMonitor();
             }
+            told.push_back(event);  // once it is done with it
         }
         reply->writeNoException();
         reply->writeInt32(0);
@@ -93,6 +98,7 @@ INSTANTIATE_TEST_SUITE_P(
                           true, 2, "cpu, coefficient:2.000000"},
                 ModelCase{"'heatsource_model':{'device_name':['cpu','cpu'],'coefficient':[1,3]}",
                           true, 3, "cpu, coefficient:3.000000"},
+                ModelCase{"'heatsource_model':{'device_name':'cpu'}", true, -1, ""},
                 ModelCase{"", false, -1, ""},
                 ModelCase{"'heatsource_model':{'device_name':['cpu','gpu'],'coefficient':[1,0]}",
                           false, -1, "gpu, coefficient:0.000000"}));
@@ -164,6 +170,25 @@ TEST_F(HeatCenterTest, keepsItsCadence) {
     EXPECT_EQ(passes(), 2U) << "the wake-up at 7 began the cadence anew";
     runUntil(12);
     EXPECT_EQ(passes(), 3U);
+}
+
+TEST_F(HeatCenterTest, keepsStatisticsOfSoManyPackagesAndLevels) {
+    struct Levels : kelvo::StateCalls {
+        int32_t thermalStatus() override { return level; }
+        int32_t level = 100;
+    } levels;
+    start();
+    kelvo::UpCall<kelvo::StateCalls>::connect(levels);
+    monitor();
+    for (; levels.level < 127; ++levels.level) {
+        KelvoState::getInstance().updateState("p" + std::to_string(levels.level));
+        center().getCompentsHeat();
+    }
+    center().collectBigData("today");
+    const Json::Value data = kelvo::DataCollector::getInstance().getData();
+    EXPECT_THAT(data["heatsource"].getMemberNames(), testing::SizeIs(21));
+    EXPECT_EQ(data["heatlevelsource"]["125"]["triCount"], 1);
+    EXPECT_EQ(data["heatlevelsource"]["126"]["triCount"], 0) << "the 27th has its time alone";
 }
 
 TEST_F(HeatCenterTest, servesTheTestTransactions) {

@@ -54,6 +54,9 @@ TEST_F(RadioHeatTest, findsTheModemsCurrentInItsTable) {
     for (const auto& [signal, current] : rows) {
         EXPECT_EQ(currentFor(signal), current) << signal;
     }
+    EXPECT_EQ(log.errors("cellularComp 4G connectState:2,level:1,rssi:0,rssnr:0,rsrq:0,rsrp:-110,"
+                         "kelvotemp:0"),
+              1U);
     for (const char* traffic : {"transmit:9,receive:9,mobileTx:0,mobileRx:0", "", "mobileTx:9",
                                 "transmit:0,receive:0,mobileTx:5,mobileRx:-6"}) {
         EXPECT_EQ(currentFor(lte(-110), traffic), 0) << traffic;
@@ -91,8 +94,8 @@ TEST_F(RadioHeatTest, ignoresTextsWhileTheFeedHasAFigure) {
     EXPECT_EQ(currentFor(lte(-80)), 450) << "none counts";
     runUntil(mTime = 5);
     EXPECT_EQ(log.errors("wifiComp processRawSample, energy=200"), 1U);
-    EXPECT_EQ(log.errors("specified Tz is empty!"), 2U) << "no zones were named";
-    EXPECT_EQ(log.errors("cellularComp processRawSample tempDiff=0, mTzPa=-1, mTzBase=-1"), 1U);
+    EXPECT_EQ(log.errors("specified Tz is empty!"), 4U) << "no zones were named";
+    EXPECT_EQ(log.errors("cellularComp processRawSample tempDiff=0, mTzPa=-1, mTzBase=-1"), 2U);
     phone().perform(sim::Usage{{}, {}, {{0, 3600, 0}}, {}});
     EXPECT_EQ(currentFor(""), -700) << "the signal is new; 0 dBm lies far beyond the table";
 }

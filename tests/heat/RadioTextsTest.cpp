@@ -69,6 +69,8 @@ TEST(RadioTexts, splitTraffic) {
             {"transmit:1000,receive:12000,mobileTx:160,mobileRx:1000", 1160, 11840},
             {"transmit:1000,receive:12000", 0, 13000},
             {"receive:12000,transmit:1000", 0, 0},
+            {"transmit:5,mobileTx:7,mobileRx:1", 0, 5},
+            {"transmit:5,receive:,mobileTx:7,mobileRx:1", 0, 5},
             {"transmit:0,receive:0,mobileTx:5,mobileRx:-9", -4, 4},
             {"transmit:" + huge + ",receive:1,mobileTx:0,mobileRx:0", 0, kMin},
             {"transmit:0,receive:0,mobileTx:-" + huge + ",mobileRx:-1", kMax, kMin + 1},

@@ -46,7 +46,8 @@ TEST(TaskStatsTest, readsLinesUpToTheFirstThatLacksAField) {
             {"1\t2\t99999999999999999999\tx\n1\t3\t-99999999999\ty\n", "2:2147483647 3:-2147483648",
              true, "held at the ends"},
             {"1\t2\t7\t" + filler + "\n1\t3\t8\tx\n", "2:7", true, "only 4095 characters"},
-            {"1\t2\t7\t" + filler.substr(10) + "\n1\t3\t8", "2:7", false, "cut in mid-line"},
+            {"1\t2\t7\t" + filler.substr(8) + "\n1\t3\t8\tx", "2:7", false, "the name cut off"},
+            {"1\t2\t7\t" + filler.substr(9) + "\n1\t3\t8\tx", "2:7 3:8", true, "just read"},
             {std::string("1\t2\t7\tx\n\0 1\t3\t8\ty\n", 19), "2:7", true, "a zero ends the text"},
             {"", "", true, ""},
     };
@@ -121,7 +122,7 @@ TEST(TopThreadsTest, findsThreadsThatStayTooLong) {
 TEST(TopThreadsTest, letsTheWeakestGiveWayWhenItIsFull) {
     TopThreads threads;
     threads.startPeriod(0);
-    threads.add({thread(-1, -1, 40000, "early"), thread(-3, -3, 50000, "calmer")});
+    threads.add({thread(-1, -1, 2000000000, "early"), thread(-3, -3, 50000, "calmer")});
     for (int i = 0; i < 100000; ++i) {
         threads.add({thread(i, i, i == 99999 ? 1000000 : 1), thread(i, i + 100000, 5)});
     }
@@ -130,10 +131,33 @@ TEST(TopThreadsTest, letsTheWeakestGiveWayWhenItIsFull) {
     ASSERT_EQ(threads.getTopKeepPowerTid(5, 1.0F), 0);
     const auto top = threads.byShare();
     ASSERT_EQ(top.size(), 8U);
-    EXPECT_TRUE(list(top).starts_with("99999:1000000 -2:20000 -1:40000 ")) << list(top);
-    EXPECT_FLOAT_EQ(top[0].powerToThermal, 1000005 / 100002 / 5000.0F / 100002);
+    EXPECT_TRUE(list(top).starts_with("-1:2000000000 99999:1000000 -2:20000 ")) << list(top);
+    EXPECT_FLOAT_EQ(top[0].powerToThermal, 2000000000 / 100002 / 5000.0F / 100002);
+    EXPECT_FLOAT_EQ(top[1].powerToThermal, 1000005 / 100002 / 5000.0F / 100002);
     EXPECT_EQ(list(top).find("300000:"), std::string::npos);
     EXPECT_EQ(list(top).find("-3:"), std::string::npos) << "the latest reading counts";
+}
+
+TEST(PowerTableTest, givesThePlaceOfTheWeakest) {
+    kelvo::PowerTable<int64_t> table;
+    const auto add = [&table](int32_t id, int64_t power) {
+        table.update(id, [power](int64_t& value) { value += power; });
+    };
+    for (int32_t id = 1; id < 4096; ++id) {
+        add(id, id < 4 ? 10 : 100);
+    }
+    EXPECT_FALSE(table.wouldBeWeakest(0)) << "there is room";
+    add(4096, 100);
+    EXPECT_TRUE(table.wouldBeWeakest(10)) << "no stronger than any";
+    EXPECT_FALSE(table.wouldBeWeakest(11));
+    add(1, 5);  // no longer the weakest
+    add(5000, 1);
+    EXPECT_EQ(table.find(2), nullptr) << "of equally weak ones the lowest id";
+    add(5001, 1);
+    add(5002, 1);
+    EXPECT_EQ(table.find(5001), nullptr);
+    EXPECT_EQ(*table.find(1), 15);
+    EXPECT_EQ(table.entries().size(), 4096U);
 }
 
 TEST(TableInterpolationTest, goesOnAboveTheTableAndIsZeroBelow) {
