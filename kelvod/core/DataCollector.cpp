@@ -33,13 +33,11 @@ const char* typeKey(DcType type) {
     return "unknown";
 }
 
-// True when the value had to be made an object.
-bool makeObject(Json::Value& value) {
-    if (value.isObject()) {
-        return false;
+Json::Value& asObject(Json::Value& value) {
+    if (!value.isObject()) {
+        value = Json::Value(Json::objectValue);
     }
-    value = Json::Value(Json::objectValue);
-    return true;
+    return value;
 }
 
 }  // namespace
@@ -81,21 +79,11 @@ void DataCollector::reset(int minDays) {
 
 Json::Value& DataCollector::getRequiredKey(DcType type, const std::string& key,
                                            const std::string& field) {
-    Json::Value& category = mRoot[typeKey(type)];
-    makeObject(category);
-    Json::Value& record = category[key];
-    if (makeObject(record)) {
-        record[field] = 0;
-    }
-    return record[field];
+    return getRequiredKey(type, key)[field];
 }
 
 Json::Value& DataCollector::getRequiredKey(DcType type, const std::string& key) {
-    Json::Value& category = mRoot[typeKey(type)];
-    makeObject(category);
-    Json::Value& record = category[key];
-    makeObject(record);
-    return record;
+    return asObject(asObject(mRoot[typeKey(type)])[key]);
 }
 
 }  // namespace kelvo

@@ -1,5 +1,6 @@
 // What the fitting engine makes of the ambient models.
 
+#include "ambient/AmbientTempWatcher.h"
 #include "support/EngineTest.h"
 
 namespace {
@@ -97,13 +98,16 @@ TEST_F(AmbientFittingTest, followsChargingAndFolding) {
 }
 
 TEST_F(AmbientFittingTest, startsWithTheChargingSetWhenItCharges) {
+    std::string tenMore = kAmbientFitting;
+    tenMore.replace(tenMore.find("0,0,0]"), 6, "0,0,10]");
     setScenes(scene("default", 0, "skin") + withAirOverSpare("ambient") +
               ",'ambient_charge':{'temp_model':{" + model("air", 10, "skin") + "," +
-              model("power", 11, "cpu") + "}," + kAmbientFitting + "}");
+              model("power", 11, "cpu") + "}," + tenMore + "}");
     scenario.healthHal = sim::HealthHal::Hidl;  // tells its state to whoever connects
     buildPhone();
     phone().perform(sim::Health{.usb = true});
     ASSERT_TRUE(phone().start());
-    runUntil(5);
+    runUntil(60);
     EXPECT_TRUE(log.has(sample(31000, 42000)));
+    EXPECT_EQ(kelvo::AmbientTempWatcher::getInstance().getAmbientTemp(), 41);
 }

@@ -96,6 +96,7 @@ TEST(AmbientParamsTest, goesOnWithTheDefaultOfAChargeThresholdThatIsNoNumber) {
     ASSERT_TRUE(fitting.params);
     EXPECT_EQ(fitting.params->chargeThreshold, 2500);
     ASSERT_EQ(fitting.faults.size(), 1u);
-    EXPECT_EQ(fitting.faults.front().kind, Kind::WRONG_TYPE);
-    EXPECT_EQ(fitting.faults.front().name, "charge_current_threshold");
+    const AmbientFault& fault = fitting.faults.front();
+    EXPECT_EQ(std::tuple(fault.kind, fault.element, fault.name),
+              std::tuple(Kind::WRONG_TYPE, 0u, "charge_current_threshold"));
 }

@@ -9,8 +9,6 @@ namespace {
 
 constexpr int32_t kNone = AmbientTempWatcher::kNoEstimate;
 constexpr char kGap[] = "AmbientTempWatcher clear recorded data: time is not continuous.";
-constexpr char kPowerDiff[] = "AmbientTempWatcher clear recorded data: power_diff over threshold.";
-constexpr char kCharge[] = "AmbientTempWatcher clear recorded data: invalid charge status.";
 constexpr char kSwitched[] = "AmbientTempWatcher clear recorded data: status changed.";
 constexpr char kNotReady[] =
         "AmbientTempWatcher mAmbientCoeffs is empty or checkAvailableStats is false.";
@@ -19,12 +17,8 @@ constexpr char kNotReady[] =
 struct AmbientTempWatcherTest : EngineTest {
     AmbientTempWatcherTest() { addZone("skin", 30000); }
 
-    /** Old: only "ambient". New: "ambient_charge" as well, with models. */
-    void start(bool isNew = false) {
-        const std::string models = "'temp_model':{" + model("m", 7, "skin") + "},";
-        setScenes(scene("default", 0, "skin") + ",'ambient':{" + (isNew ? models : "") +
-                  kAmbientFitting + "}" +
-                  (isNew ? ",'ambient_charge':{" + models + kAmbientFitting + "}" : ""));
+    void start() {
+        setScenes(scene("default", 0, "skin") + ",'ambient':{" + kAmbientFitting + "}");
         startPhone();
         phone().perform(sim::Listen{"app"});
     }
@@ -45,12 +39,16 @@ struct AmbientTempWatcherTest : EngineTest {
     }
     /** `failures` counts the sections that lack the arrays. */
     void expectNoEstimate(const std::string& fitting, size_t failures) {
-        setScenes(scene("default", 0, "skin") + ",'ambient':{'ambient_fitting':" + fitting + "}");
+        setScenes(scene("default", 0, "skin") + ",'ambient':{'temp_model':{" +
+                  model("air", 7, "skin") + "," + model("power", 8, "skin") +
+                  "},'ambient_fitting':" + fitting + "}");
         startPhone();
-        rounds(14, 25000);
+        runUntil(70);
+        EXPECT_FALSE(log.has(kNotReady)) << "the fitting engine does not ask";
+        round(25000);
         EXPECT_EQ(log.errors("parse ambient fitting parameters failed: ambient"), failures);
         EXPECT_EQ(log.errors("get ambient fitting param failed."), 1u);
-        EXPECT_EQ(log.errors(kNotReady), 14u);
+        EXPECT_EQ(log.errors(kNotReady), 1u);
         EXPECT_EQ(ambient(), kNone);
     }
     static bool isFull() {
@@ -93,15 +91,14 @@ TEST_F(AmbientTempWatcherTest, estimatesWithTheTwelfthRoundAndThenWithEveryTwelf
 
 TEST_F(AmbientTempWatcherTest, announcesTheFirstEstimateAndChangesOfThree) {
     start();
-    fill(0);
-    EXPECT_EQ(takeAnnounced(), Lines{"thermal 0"}) << "whatever its value";
-    rounds(30, 2000);
-    EXPECT_EQ(ambient(), 2);
-    EXPECT_EQ(takeAnnounced(), Lines{});
-    rounds(30, 3000);
-    EXPECT_EQ(ambient(), 3);
-    EXPECT_EQ(takeAnnounced(), Lines{"thermal 3"});
-    EXPECT_TRUE(log.has("ambient thermal notify temp:3"));
+    fill(0);  // announced whatever its value
+    const std::pair<int32_t, Lines> rows[] = {
+            {0, {"thermal 0"}}, {2, {}}, {3, {"thermal 3"}}, {1, {}}, {0, {"thermal 0"}}};
+    for (const auto& [temp, announced] : rows) {
+        rounds(30, 1000 * temp);
+        EXPECT_EQ(ambient(), temp);
+        EXPECT_EQ(takeAnnounced(), announced) << temp;
+    }
 }
 
 TEST_F(AmbientTempWatcherTest, keepsTheEstimateWhenItClearsTheRecord) {
@@ -120,69 +117,12 @@ TEST_F(AmbientTempWatcherTest, keepsTheEstimateWhenItClearsTheRecord) {
     EXPECT_EQ(ambient(), 30);
 }
 
-TEST_F(AmbientTempWatcherTest, clearsWhenTheBatteryIsChargedTooFast) {
-    start();
-    phone().perform(sim::BatteryCurrent{-2728});
-    fill(25000);
-    phone().perform(sim::BatteryCurrent{-2729});
-    rounds(3, 25000);
-    EXPECT_TRUE(isFull()) << "30011 / 12 is 2500";
-    round(25000);
-    EXPECT_FALSE(isFull()) << "30012 / 12 is 2501";
-    EXPECT_EQ(log.errors("AmbientTempWatcher clear recorded data: charge current:2501 over "
-                         "threshold."),
-              1u);
-}
-
-TEST_F(AmbientTempWatcherTest, clearsWhenThePowerChanges) {
-    start();
-    fill(25000);
-    rounds(6, 25000, 500);
-    rounds(6, 25000, 0);
-    EXPECT_TRUE(isFull()) << "500 up and 500 down";
-    rounds(6, 25000, 501);
-    EXPECT_FALSE(isFull());
-    rounds(6, 25000, 501);
-    rounds(6, 25000, 0);
-    EXPECT_FALSE(isFull());
-    EXPECT_EQ(log.errors(kPowerDiff), 2u);
-}
-
-TEST_F(AmbientTempWatcherTest, makesNoEstimateOfAChangingTemperatureButChecksTheStatus) {
+TEST_F(AmbientTempWatcherTest, hasNothingToTellWhileTheTemperatureChanges) {
     start();
     rounds(7, 20000);
     rounds(6, 21200);
-    EXPECT_TRUE(log.has("AmbientTempWatcher slope:40.000000 continue batterytemp:21200 power:0"));
     EXPECT_EQ(ambient(), kNone) << "six slopes of 40";
-    EXPECT_TRUE(log.has("AmbientTempWatcher currentTemp:-2147483648, lastTemp:-2147483648"));
-    EXPECT_EQ(takeAnnounced(), Lines{});
-    round(21200);
-    EXPECT_EQ(ambient(), kNone) << "one steady round is not enough";
-    round(21200);
-    EXPECT_EQ(ambient(), 21);
-}
-
-TEST_F(AmbientTempWatcherTest, takesNoSamplesOfAnOldProjectThatCharges) {
-    start();
-    fill(25000);
-    phone().perform(sim::Health{.usb = true});
-    round(25000);
     EXPECT_FALSE(isFull());
-    EXPECT_TRUE(log.has(kCharge));
-    EXPECT_TRUE(log.has(kNotReady));
-}
-
-TEST_F(AmbientTempWatcherTest, takesNoSamplesOfANewProjectThatChargesWirelessly) {
-    start(true);
-    fill(25000);
-    phone().perform(sim::Health{.usb = true});
-    EXPECT_EQ(log.count(ANDROID_LOG_DEBUG, kSwitched), 1u) << "to the charging set";
-    rounds(12, 25000);
-    EXPECT_TRUE(isFull());
-    phone().perform(sim::Health{.usb = true, .wireless = true});
-    round(25000);
-    EXPECT_FALSE(isFull());
-    EXPECT_TRUE(log.has(kCharge));
 }
 
 TEST_F(AmbientTempWatcherTest, keepsItsSamplesWhenItDoesNotKnowTheModel) {
@@ -230,12 +170,13 @@ TEST_F(AmbientTempWatcherTest, estimatesNothingWithEmptyParameters) {
 }
 
 TEST_F(AmbientTempWatcherTest, namesTheSceneOfANewProjectThatFails) {
-    const std::string models = "'temp_model':{" + model("m", 7, "skin") + "}";
+    const std::string models =
+            "'temp_model':{" + model("air", 7, "skin") + "," + model("power", 8, "skin") + "}";
     setScenes(scene("default", 0, "skin") + ",'ambient':{" + models + "," + kAmbientFitting +
               "},'ambient_charge':{" + models + "}");
     startPhone();
-    round(25000);
-    EXPECT_TRUE(log.has("parse ambient fitting parameters failed: ambient_charge"));
-    EXPECT_TRUE(log.has("parse ambient_charge fitting param failed."));
-    EXPECT_TRUE(log.has(kNotReady));
+    runUntil(20);
+    EXPECT_EQ(log.errors("parse ambient fitting parameters failed: ambient_charge"), 1u);
+    EXPECT_EQ(log.errors("parse ambient_charge fitting param failed."), 1u);
+    EXPECT_FALSE(log.has(kNotReady)) << "the fitting engine does not ask again";
 }

@@ -31,7 +31,16 @@ TEST(FileUtils, writeFileNeitherCreatesNorTruncates) {
     EXPECT_EQ(kelvo::writeFile(kNode, "1"), -1);
     EXPECT_EQ(phone().node(kNode), std::nullopt);
     phone().setNode(kNode, "12345");
-    EXPECT_EQ(kelvo::writeFile(kNode, "ab"), 0);
-    EXPECT_EQ(phone().node(kNode), "ab345");
+    EXPECT_EQ(kelvo::writeFile(kNode, "a"), 0);
+    EXPECT_EQ(phone().node(kNode), "a2345");
     EXPECT_EQ(kelvo::writeFile(kNode, ""), -1);
+}
+
+TEST(FileUtils, chipRecordNeedsAllItsBytes) {
+    kelvo::tag_chipid record = {};
+    EXPECT_EQ(kelvo::getMtkChipVersion(kNode, record), -1);
+    for (const auto& [size, result] : {std::pair(19, -1), std::pair(20, 0)}) {
+        phone().setNode(kNode, std::string(static_cast<size_t>(size), 'a'));
+        EXPECT_EQ(kelvo::getMtkChipVersion(kNode, record), result) << size;
+    }
 }

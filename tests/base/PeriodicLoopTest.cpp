@@ -1,6 +1,8 @@
 #include "base/PeriodicLoop.h"
 
+#include <errno.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <chrono>
 #include <future>
@@ -27,9 +29,6 @@ class Script : public PeriodicLoop::Client {
     }
 
     bool runPass() override {
-        if (mPass == std::size(kIntervals)) {
-            return false;
-        }
         android::Mutex::Autolock lock(mLoop.mutex());
         mLoop.setIntervalLocked(kIntervals[mPass++]);
         return true;
@@ -44,7 +43,7 @@ class Script : public PeriodicLoop::Client {
   private:
     bool record(const std::string& event) {
         mEvents.push_back(event);
-        return true;
+        return mPass < std::size(kIntervals);
     }
 
     PeriodicLoop mLoop{"periodic", this, 1};
@@ -63,4 +62,12 @@ TEST(PeriodicLoop, countsDeadlinesFromTheOneBeforeAndAnewAfterWakeUp) {
     // short; counted from it instead of from the wake-up, the last would be as well.
     EXPECT_EQ(script.run(),
               (Events{"timeout", "timeout", "timeout", "woken 3600", "timeout", "stopped"}));
+}
+
+TEST(PeriodicLoop, saysWhyItCannotStart) {
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstacksize(&attributes, size_t{1} << 60);  // more than there are addresses
+    pthread_setattr_default_np(&attributes);
+    EXPECT_EQ(PeriodicLoop("periodic", nullptr, 1).start(), EAGAIN);
 }

@@ -16,6 +16,8 @@ TEST(ConfigCipher, believesLengthThatLeavesAtMostABlockOfFiller) {
             {61, 64, false, "beyond the end"},
             {12, 17, true, "the ragged block is filler"},
             {12, 15, false, "the length itself is noise"},
+            {11, 17, false, "a ragged block counts as a whole one"},
+            {70000, 70016, true, "a length of three bytes"},
     };
     for (const auto& [length, size, isValid, why] : cases) {
         const std::string json = "{" + std::string(length - 1, 'x');

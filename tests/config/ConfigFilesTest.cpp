@@ -50,7 +50,7 @@ TEST_F(ConfigFilesTest, olderFileStandsInForEmptyButNotForBadNewer) {
     setFile(kDataConfig, "", 900);
     EXPECT_EQ(getFileContents(kPaths, 2, raw, json), 0);
     EXPECT_EQ(raw, common::encryptConfig("{}"));
-    setFile(kDataConfig, R"({"plain":1})", 501);
+    setFile(kDataConfig, "{", 501);
     EXPECT_EQ(getFileContents(kPaths, 2, raw, json), -1);
     EXPECT_EQ(log.errors("Read config file failed!"), 1U);
     phone().addFolder("/newer");  // has a size, but read() refuses it

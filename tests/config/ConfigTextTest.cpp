@@ -30,4 +30,7 @@ TEST(ConfigText, brokenTextFails) {
     for (const char* text : {"", "{", "{\"a\"", "{\"a\":\"", "{/*", "{/", "}", "{\"a\":\"\\"}) {
         EXPECT_EQ(parseConfigText(text, root), -1) << text;
     }
+    kelvo::ConfigTextError error;
+    EXPECT_EQ(parseConfigText("}", root, &error), -1);
+    EXPECT_EQ(error.offset, 0U);
 }

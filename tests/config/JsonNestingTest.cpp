@@ -79,11 +79,17 @@ TEST(JsonNesting, findsTheFirstValueBeyondTheLimit) {
             {"beside shallow ones", "[[[]]," + arrays(998, "1") + "]", kNone},
             {"beside deep ones", "[" + arrays(999, "") + "," + arrays(999, "1") + "]", 2999},
             {"behind what is no comment", "[/" + arrays(1001, ""), kNone},
-            {"behind a mistake", "[1 2," + arrays(1001, ""), kNone},
+            {"behind a mistake", "[1 2" + arrays(1001, ""), kNone},
+            {"behind a missing value", "[," + arrays(1001, ""), kNone},
+            {"behind a comment before a comma", "[1/**/," + arrays(1000, ""), 1006},
+            {"where a bracket is a mistake", nested("{\"b\":1]\"a\":", 1001, "1"), kNone},
             // Behind a comment the library takes any token for the comma of an object.
             {"where a bracket is a comma", nested("{\"b\":1/**/]\"a\":", 1001, "1"), 14990},
             {"where an opening one is", nested("{\"b\":1/**/[\"a\":", 1000, "1"), 14990},
             {"where it is not too deep", nested("{\"b\":1/**/[\"a\":", 999, "{}"), kNone},
+            {"where a text is one", nested(R"({"b":1/**/"[\"c""a":)", 1000, "1"), 19985},
+            {"where a word is one", nested(R"({"b":1/**/true"a":)", 1000, "1"), 17987},
+            {"where half a comment is one", nested(R"({"b":1/**//-"a":)", 1000, "1"), 15989},
     };
     for (const auto& [what, text, place] : cases) {
         SCOPED_TRACE(what);

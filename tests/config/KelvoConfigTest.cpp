@@ -64,7 +64,10 @@ TEST_F(KelvoConfigTest, dataCopyAndOriginInItsPlaceHaveNoSubFile) {
     storeConfig(kDataConfig, R"({"a":1})", 501);
     EXPECT_EQ(config().reload(), 0);
     EXPECT_EQ(valueOf("a"), 0);
-    EXPECT_EQ(log.errors("config file is wrong! try to load origin config"), 1U);
+    phone().removeNode(kOriginConfig);
+    EXPECT_EQ(config().reload(), -1);
+    EXPECT_EQ(log.errors("config file is wrong! try to load origin config"), 2U);
+    EXPECT_EQ(log.errors("Get file contents failed!"), 1U);
 }
 
 TEST_F(KelvoConfigTest, keepsOldDocumentWhenReloadFails) {

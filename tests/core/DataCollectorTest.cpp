@@ -17,7 +17,7 @@ TEST(DataCollector, storesByTypeKeyAndField) {
         EXPECT_EQ(collector.setData(static_cast<kelvo::DcType>(type), "k", "f", names[type]), 0);
     }
     collector.setData(static_cast<kelvo::DcType>(-1), "k", "g", "v");
-    collector.setData(kelvo::DC_PKG, "whole", Json::Value(5));
+    EXPECT_EQ(collector.setData(kelvo::DC_PKG, "whole", Json::Value(5)), 0);
     collector.setData(kelvo::DC_PKG, "whole", "f", "makes it an object again");
     const Json::Value data = collector.getData();
     EXPECT_EQ(data.size(), 9U);

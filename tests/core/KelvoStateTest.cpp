@@ -1,7 +1,9 @@
 #include "core/KelvoState.h"
 
 #include "core/DataCollector.h"
+#include "core/MessageManager.h"
 #include "sim/virtual/VirtualScheduler.h"
+#include "sim/virtual/VirtualTime.h"
 #include "support/EngineTest.h"
 
 namespace {
@@ -19,9 +21,6 @@ struct KelvoStateTest : EngineTest {
         state().updateShellTemps(outputs, {{"front", {41, 42}}});
         sim::VirtualScheduler::get().handleMessages();
         return takeEvents();
-    }
-    static Json::Value stored(const std::string& type, const std::string& key) {
-        return kelvo::DataCollector::getInstance().getData()[type][key];
     }
     static KelvoState& state() { return KelvoState::getInstance(); }
 };
@@ -53,10 +52,10 @@ TEST_F(KelvoStateTest, followsTheHottestOutputByTheTenth) {
              {atom("front:40000,", 40000)},
              40000,
              "front 40000, +(-20000), 20000 41 42"},
-            {{{"board", 20000}, {"front", 40100}},
-             {atom("front:40100,", 20000)},
-             20000,
-             "front 40100 20000, +(0), 20000 41 42"},
+            {{{"board", 20099}, {"front", 40100}},
+             {atom("front:40100,", 20099)},
+             20099,
+             "front 40100 20099, +(0), 20099 41 42"},
             // The board alone: its value, and as nothing competes, told after every pass.
             {{{"board", 30000}}, {atom("", 30000)}, 30000, " 30000, +(0), 30000 "},
             {{{"board", 30000}}, {atom("", 30000)}, 30000, {}},
@@ -70,14 +69,21 @@ TEST_F(KelvoStateTest, followsTheHottestOutputByTheTenth) {
     }
 }
 
+TEST_F(KelvoStateTest, saysTheThrottlingThresholdsThatNothingApplies) {
+    startWithoutTemp(",'shell_temp_broadcast':['x',31,33]");
+    state();
+    EXPECT_EQ(log.count(ANDROID_LOG_DEBUG, "Broadcast throttling 0: 31"), 1u);
+    EXPECT_EQ(log.count(ANDROID_LOG_DEBUG, "Broadcast throttling 1: 33"), 1u);
+    EXPECT_FALSE(log.has("Broadcast throttling 2: 2147483647"));
+}
+
 TEST_F(KelvoStateTest, spellsTheDisplayInTwoWays) {
     start();
-    state().updateDisplayState(0);
-    state().updateDisplayState(2);
-    for (const char* line :
-         {"Update state foreground package: SCREEN.OFF", "Update package SCREEN:OFF interval 5",
-          "Update state foreground package: SCREEN.ON", "Update package SCREEN:ON interval 5"}) {
-        EXPECT_EQ(log.count(ANDROID_LOG_INFO, line), 1u) << line;
+    for (const int32_t status : {0, 2}) {
+        state().updateDisplayState(status);
+        const std::string name = status == 0 ? "OFF" : "ON";
+        EXPECT_EQ(log.lastAfter("Update state foreground package: "), "SCREEN." + name);
+        EXPECT_EQ(log.lastAfter("Update package "), "SCREEN:" + name + " interval 5");
     }
 }
 
@@ -94,67 +100,24 @@ TEST_F(KelvoStateTest, timesPackagesFromTheirArrivalToTheNext) {
     EXPECT_EQ(state().getPkgRemainTime("b"), 7);
     EXPECT_EQ(state().getPkgRemainTime("c"), -1) << "still in front";
     state().getPkgBatteryBigDataRecord("20260301", true);
-    EXPECT_EQ(stored("pkgcurrent", "20260301_pkgBattery"), Json::Value(Json::objectValue));
     EXPECT_EQ(state().getPkgRemainTime("a"), -1) << "cleared";
 }
 
-TEST_F(KelvoStateTest, chargesEachPackageWithTheCurrentOfItsTime) {
-    start();
-    // time, current (mA, when the package leaves), next
-    const std::tuple<double, int32_t, const char*> switches[] = {
-            {10, 720, "a"}, {20, 1800, "b"}, {30, -360, "a"}, {40, 3599, "c"}};
-    for (const auto& [time, current, next] : switches) {
-        runUntil(time);
-        phone().perform(sim::BatteryCurrent{current});
-        state().updateState(next);
+TEST(UnconnectedStateTest, doesWithoutStatusCurrentAndScenes) {
+    LogCapture log;
+    sim::VirtualTime::start(0, 0);
+    KelvoState& state = KelvoState::getInstance();
+    state.updateShellTemps({{"front", 34500}}, {});
+    EXPECT_EQ(log.lastAfter("0: "), "front 34500, +(5500), 40000 ");
+    state.updateState("a");
+    sim::VirtualTime::advanceTo(2000);
+    state.updateState("b");
+    state.getPkgBatteryBigDataRecord("day", false);
+    EXPECT_EQ(kelvo::DataCollector::getInstance().getData(),
+              parsed("{'pkgcurrent':{'day_pkgBattery':{}}}"));
+    for (const int32_t opCode : {3, 4}) {
+        kelvo::MessageManager::getInstance().handleMessage({9, -1, -1, opCode, "", {}, {}});
     }
-    setService("charger", false);
-    runUntil(50);
-    state().updateState("d");
-    log.clear();
-    state().getPkgBatteryBigDataRecord("20260301", true);
-    // a: 5, and 9.99 cut to 9, in 20 s; b: -1 in 10 s. Nothing was in front before a, and nothing
-    // is known of c.
-    EXPECT_EQ(stored("pkgcurrent", "20260301_pkgBattery"),
-              parsed("{'a':'2520000000000_14','b':'-360000000000_-1'}"));
-    EXPECT_TRUE(log.has("getBigDataRecord a:14 "));
-}
-
-TEST_F(KelvoStateTest, countsDegreesOfTheDay) {
-    start(",'big_data':{'enable':1,'sample_period':10},'config_version':'v7'");
-    const std::pair<int32_t, int32_t> samples[] = {
-            {35999, 40999}, {36000, 41000}, {55999, 60999}, {56000, 61000}, {20000, 100}};
-    double time = 0;
-    for (const auto& [shell, board] : samples) {
-        runUntil(time += 10);
-        state().updateShellTemps({{"board", board}, {"front", shell}}, {});
-        state().updateShellTemps({{"board", board}, {"front", shell}}, {});
-    }
-    const Json::Value record = state().getTempDataCollection();
-    const std::pair<const char*, int> expected[] = {
-            {"s35", 2}, {"s36", 1},     {"s55", 2},     {"b40", 2},       {"b41", 1},
-            {"b60", 2}, {"max", 56000}, {"min-b", 100}, {"max-b", 61000}, {"duration", 50}};
-    for (const auto& [key, value] : expected) {
-        EXPECT_EQ(record[key].asInt(), value) << key;
-    }
-    EXPECT_EQ(record["config_version"].asString(), "v7");
-    EXPECT_TRUE(record["thermal"].asBool());
-    EXPECT_EQ(record["time"].asString(), "20260301080000");
-}
-
-TEST_F(KelvoStateTest, handsOverTheDayWhenItChanges) {
-    scenario.startNs += int64_t{16 * 3600 - 60} * 1'000'000'000;  // a minute before midnight
-    start(",'big_data':{'enable':1,'sample_period':9,'thermal_off_thousandth':1000}");
-    state().updateShellTemps({{"front", 36000}}, {});
-    runUntil(59.9);
-    state().updateShellTemps({{"front", 36000}}, {});
-    EXPECT_FALSE(log.has("Thermal off")) << "a period of 9 s is too short: 60 s hold";
-    runUntil(60);
-    state().updateShellTemps({{"front", 36000}}, {});
-    sim::VirtualScheduler::get().handleMessages();
-    EXPECT_TRUE(log.has("Thermal off")) << "1000 of 1000 days are sampled";
-    EXPECT_TRUE(stored("thermal", "20260301")["thermal"].asBool()) << "the day before";
-    EXPECT_TRUE(stored("pkgcurrent", "20260302_pkgBattery").isObject()) << "under the new day";
-    EXPECT_FALSE(state().getTempDataCollection()["thermal"].asBool());
-    EXPECT_TRUE(log.has("MessageManager handling message:2 json:"));
+    EXPECT_EQ(log.lastAfter("Reload shell fitting model config screen_fold, "),
+              "Rollback scene:default, Current scene:default");
 }

@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <signal.h>
 
 #include "sim/tree/DeviceTree.h"
 #include "support/Program.h"
@@ -9,7 +10,7 @@ namespace {
 Program::Result run(const char* program, const std::string& property, const char* value) {
     const std::string root = getenv("KELVO_ROOT");
     sim::DeviceTree(root).setProperty(property, value);
-    return Program::runRooted(root, program, {});
+    return Program::runRooted(root, program, {}, {"KELVO_BINDER=hub"});
 }
 
 }  // namespace
@@ -34,5 +35,12 @@ TEST(Kelvod, leavesWithFailureUnlessEnabledByExactlyOneOrTwo) {
         EXPECT_EQ(result.status, 255) << value;
         EXPECT_THAT(result.err, testing::ContainsRegex("kelvo version:.android:33.\n.*"
                                                        "kelvo is not enabled"));
+    }
+}
+
+TEST(Kelvod, startsWhenEnabledAndGivesUpWithoutADriver) {
+    for (const char* value : {"1", "2"}) {
+        EXPECT_THAT(run(KELVOD, "persist.sys.kelvo.enable", value),
+                    ended(128 + SIGABRT, testing::HasSubstr("kelvo main start")));
     }
 }
