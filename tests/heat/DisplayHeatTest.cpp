@@ -1,5 +1,6 @@
 
 #include "HeatSourceTest.h"
+#include "heat/DisplayCompHeat.h"
 #include "heat/DisplayModel.h"
 #include "links/GlobalFrames.h"
 
@@ -11,7 +12,8 @@ constexpr char kMaxNode[] = "/sys/class/backlight/panel0-backlight/max_brightnes
 struct DisplayHeatTest : HeatSourceTest {
     void startWithMaximum(const std::string& maximum) {
         scenario.nodes.push_back({kMaxNode, maximum});
-        start();
+        // The model is that of one panel, whatever is configured.
+        start("'brightness_model':{'factor':['el_brt','el_lvl','60_pwr'],'coefficient':[1,2,400]}");
     }
     void setLevel(const std::optional<std::string>& level) {
         phone().perform(sim::SetNodes{{{kLevelNode, level}}});
@@ -24,9 +26,10 @@ struct DisplayHeatTest : HeatSourceTest {
 TEST_F(DisplayHeatTest, followsAnExtendedPanel) {
     startWithMaximum("10239\n");
     const std::pair<std::optional<std::string>, float> rows[] = {
-            {"2", 60},       {"0\n", 0},    {"1", 60},          {"8191", 255},
-            {"8192\n", 278}, {"8198", 278}, {"10239", 430},     {"10240", 430},
-            {"10241", 64},   {"-1", 64},    {std::nullopt, 64}, {"99999999999999999999", 64},
+            {"2", 60},     {"0\n", 0},     {"1", 60},          {"19", 60},
+            {"20", 61},    {"8191", 255},  {"8192\n", 278},    {"8203", 278},
+            {"8204", 279}, {"10229", 429}, {"10239", 430},     {"10240", 430},
+            {"10241", 64}, {"-1", 64},     {std::nullopt, 64}, {"99999999999999999999", 64},
             {"dark", 0},
     };
     for (const auto& [level, expected] : rows) {
@@ -71,8 +74,13 @@ TEST_F(DisplayHeatTest, takesTheUsageFeedFirst) {
     EXPECT_EQ(log.errors("displayComp processRawSample energy=288"), 4U)
             << "no figure: the model's";
     EXPECT_EQ(reported("display"), "{'avgHeat':296,'keyFactor':{'Brightness':2047,'Power':296}}");
-    EXPECT_EQ(reported("display"), "{'avgHeat':296,'keyFactor':{'Brightness':2047,'Power':296}}")
-            << "no new samples";
+    DisplayCompHeat alone;
+    for (int i = 0; i < 5; ++i) {
+        alone.processRawSample();
+    }
+    EXPECT_EQ(alone.getHeatInfo()->keyFactor,
+              (std::map<std::string, int>{{"Brightness", 2047}, {"Power", 288}}));
+    EXPECT_TRUE(log.has("displayComp getDdicConf: 60_pwr=400, 120_pwr=-1"));
     setLevel("0");
     runUntil(45);
     EXPECT_EQ(reported("display"), "{'avgHeat':0}");

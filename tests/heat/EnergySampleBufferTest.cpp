@@ -62,6 +62,10 @@ TEST_F(EnergySampleBufferTest, averagesWhatIsNewerThanTheLastConversion) {
     EXPECT_EQ(buffer.getEnergyToTempCache(0.0F), 2147483647) << "saturates";
     push({{50, 1000}});
     EXPECT_EQ(buffer.getEnergyToTempCache(1.0F), 0) << "the newest is not newer";
+    pushMany(90, 900);
+    EXPECT_EQ(buffer.getEnergyToTempCache(1.0F), 0) << "nor in a full ring";
+    push({{2, 1001, 0}});
+    EXPECT_EQ(buffer.getEnergyToTempCache(1.0F), 2) << "one of ninety";
 }
 
 TEST_F(EnergySampleBufferTest, overwritesTheOldestOfNinety) {

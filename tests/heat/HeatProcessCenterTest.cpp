@@ -5,9 +5,6 @@
 #include <vendor/zenta/hardware/displaypanelfeature/1.0/IDisplayPanelFeature.h>
 
 #include "HeatSourceTest.h"
-#include "core/DataCollector.h"
-#include "core/KelvoState.h"
-#include "core/MessageManager.h"
 #include "sim/services/PublishedBinder.h"
 
 namespace {
@@ -64,12 +61,13 @@ using ModelCase = std::tuple<std::string, bool, float, std::string>;
 class HeatModelTest : public EngineTest, public testing::WithParamInterface<ModelCase> {};
 
 struct HeatCenterTest : HeatSourceTest {
-    /** Powers of processor (mW) and display (mW, from the feed) for the passes to come. */
-    void heat(int cpu, int display) {
+    /** Powers (mW) for the passes to come, all but the processor's from the feed. */
+    void heat(int cpu, int display, int cellular = 0, int wifi = 0) {
         phone().perform(sim::TaskStats{"1\t1\t" + std::to_string(cpu * 5000) + "\tx\n"});
-        sim::Usage usage;
-        usage.display = {{0, 3600, display * 1000}};
-        phone().perform(usage);
+        phone().perform(sim::Usage{{},
+                                   {{0, 3600, wifi * 1000}},
+                                   {{0, 3600, cellular * 1000}},
+                                   {{0, 3600, display * 1000}}});
     }
 };
 
@@ -119,52 +117,18 @@ TEST_F(HeatCenterTest, namesTheMainSource) {
 }
 
 TEST_F(HeatCenterTest, summarisesInOneLine) {
-    start();
+    scenario.nodes.push_back({"/sys/class/kgsl/kgsl-3d0/devfreq/gpu_load", "50"});
+    scenario.nodes.push_back({"/sys/class/kgsl/kgsl-3d0/gpuclk", "450000000"});
+    start("'gpu_model':{'gpufreq':[300,600],'powermA':[100,250]}");
     EXPECT_EQ(center().getCompentsHeat(), "");
     monitor();
-    heat(700, 300);
+    heat(700, 300, 40, 30);
     runUntil(25);
     EXPECT_EQ(center().getCompentsHeat(),
-              "cpu:700,display:300,cellular:0,wifi:0,gpu:0,ambient:0,ambient:-2147483648,");
+              "cpu:700,display:300,cellular:40,wifi:30,gpu:87,ambient:0,ambient:-2147483648,");
     center().stopMonitor();
     EXPECT_EQ(center().getCompentsHeat(), "");
     EXPECT_EQ(center().getCompentsHeatDetailInfo(), "");
-}
-
-TEST_F(HeatCenterTest, samplesWhileTheShellIsHot) {
-    start();
-    const auto passes = [this] { return log.errors("cpuComp processRawSample energy=0"); };
-    const auto setShell = [this](int32_t temp) {
-        setTemp(0, temp);
-        call(18, std::to_string(temp));  // wakes the fitting
-    };
-    const std::string made = "heatpc readSamples loop thread...";
-    setShell(38000);
-    runUntil(100);
-    EXPECT_EQ(log.errors(made), 0U) << "38.000 is not above";
-    setShell(38900);
-    runUntil(200);
-    EXPECT_EQ(log.errors(made), 0U) << "38.9 is the same whole degree";
-    setShell(37900);
-    runUntil(300);
-    setShell(38001);
-    runUntil(325);
-    EXPECT_EQ(log.errors(made), 1U);
-    EXPECT_GT(passes(), 0U);
-    EXPECT_NE(center().getCompentsHeat(), "");
-    setShell(36000);
-    runUntil(400);
-    EXPECT_NE(center().getCompentsHeat(), "") << "goes on down to 36.000";
-    setShell(35999);
-    runUntil(500);
-    EXPECT_EQ(center().getCompentsHeat(), "");
-    const size_t before = passes();
-    runUntil(600);
-    EXPECT_EQ(passes(), before);
-    setShell(39000);
-    runUntil(700);
-    EXPECT_GT(passes(), before);
-    EXPECT_EQ(log.errors(made), 1U) << "the same thread again";
 }
 
 // Both would wait for themselves if the center held a lock while it asks.
@@ -200,46 +164,6 @@ TEST_F(HeatCenterTest, keepsItsCadence) {
     EXPECT_EQ(passes(), 2U) << "the wake-up at 7 began the cadence anew";
     runUntil(12);
     EXPECT_EQ(passes(), 3U);
-}
-
-TEST_F(HeatCenterTest, tellsListenersAndCountsForPackagesAndLevels) {
-    start();
-    const auto ask = [this](const std::string& package, double until) {
-        KelvoState::getInstance().updateState(package);
-        runUntil(until);
-        center().getCompentsHeat();
-    };
-    phone().perform(sim::Listen{"l", 10050});
-    monitor();
-    heat(700, 300);
-    ask("com.game", 25);
-    heat(900, 100);
-    ask("com.game", 60);
-    ask("SCREEN.OFF", 70);
-    takeEvents();
-    kelvo::MessageManager::getInstance().sendMessage(
-            {kelvo::MSG_NOTIFY_HEAT_SOURCE, 3, -1, 41000, "", {}, {}});
-    phone().perform(sim::Dump{});
-    const std::string told =
-            "{'event':'notify_component_heat','listener':'l','level':3,'temp':41000,'detail':{";
-    EXPECT_THAT(takeEvents(), testing::Contains(testing::StartsWith(told)));
-    const Json::Value data = kelvo::DataCollector::getInstance().getData();
-    const Json::Value& game = data["heatsource"]["com.game"];
-    EXPECT_EQ(game["triCount"], 2);
-    EXPECT_EQ(game["maxhv_cpu"], 900);
-    EXPECT_EQ(game["avghv_cpu"], 800);
-    EXPECT_EQ(game["avghv_display"], 200);
-    EXPECT_EQ(game["reTime"], 60);
-    EXPECT_EQ(game["dayt"], "20260301");
-    EXPECT_EQ(game["avghl"], 0) << "a level of -1 is none";
-    EXPECT_FALSE(data["heatsource"].isMember("SCREEN.OFF"));
-    const Json::Value& level = data["heatlevelsource"]["-1"];
-    EXPECT_EQ(level["thStatus"], "-1");
-    EXPECT_EQ(level["triCount"], 4);
-    EXPECT_EQ(level["keeptime"], 45) << "from the first query to the last";
-    kelvo::DataCollector::getInstance().reset(0);
-    phone().perform(sim::Dump{});
-    EXPECT_TRUE(kelvo::DataCollector::getInstance().getData()["heatsource"].isNull());
 }
 
 TEST_F(HeatCenterTest, servesTheTestTransactions) {
