@@ -1,5 +1,11 @@
 #include "CommandLine.h"
 
+#include <fcntl.h>
+#include <signal.h>
+#include <string.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <iostream>
 
 namespace command_line {
@@ -19,16 +25,45 @@ int parse(int argc, char** argv, CLI::App& app, const int& status) {
     return status;
 }
 
+/** What stands for one that is closed takes no output, so that its loss is noticed. */
+void keepStandardDescriptors() {
+    for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
+        if (fcntl(fd, F_GETFD) < 0) {
+            open("/dev/null", O_RDONLY);  // takes the lowest number, which is this one
+        }
+    }
+}
+
 }  // namespace
+
+void failWriting(int error, const std::string& place) {
+    if (error == EPIPE) {
+        throw ReaderGone();
+    }
+    throw Failure(std::string("cannot be written (") + strerror(error) + ")", place);
+}
+
+void checkWritten(const std::ostream& stream, const std::string& place) {
+    if (!stream) {
+        failWriting(errno, place);
+    }
+}
 
 int run(int argc, char** argv, const std::string& name, const std::string& purpose,
         const std::function<void(CLI::App& app, int& status)>& setUp) {
+    keepStandardDescriptors();
+    signal(SIGPIPE, SIG_IGN);
     try {
         CLI::App app(purpose, name);
         app.set_version_flag("--version", name + " " KELVO_VERSION);
         int status = 0;
         setUp(app, status);
-        return parse(argc, argv, app, status);
+        status = parse(argc, argv, app, status);
+        std::cout.flush();
+        checkWritten(std::cout, "standard output");
+        return status;
+    } catch (const ReaderGone&) {
+        return 0;
     } catch (const WrongUsage& error) {
         complain(name, error.what());
         return kWrongUsage;

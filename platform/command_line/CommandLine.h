@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <ostream>
 #include <stdexcept>
 #include <string>
 
@@ -27,10 +28,21 @@ class WrongUsage : public Failure {
     using Failure::Failure;
 };
 
+/** Ends it with status 0 and no word: who read its standard output has gone. */
+class ReaderGone : public std::exception {};
+
+/** Throws for output that is lost, with its errno: ReaderGone or a Failure. */
+[[noreturn]] void failWriting(int error, const std::string& place);
+
+/** The same when something of what was just written to the stream is lost: errno tells why. */
+void checkWritten(const std::ostream& stream, const std::string& place);
+
 /**
  * Runs a program; what it returns is its exit status. `setUp` describes the command line; what the
  * program does are callbacks of it, which set the status unless it is 0. Any other exception than
- * WrongUsage counts as a failure.
+ * WrongUsage and ReaderGone counts as a failure, as does standard output that cannot be written.
+ * Signals of closed pipes are ignored from here on, and none of the standard descriptors is free:
+ * no file of the program's is taken for one of them.
  */
 int run(int argc, char** argv, const std::string& name, const std::string& purpose,
         const std::function<void(CLI::App& app, int& status)>& setUp);

@@ -2,6 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
+#include "sim/tree/TemporaryFolder.h"
+#include "support/Files.h"
 #include "support/Program.h"
 
 namespace {
@@ -40,4 +44,53 @@ TEST(CommandLine, isOfOneShape) {
         EXPECT_THAT(failure, ended(1, MatchesRegex(name + ": [^\n]+: [^\n]+\n")));
         EXPECT_EQ(wrong.out + failure.out, "");
     }
+}
+
+/** A command line that bash is to run with this before it and this behind it. */
+Program::Result runInShell(const std::string& before, const std::string& program,
+                           const std::vector<std::string>& arguments, const std::string& behind) {
+    return Program::runRooted("/no/such/phone", programPath(program), arguments,
+                              {"bash", "-c", before + " \"$0\" \"$@\" " + behind});
+}
+
+TEST(CommandLine, saysThatOutputIsLostUnlessItsReaderHasGone) {
+    const sim::TemporaryFolder folder("kelvo-test-");
+    const std::string pipe = folder.path() + "/pipe";
+    const std::tuple<std::string, int, std::string> rows[] = {
+            {">/dev/full", 1,
+             "cannot (write|be written) \\(No space left on device\\): standard output\n"},
+            {">&-", 1, "cannot (write|be written) \\(Bad file descriptor\\): standard output\n"},
+            {"3<>" + pipe + " 4>" + pipe + " 3<&- >&4", 0, ""},
+    };
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    std::vector<Case> cases{{"kelvosim", {"replay", EXAMPLES "/hello/scenario.json"}},
+                            {"kelvosim", {"check", EXAMPLES "/hello/scenario.json"}},
+                            {"kelvoconf", {"show", EXAMPLES "/hello/kelvo.json"}}};
+    for (const Case& each : kPrograms) {
+        cases.push_back({each.program, {"--help"}});
+    }
+    for (const auto& [program, arguments] : cases) {
+        for (const auto& [redirection, status, line] : rows) {
+            const std::string expected = line.empty() ? "" : program + (": " + line);
+            EXPECT_THAT(runInShell("", program, arguments, redirection),
+                        ended(status, MatchesRegex(expected)))
+                    << program << arguments[0] << redirection;
+        }
+    }
+}
+
+TEST(CommandLine, replacesAFileWholeOrNotAtAll) {
+    const sim::TemporaryFolder folder("kelvo-test-");
+    const std::string file = folder.path() + "/file";
+    for (const char* const option : {"--events", "--log", "--explain", "--report", "--perfetto"}) {
+        std::ofstream(file) << "old";
+        const std::vector<std::string> arguments{"replay", EXAMPLES "/game/scenario.json", option,
+                                                 file};
+        EXPECT_THAT(runInShell("ulimit -f 16; trap '' XFSZ;", "kelvosim", arguments, ""),
+                    ended(1, "kelvosim: cannot be written (File too large): " + file + "\n"));
+        EXPECT_EQ(readFile(file), "old");
+        EXPECT_THAT(runInShell("", "kelvosim", arguments, ""), ended(0, ""));
+        EXPECT_NE(readFile(file), "old");
+    }
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
 }

@@ -2,16 +2,16 @@
 
 #include <errno.h>
 #include <fcntl.h>
-#include <stdlib.h>
 #include <string.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <android-base/unique_fd.h>
 
-#include <filesystem>
 #include <iostream>
-#include <system_error>
+
+#include "CommandLine.h"
+#include "common/NewFile.h"
 
 using android::base::unique_fd;
 
@@ -22,6 +22,9 @@ namespace {
 constexpr mode_t kFileMode = 0644;
 
 [[noreturn]] void fail(const char* what, const std::string& where) {
+    if (errno == EPIPE) {
+        throw command_line::ReaderGone();
+    }
     throw Failure(std::string(what) + " (" + strerror(errno) + "): " + where);
 }
 
@@ -35,18 +38,6 @@ void writeAll(int fd, const std::string& bytes, const std::string& where) {
     }
 }
 
-// A link is followed, so that the file it names is replaced and not the link.
-std::string finalPath(const std::string& path) {
-    std::error_code error;
-    const std::filesystem::path target = std::filesystem::canonical(path, error);
-    return error ? path : target.string();
-}
-
-bool isSpecialFile(const std::string& path) {
-    struct stat info = {};
-    return stat(path.c_str(), &info) == 0 && !S_ISREG(info.st_mode);
-}
-
 void writeSpecialFile(const std::string& path, const std::string& bytes) {
     const unique_fd fd(open(path.c_str(), O_WRONLY | O_CLOEXEC));
     if (fd.get() < 0) {
@@ -54,40 +45,6 @@ void writeSpecialFile(const std::string& path, const std::string& bytes) {
     }
     writeAll(fd.get(), bytes, path);
 }
-
-/** A file beside the one to replace; removed unless it was renamed to it. */
-class NewFile {
-  public:
-    explicit NewFile(const std::string& path) : mPath(path), mName(path + ".XXXXXX") {
-        mFd.reset(mkostemp(mName.data(), O_CLOEXEC));
-        if (mFd.get() < 0) {
-            fail("cannot create", mPath);
-        }
-    }
-    ~NewFile() {
-        if (!mName.empty()) {
-            unlink(mName.c_str());
-        }
-    }
-    NewFile(const NewFile&) = delete;
-    NewFile& operator=(const NewFile&) = delete;
-
-    void store(const std::string& bytes) {
-        writeAll(mFd.get(), bytes, mPath);
-        if (fchmod(mFd.get(), kFileMode) != 0 || fsync(mFd.get()) != 0) {
-            fail("cannot write", mPath);
-        }
-        if (rename(mName.c_str(), mPath.c_str()) != 0) {
-            fail("cannot replace", mPath);
-        }
-        mName.clear();
-    }
-
-  private:
-    const std::string mPath;
-    std::string mName;  // empty once renamed
-    unique_fd mFd;
-};
 
 }  // namespace
 
@@ -116,10 +73,15 @@ std::string readInput(const std::string& path) {
 void writeOutput(const std::string& path, const std::string& bytes) {
     if (path == "-") {
         writeAll(STDOUT_FILENO, bytes, "standard output");
-    } else if (isSpecialFile(path)) {
+    } else if (common::isWrittenInPlace(path)) {
         writeSpecialFile(path, bytes);
     } else {
-        NewFile(finalPath(path)).store(bytes);
+        common::NewFile file(path);
+        writeAll(file.fd(), bytes, path);
+        if (fchmod(file.fd(), kFileMode) != 0) {
+            fail("cannot write", path);
+        }
+        file.finish();
     }
 }
 

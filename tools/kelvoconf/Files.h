@@ -17,7 +17,7 @@ std::string readInput(const std::string& path);
 /**
  * Writes all bytes to a file, replacing it at once with a new one of mode 0644, so that a reader
  * sees the old file or the new. "-" is standard output; a device or pipe is written to as it
- * stands. Throws Failure.
+ * stands. Throws Failure or what NewFile throws.
  */
 void writeOutput(const std::string& path, const std::string& bytes);
 

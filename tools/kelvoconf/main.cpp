@@ -1,5 +1,4 @@
 #include <android/log.h>
-#include <signal.h>
 
 #include "CommandLine.h"
 #include "Commands.h"
@@ -92,7 +91,5 @@ void setUp(CLI::App& app, int& status) {
 int main(int argc, char** argv) {
     // The daemon's code logs what the tool reports in its own words.
     __android_log_set_logger([](const __android_logger_data*, const char*) {});
-    // A closed pipe is a failed write like any other.
-    signal(SIGPIPE, SIG_IGN);
     return command_line::run(argc, argv, "kelvoconf", "Configuration files of kelvod", setUp);
 }

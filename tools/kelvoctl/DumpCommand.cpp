@@ -5,6 +5,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <exception>
 #include <thread>
 
 #include "Commands.h"
@@ -16,20 +17,24 @@ namespace {
 
 using android::base::unique_fd;
 
-/** Prints what comes until no writer is left. A pipe of our own keeps the service from SIGPIPE. */
-void stream(int fd, const Output& output) {
+/**
+ * Prints what comes until no writer is left, and gives what printing threw. A pipe of our own keeps
+ * the service from SIGPIPE.
+ */
+std::exception_ptr stream(int fd, const Output& output) {
     std::array<char, 4096> bytes{};
-    bool isRead = true;
+    std::exception_ptr failure;
     ssize_t size = 0;
     while ((size = TEMP_FAILURE_RETRY(read(fd, bytes.data(), bytes.size()))) > 0) {
         try {
-            if (isRead) {
+            if (failure == nullptr) {
                 output.write(bytes.data(), static_cast<size_t>(size));
             }
-        } catch (const Failure&) {
-            isRead = false;
+        } catch (...) {
+            failure = std::current_exception();
         }
     }
+    return failure;
 }
 
 void dump(const std::string& name, const std::vector<std::string>& args, const Output& output) {
@@ -50,8 +55,11 @@ void dump(const std::string& name, const std::vector<std::string>& args, const O
         status = service->dump(writer, arguments);
         writer.reset();
     });
-    stream(reader, output);
+    const std::exception_ptr failure = stream(reader, output);
     call.join();
+    if (failure != nullptr) {
+        std::rethrow_exception(failure);
+    }
     checkStatus(status, "dump");
 }
 

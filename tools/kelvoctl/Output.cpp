@@ -24,9 +24,8 @@ void Output::print(const Members& object, const std::string& text) const {
 }
 
 void Output::write(const char* bytes, size_t size) const {
-    if (!std::cout.write(bytes, static_cast<std::streamsize>(size)).flush()) {
-        throw Failure("cannot be written", "standard output");
-    }
+    std::cout.write(bytes, static_cast<std::streamsize>(size)).flush();
+    command_line::checkWritten(std::cout, "standard output");
 }
 
 }  // namespace kelvoctl

@@ -22,9 +22,9 @@ class Output {
     /** Whether "--json" was given; set by the command line before a command runs. */
     bool json = false;
 
-    /** Writes the object, or the text and a newline. Throws Failure when it cannot be written. */
+    /** Writes the object, or the text and a newline. Throws Failure or ReaderGone. */
     void print(const Members& object, const std::string& text) const;
-    /** Writes bytes as they are. Throws Failure. */
+    /** Writes bytes as they are. Throws likewise. */
     void write(const char* bytes, size_t size) const;
 };
 

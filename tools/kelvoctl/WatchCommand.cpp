@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <condition_variable>
+#include <exception>
 #include <iostream>
 #include <mutex>
 
@@ -34,8 +35,13 @@ class Watch {
         if (mLeft == 0) {
             return;
         }
-        mOutput.print(object, text);
-        --mLeft;
+        try {
+            mOutput.print(object, text);
+            --mLeft;
+        } catch (...) {  // for the command's own thread
+            mFailure = std::current_exception();
+            mLeft = 0;
+        }
         mChanged.notify_all();
     }
     void lose() {
@@ -43,11 +49,15 @@ class Watch {
         mLost = true;
         mChanged.notify_all();
     }
-    /** True when the daemon was lost, false when all calls have been seen. */
+    /** True when the daemon was lost, false when all calls have been seen. Throws what printing
+     * did. */
     bool waitForLoss() {
         std::unique_lock lock(mMutex);
         mChanged.wait(lock, [this] { return mLost || mLeft == 0; });
         mLost = false;
+        if (mFailure != nullptr) {
+            std::rethrow_exception(mFailure);
+        }
         return mLeft != 0;
     }
 
@@ -57,6 +67,7 @@ class Watch {
     std::condition_variable mChanged;
     uint64_t mLeft;
     bool mLost = false;
+    std::exception_ptr mFailure;  // of the print after which nothing is printed
 };
 
 class Loss : public IBinder::DeathRecipient {
@@ -84,8 +95,8 @@ bool registerWith(const sp<IBinder>& kelvo, const sp<IBinder>& listener, const s
     return status == android::OK;
 }
 
-void watch(uint64_t count, const Output& output) {
-    Watch state(output, count);
+/** Returns when all calls have been seen. */
+void follow(Watch& state) {
     sp<IBinder> service = findService(kKelvo);
     android::ProcessState::self()->startThreadPool();
     const sp<IBinder> listener = new client::StatusListener(
@@ -102,9 +113,21 @@ void watch(uint64_t count, const Output& output) {
         }
         std::cerr << "kelvoctl: the daemon is back, registering again: " << kKelvo << std::endl;
     }
-    std::cout.flush();
+}
+
+/** Ends the program. */
+[[noreturn]] void watch(uint64_t count, const Output& output) {
+    Watch state(output, count);
+    int status = 0;
+    try {
+        follow(state);
+    } catch (const command_line::ReaderGone&) {
+    } catch (const std::exception& error) {
+        command_line::complain("kelvoctl", error.what());
+        status = command_line::kFailed;
+    }
     // Binder threads may still be about to call: nothing that they use is taken away under them.
-    _exit(0);
+    _exit(status);
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 // kelvoctl: talks to the daemon as the framework of a phone does.
 
-#include <signal.h>
-
 #include "CommandLine.h"
 #include "Commands.h"
 
@@ -40,7 +38,6 @@ void setUp(CLI::App& app) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    signal(SIGPIPE, SIG_IGN);  // a reader that goes away is a failure like any other
     return command_line::run(argc, argv, "kelvoctl", "A client of the daemon kelvod and its phone",
                              [](CLI::App& app, int&) { setUp(app); });
 }

@@ -17,6 +17,7 @@
 #include <system_error>
 
 #include "AskedScene.h"
+#include "CommandLine.h"
 #include "KelvodView.h"
 #include "StatusLine.h"
 #include "Supported.h"
@@ -137,8 +138,8 @@ class Lines {
         phone.setActionObserver([this](const sim::Deed& deed) { mScene.tell(deed, Clock::now()); });
         std::cout << StatusLine::heading() << std::endl;
     }
-    /** False when nobody reads any more. */
-    bool print(int64_t timeMs) {
+    /** A reader that goes away ends the run in order, so that nothing is left behind. */
+    void print(int64_t timeMs) {
         PhoneState state{timeMs, mView.look(kViewLimit), "", mPhone.hottestZone()};
         if (state.kelvod && state.kelvod->incarnation != mIncarnation) {
             if (mIncarnation != 0) {
@@ -147,7 +148,8 @@ class Lines {
             mIncarnation = state.kelvod->incarnation;
         }
         state.scene = mScene.current(Clock::now());
-        return static_cast<bool>(std::cout << mLine.line(state) << std::endl);
+        std::cout << mLine.line(state) << std::endl;
+        command_line::checkWritten(std::cout, "standard output");
     }
 
   private:
@@ -177,9 +179,7 @@ int runPhone(sim::LivePhone& phone, const sim::Scenario& scenario, double speed,
         }
         if (tick >= nextLine) {
             nextLine += kLineMs;
-            if (!lines.print(time)) {
-                return 0;
-            }
+            lines.print(time);
         }
         if (time >= scenario.durationMs && (phone.isIdle() || (atEnd += kTickMs) > kLastMs)) {
             return 0;
@@ -194,8 +194,6 @@ int runLive(const LiveOptions& options) {
     refuseProblems(scenario, options.scenario, sim::LiveFramework::problem);
     sim::checkTrace(scenario);
     StopSignals signals;
-    // A reader that goes away ends the run in order, so that nothing is left behind.
-    signal(SIGPIPE, SIG_IGN);
     std::optional<sim::TemporaryFolder> temporary;
     std::string root = options.root;
     if (root.empty()) {

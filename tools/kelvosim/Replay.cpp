@@ -22,7 +22,7 @@ namespace {
 constexpr char kLogLevelProperty[] = "persist.sys.kelvo.loglevel";
 constexpr char kSilent[] = "-1";
 
-std::ostream* sLogStream = nullptr;
+OutputFile* sLog = nullptr;
 
 void writeLogLine(const __android_logger_data* data, const char* message) {
     std::array<char, 32> time;
@@ -31,7 +31,8 @@ void writeLogLine(const __android_logger_data* data, const char* message) {
     const char priority = data->priority == ANDROID_LOG_ERROR  ? 'E'
                           : data->priority == ANDROID_LOG_INFO ? 'I'
                                                                : 'D';
-    *sLogStream << time.data() << ' ' << priority << ' ' << message << '\n';
+    sLog->stream() << time.data() << ' ' << priority << ' ' << message << '\n';
+    sLog->noteLoss();
 }
 
 void dropLogLine(const __android_logger_data*, const char*) {}
@@ -50,11 +51,12 @@ std::unique_ptr<OutputFile> openIfNamed(const std::string& name) {
 
 void writeLine(OutputFile& output, const sim::Event& event) {
     output.stream() << sim::toJsonLine(event) << '\n';
+    output.noteLoss();
 }
 
 std::unique_ptr<OutputFile> openLog(const std::string& name) {
     std::unique_ptr<OutputFile> log = openIfNamed(name);
-    sLogStream = log != nullptr ? &log->stream() : nullptr;
+    sLog = log.get();
     __android_log_set_minimum_priority(ANDROID_LOG_VERBOSE);
     __android_log_set_logger(log != nullptr ? writeLogLine : dropLogLine);
     return log;
