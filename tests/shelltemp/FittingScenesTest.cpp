@@ -63,7 +63,8 @@ TEST(FittingScenesTest, choosesWhatToStartWith) {
             {scene("default", 4, "unknown") + "," + scene("backup_b", 2, "cpu") + "," +
                      scene("backup_a", 1, "cpu"),
              false, "backup_a 1", ""},
-            {scene("backup", 1, "cpu"), false, "default", ""},
+            {scene("backup", 1, "cpu") + "," + scene("backup_b", 2, "cpu"), false, "backup_b 2",
+             ""},
             {scene("ambient", 1, "cpu") + "," + scene("ambient_charge", 1, "cpu"), false, "default",
              "ambient"},
             {scene("ambient", 1, "cpu") + "," + scene("ambient_charge", 1, "cpu"), true, "default",
