@@ -56,7 +56,7 @@ void TopThreads::shareOf(PidTidPower& thread, float coefficient) const {
     if (power == nullptr) {
         return;
     }
-    const int64_t average = *power / mSampleCount;  // an entry comes of a reading
+    const int64_t average = mSampleCount != 0 ? *power / mSampleCount : 0;
     if (average != 0) {
         thread.powerToThermal = static_cast<float>(average) / static_cast<float>(kSamplingMs) /
                                 coefficient / static_cast<float>(mSampleCount);
