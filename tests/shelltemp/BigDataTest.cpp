@@ -46,6 +46,7 @@ TEST_F(BigDataTest, startsNewRecordsAtTheFirstSceneOfADay) {
     startPhone();
     runUntil(kMidnight + 10);
     EXPECT_FALSE(data()["shelltemp"].isMember("20260302"));
+    EXPECT_EQ(data()["shelltemp"]["20260301"]["package"], "Init");
     auto& engine = ShellTempFitting::getInstance();
     engine.updateScene("SCREEN:ON", false, 0);
     EXPECT_EQ(data()["shelltemp"]["20260301"]["duration"], 16 * 3600 + 10);

@@ -78,7 +78,7 @@ TEST_F(ShellTempOutputTest, tracesTenthsAboveFortyDegreesWhileTracingIsOn) {
     runUntil(0);
     EXPECT_EQ(traced, Lines{});
     tracedTags = ATRACE_TAG_ALWAYS;
-    setTemp(0, 41099);
+    setTemp(0, 41100);
     runUntil(5);
-    EXPECT_EQ(traced, (Lines{"a 10", "b 10"}));
+    EXPECT_EQ(traced, (Lines{"a 11", "b 11"}));
 }
