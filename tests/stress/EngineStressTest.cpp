@@ -56,7 +56,7 @@ Seen sSeen[] = {{"Reload global config"},
                 {"switch charge state"},
                 {"heatpc getCompentsHeatDetailInfo:"},
                 {"readSamples loop thread"}};
-std::atomic<int> sListeners = -1;  // as said by the last fan-out of a status
+std::atomic<int> sListeners = -1;      // as said by the last fan-out of a status
 constexpr int32_t kLastStatus = 1000;  // posted behind all that the operations posted
 std::atomic<bool> sHandledAll = false;
 
