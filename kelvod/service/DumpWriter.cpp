@@ -39,27 +39,24 @@ class WaitingPlace {
 
 std::atomic<bool> WaitingPlace::sTaken = false;
 
-/** Whether something can be written, or writing fails at once, within the time. */
-bool isWritable(int fd, int64_t nanos) {
+/** Whether something can be written, or writing fails at once, before the deadline (ns). */
+bool isWritable(int fd, int64_t deadline) {
     if (fd < 0) {
         return true;  // a request without a descriptor; poll() would wait for nothing
     }
     struct pollfd events {
         fd, POLLOUT, 0
     };
-    const auto millis = static_cast<int>(std::max<int64_t>(nanos, 0) / kNanosPerMilli);
-    int ready = poll(&events, 1, millis);
-    while (ready < 0 && errno == EINTR) {
-        ready = poll(&events, 1, 0);
-    }
+    int ready = -1;
+    do {
+        const int64_t left = std::max<int64_t>(deadline - monotonicNanos(), 0);
+        ready = poll(&events, 1, static_cast<int>(left / kNanosPerMilli));
+    } while (ready < 0 && errno == EINTR);
     return ready != 0;
 }
 
 bool awaitReader(int fd, WaitingPlace& place, int64_t deadline) {
-    if (isWritable(fd, 0)) {
-        return true;
-    }
-    if (place.take() && isWritable(fd, deadline - monotonicNanos())) {
+    if (isWritable(fd, 0) || (place.take() && isWritable(fd, deadline))) {
         return true;
     }
     errno = ETIMEDOUT;

@@ -1,8 +1,5 @@
 #include "links/HealthInfoNotifier.h"
 
-#include <binder/IServiceManager.h>
-#include <binder/Parcel.h>
-
 #include "support/EngineTest.h"
 
 using sim::HealthHal;
@@ -22,30 +19,6 @@ struct HealthInfoNotifierTest : EngineTest, testing::WithParamInterface<HealthHa
 
     static bool charging() { return HealthInfoNotifier::getInstance().getOnChargeStats(); }
     static bool wireless() { return HealthInfoNotifier::getInstance().getChargerWirelessStats(); }
-};
-
-/** A health service whose death cannot be linked to. */
-class UnlinkableHealth : public android::BBinder {
-  public:
-    const android::String16& getInterfaceDescriptor() const override { return mDescriptor; }
-    android::status_t linkToDeath(const android::sp<DeathRecipient>&, void*, uint32_t) override {
-        return android::DEAD_OBJECT;
-    }
-
-    int asked = 0;
-    int callbacks = 0;
-
-  protected:
-    android::status_t onTransact(uint32_t code, const android::Parcel&, android::Parcel* reply,
-                                 uint32_t) override {
-        constexpr uint32_t kRegister = 1;
-        asked += code == kRegister ? 1 : 0;
-        callbacks += code == kRegister ? 1 : -1;
-        return reply->writeNoException();
-    }
-
-  private:
-    const android::String16 mDescriptor{"android.hardware.health.IHealth"};
 };
 
 constexpr char kChargingTime[] = "setChargingStartTime:";
@@ -93,34 +66,3 @@ INSTANTIATE_TEST_SUITE_P(Hals, HealthInfoNotifierTest,
                          testing::Values(HealthHal::Aidl, HealthHal::Hidl), [](const auto& test) {
                              return test.param == HealthHal::Aidl ? "aidl" : "hidl";
                          });
-
-TEST_F(HealthInfoNotifierTest, asksAnAidlServiceThatRefusesOnceInFiveSeconds) {
-    scenario.services.erase("health");
-    start(HealthHal::Aidl);
-    EXPECT_TRUE(log.has("[initHealthService], init aidl health service failed."));
-    EXPECT_FALSE(charging());
-    EXPECT_FALSE(log.has("[getOnChargeStats], no health service inited."));
-    const android::sp<UnlinkableHealth> refuses = new UnlinkableHealth();
-    android::defaultServiceManager()->addService(
-            android::String16("android.hardware.health.IHealth/default"), refuses);
-    EXPECT_EQ(refuses->asked, 1) << "at its registration";
-    for (const double seconds : {4.9, 5.1, 9.9, 10.2}) {
-        runUntil(seconds);
-        charging();
-        wireless();
-    }
-    EXPECT_EQ(refuses->asked, 3);
-    EXPECT_EQ(refuses->callbacks, 0) << "what cannot be linked to is not left registered";
-    EXPECT_EQ(log.count("[init], Failed to link to death, status -32"), 3u);
-}
-
-TEST_F(HealthInfoNotifierTest, saysSoWhenThereIsNeitherService) {
-    scenario.services.erase("health");
-    start(HealthHal::Hidl);
-    EXPECT_TRUE(log.has("get hidl health service failed."));
-    EXPECT_TRUE(log.has("[initHealthService], init hidl health service failed."));
-    EXPECT_FALSE(charging());
-    EXPECT_FALSE(wireless());
-    EXPECT_TRUE(log.has("[getOnChargeStats], no health service inited."));
-    EXPECT_TRUE(log.has("[getChargerWirelessStats], no health service inited."));
-}

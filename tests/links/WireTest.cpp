@@ -4,20 +4,26 @@
 #include <binder/Parcel.h>
 #include <linux/android/binder.h>
 
+#include "heat/DisplayModel.h"
+#include "links/AidlHealthInfoListener.h"
 #include "links/ChargerProxyService.h"
 #include "links/GlobalFrames.h"
 #include "links/HealthInfoNotifier.h"
+#include "links/HidlHealthInfoListener.h"
 #include "links/QuorixManager.h"
 #include "support/EngineTest.h"
 
 namespace {
 
+using android::DEAD_OBJECT;
 using android::OK;
 using android::Parcel;
 using android::sp;
 using android::status_t;
 using android::String16;
 using Words = std::vector<int32_t>;
+using Answers = std::map<uint32_t, Words>;          // by code
+using Names = std::pair<const char*, const char*>;  // of an instance and its interface
 
 constexpr uint32_t kInterfaceChain = 0x0f43484e;  // every HIDL service is asked for it
 constexpr size_t kBinderSize = sizeof(flat_binder_object) + sizeof(int32_t);
@@ -28,14 +34,20 @@ void write(Parcel* parcel, const Words& words) {
     }
 }
 
-/** A service made of numbers: notes the code and words of calls, and answers with words. */
+/**
+ * A service made of numbers: notes the code and words of calls, and answers with words. With no
+ * answer to any call it is dead.
+ */
 struct RawService : android::BBinder {
-    RawService(const std::string& name, std::string interface, std::map<uint32_t, Words> replies)
-          : descriptor(interface.c_str()), answers(std::move(replies)) {
-        android::defaultServiceManager()->addService(String16(name.c_str()), this);
+    RawService(const Names& names, Answers replies, status_t deathLink = OK)
+          : descriptor(names.second), answers(std::move(replies)), link(deathLink) {
+        android::defaultServiceManager()->addService(String16(names.first), this);
     }
     const String16& getInterfaceDescriptor() const override { return descriptor; }
     status_t onTransact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t) override {
+        if (answers.empty()) {
+            return DEAD_OBJECT;
+        }
         if (code == kInterfaceChain) {
             const std::string text = android::String8(descriptor).string();
             write(reply, {0, 1, static_cast<int32_t>(text.size())});
@@ -51,14 +63,25 @@ struct RawService : android::BBinder {
         write(reply, answers[code]);
         return OK;
     }
-    status_t linkToDeath(const sp<DeathRecipient>&, void*, uint32_t) override { return OK; }
+    status_t linkToDeath(const sp<DeathRecipient>&, void*, uint32_t) override { return link; }
     std::string takeCalls() { return std::exchange(calls, ""); }
 
     const String16 descriptor;
-    std::map<uint32_t, Words> answers;
+    Answers answers;
+    const status_t link;
     std::string calls;
     sp<IBinder> callback;  // the last that came
 };
+
+// A service's answers, the link to its death, what its use gives, its calls, how often a line
+// comes.
+using Attempt = std::tuple<Answers, status_t, int, std::string, std::string, int>;
+
+const std::string kUndone = "1 binder;2 binder;";  // registered, and taken back
+constexpr Names kAidlHealth{"android.hardware.health.IHealth/default",
+                            "android.hardware.health.IHealth"};
+constexpr Names kHidlHealth{"hidl/android.hardware.health/2.0/IHealth/default",
+                            "android.hardware.health@2.0::IHealth"};
 
 struct WireTest : EngineTest {
     void start(sim::HealthHal hal = sim::HealthHal::Aidl) {
@@ -80,6 +103,19 @@ struct WireTest : EngineTest {
         }
         return answer;
     }
+    /** Each service takes the place of the one before; the last one is given back. */
+    template <typename Use>
+    sp<RawService> tryInTurn(const Names& names, const std::vector<Attempt>& rows, Use use) {
+        sp<RawService> service;
+        for (const auto& [answers, link, result, calls, line, times] : rows) {
+            log.clear();
+            service = new RawService(names, answers, link);
+            EXPECT_EQ(use(), result) << line;
+            EXPECT_EQ(service->takeCalls(), calls) << line;
+            EXPECT_EQ(static_cast<int>(log.count(line)), times) << line;
+        }
+        return service;
+    }
     /** Which charger each of the first words of a health record stands for. */
     template <typename Tell>
     static void expectChargersInOrder(size_t words, Tell tell) {
@@ -98,25 +134,115 @@ struct WireTest : EngineTest {
 
 TEST_F(WireTest, asksServicesByNumber) {
     start();
-    const sp<RawService> charger = new RawService(
-            "hidl/vendor.zenta.hardware.charger/1.0/ICharger/default",
-            "vendor.zenta.hardware.charger@1.0::ICharger", {{1, {0, -1500}}, {2, {0}}});
-    EXPECT_EQ(ChargerProxyService::getInstance().getBatteryCurrentNow(), -1500);
-    ChargerProxyService::getInstance().notifyScreenStatus(7);
-    EXPECT_EQ(charger->takeCalls(), "1;2 7;");
+    const Answers answers = {{1, {0, -1500}}, {2, {0}}};
+    const auto useCharger = [] {
+        ChargerProxyService::getInstance().notifyScreenStatus(7);
+        return ChargerProxyService::getInstance().getBatteryCurrentNow();
+    };
+    EXPECT_EQ(useCharger(), -1);
+    EXPECT_TRUE(log.has("Couldn't notifyScreenStatus because of ChargerProxyService error."));
+    EXPECT_TRUE(log.has("Couldn't get battery remain because of ChargerProxyService error."));
+    const sp<RawService> charger =
+            tryInTurn({"hidl/vendor.zenta.hardware.charger/1.0/ICharger/default",
+                       "vendor.zenta.hardware.charger@1.0::ICharger"},
+                      {{{}, OK, -1, "", "unable to get Charger service", 2},
+                       {answers, DEAD_OBJECT, -1, "",
+                        "Unable to link to Charger Service death notifications", 2},
+                       {answers, OK, -1500, "2 7;1;", "Link to death notification successful", 1}},
+                      useCharger);
+    EXPECT_EQ(log.countOf("Couldn't"), 0u);
+    charger->answers.clear();
+    EXPECT_EQ(useCharger(), -1);
 
-    const sp<RawService> compositor =
-            new RawService("SurfaceFlinger", "android.ui.ISurfaceComposer", {{1013, {60}}});
-    EXPECT_EQ(kelvo::getGlobalFrames(), 60);
-    EXPECT_EQ(compositor->takeCalls(), "1013;");
+    tryInTurn({"SurfaceFlinger", "android.ui.ISurfaceComposer"},
+              {{{{1013, {60}}}, OK, 60, "1013;", "", 0}}, kelvo::getGlobalFrames);
+
+    tryInTurn({"hidl/vendor.zenta.hardware.displaypanelfeature/1.0/IDisplayPanelFeature/default",
+               "vendor.zenta.hardware.displaypanelfeature@1.0::IDisplayPanelFeature"},
+              {{{{1, {0, 0, 2, 0x0907}}}, OK, 7, "1 29;", "", 0}},
+              [] { return DisplayModel::getInstance().getValFromPanelService(29); });
+}
+
+TEST_F(WireTest, holdsNoAidlHealthServiceThatFails) {
+    start(sim::HealthHal::Hidl);  // the daemon's own listener asks the other one
+    const auto listener = ndk::SharedRefBase::make<AidlHealthInfoListener>(HealthObserver());
+    EXPECT_EQ(listener->init(), -19);
+    // It is asked by the notice of its registration, and again.
+    const std::string refused = "[init], Transaction error in registerCallback to HealthHAL";
+    const std::string unlinked = "[init], Failed to link to death, status -32";
+    const sp<RawService> held =
+            tryInTurn(kAidlHealth,
+                      {{{}, OK, -19, "", refused, 2},
+                       {{{1, {-5, 0}}}, OK, -19, "1 binder;1 binder;", refused, 2},
+                       {{{1, {0}}}, DEAD_OBJECT, -32, kUndone + kUndone, unlinked, 2},
+                       {{{1, {0}}}, OK, -38, "1 binder;", refused, 0}},
+                      [&] { return listener->init(); });
+    held->answers.clear();
+    runUntil(7);
+    listener->serviceDied();
+    EXPECT_EQ(log.errors("[serviceDied], aidl health service is away, it is awaited."), 1u);
+    listener->serviceDied();
+    EXPECT_EQ(log.errors("aidl health service not init or unknown err."), 1u);
+    held->answers = {{1, {0}}};
+    for (const auto& [seconds, calls] : {std::pair(11.999, ""), {12, "1 binder;"}}) {
+        runUntil(seconds);
+        listener->reconnect();
+        EXPECT_EQ(held->takeCalls(), calls) << "five seconds after the vain attempt";
+    }
+}
+
+TEST_F(WireTest, asksAnAidlHealthServiceThatFailsOnceInFiveSeconds) {
+    start();
+    EXPECT_TRUE(log.has("[initHealthService], init aidl health service failed."));
+    EXPECT_FALSE(HealthInfoNotifier::getInstance().getOnChargeStats());
+    EXPECT_FALSE(log.has("[getOnChargeStats], no health service inited."));
+    const sp<RawService> service = new RawService(kAidlHealth, {{1, {0}}}, DEAD_OBJECT);
+    EXPECT_EQ(service->takeCalls(), kUndone) << "at its registration";
+    const auto callsAt = [&](double seconds, bool (HealthInfoNotifier::*ask)()) {
+        runUntil(seconds);
+        EXPECT_FALSE((HealthInfoNotifier::getInstance().*ask)());
+        return service->takeCalls();
+    };
+    EXPECT_EQ(callsAt(4.999, &HealthInfoNotifier::getOnChargeStats), "");
+    EXPECT_EQ(callsAt(5, &HealthInfoNotifier::getOnChargeStats), kUndone);
+    EXPECT_EQ(callsAt(9.999, &HealthInfoNotifier::getChargerWirelessStats), "");
+    EXPECT_EQ(callsAt(10, &HealthInfoNotifier::getChargerWirelessStats), kUndone);
+}
+
+TEST_F(WireTest, holdsNoHidlHealthServiceThatFails) {
+    start();
+    sp<HidlHealthInfoListener> listener = new HidlHealthInfoListener(HealthObserver());
+    EXPECT_EQ(listener->init(), -19);
+    const std::string refused = "[init], the hidl health service takes no callback";
+    const std::string unlinked = "[init], Failed to link to death of the hidl health service";
+    const std::string untold = "health update failed(ret=1).";
+    const sp<RawService> held =
+            tryInTurn(kHidlHealth,
+                      {{{}, OK, -19, "", "get hidl health service failed.", 2},
+                       {{{1, {-5, 0}}}, OK, -19, "1 binder;1 binder;", refused, 2},
+                       {{{1, {0, 1}}}, OK, -19, "1 binder;1 binder;", refused, 2},
+                       {{{1, {0, 0}}}, DEAD_OBJECT, -19, kUndone + kUndone, unlinked, 2},
+                       {{{1, {0, 0}}, {3, {0, 1}}}, OK, -38, "1 binder;3;", untold, 1}},
+                      [&] { return listener->init(); });
+    EXPECT_TRUE(listener->wasConnected());
+    listener->serviceDied(0, nullptr);
+    EXPECT_EQ(log.errors("[serviceDied], hidl health service not init or unknown err."), 1u);
+    EXPECT_EQ(held->takeCalls(), "") << "the one held has not died";
+    const sp<HidlHealthInfoListener::IHealth> same = HidlHealthInfoListener::IHealth::getService();
+    listener->serviceDied(0, same);
+    EXPECT_EQ(held->takeCalls(), "1 binder;3;");
+    listener = nullptr;
+    EXPECT_EQ(held->takeCalls(), "2 binder;");
+    listener = new HidlHealthInfoListener(HealthObserver());
+    EXPECT_EQ(listener->init(), 0);
 }
 
 TEST_F(WireTest, hearsTheUsageEngineByNumber) {
     constexpr char kListener[] = "com.zenta.pelko.IZentaQuorixModuleUsage";
     start();
     auto& manager = kelvo::QuorixManager::getInstance();
-    const sp<RawService> engine =
-            new RawService("quorix", "com.zenta.pelko.IZentaQuorix", {{19, {0, 5}}, {22, {0, 5}}});
+    const sp<RawService> engine = new RawService({"quorix", "com.zenta.pelko.IZentaQuorix"},
+                                                 {{19, {0, 5}}, {22, {0, 5}}});
     manager.regCallBack();
     EXPECT_EQ(manager.startQuorix(), 0);
     EXPECT_EQ(manager.stopQuorix(), 0);
@@ -145,8 +271,7 @@ TEST_F(WireTest, hearsTheUsageEngineByNumber) {
 
 TEST_F(WireTest, hearsTheAidlHealthServiceByNumber) {
     start();
-    const sp<RawService> hal = new RawService("android.hardware.health.IHealth/default",
-                                              "android.hardware.health.IHealth", {{1, {0}}});
+    const sp<RawService> hal = new RawService(kAidlHealth, {{1, {0}}});
     EXPECT_EQ(hal->takeCalls(), "1 binder;");
     expectChargersInOrder(8, [&](Words words) {
         // A record, its size, and of its members the chargers, the dock's last, and the next.
@@ -157,9 +282,12 @@ TEST_F(WireTest, hearsTheAidlHealthServiceByNumber) {
 
 TEST_F(WireTest, hearsTheHidlHealthServiceByNumber) {
     start(sim::HealthHal::Hidl);
-    const sp<RawService> hal =
-            new RawService("hidl/android.hardware.health/2.0/IHealth/default",
-                           "android.hardware.health@2.0::IHealth", {{1, {0, 0}}, {3, {0, 0}}});
+    EXPECT_TRUE(log.has("[initHealthService], init hidl health service failed."));
+    EXPECT_FALSE(HealthInfoNotifier::getInstance().getOnChargeStats());
+    EXPECT_FALSE(HealthInfoNotifier::getInstance().getChargerWirelessStats());
+    EXPECT_TRUE(log.has("[getOnChargeStats], no health service inited."));
+    EXPECT_TRUE(log.has("[getChargerWirelessStats], no health service inited."));
+    const sp<RawService> hal = new RawService(kHidlHealth, {{1, {0, 0}}, {3, {0, 0}}});
     EXPECT_EQ(hal->takeCalls(), "1 binder;3;");
     expectChargersInOrder(15, [&](Words words) {
         // Numbers, a text, the mean current, two disks' worth of nothing.

@@ -21,6 +21,9 @@ struct RawListener : android::BBinder {
         Status::fromExceptionCode(exception).writeToParcel(reply);
         return status;
     }
+    android::status_t linkToDeath(const android::sp<DeathRecipient>&, void*, uint32_t) override {
+        return status;
+    }
     std::string heard;
     int32_t exception = Status::EX_NONE;
     android::status_t status = android::OK;
@@ -88,8 +91,14 @@ TEST_F(BinderManagerTest, saysWhoIsToldAndWhoIsGone) {
     EXPECT_EQ(log.errors("Entering notifyAmbientTemp, binder clients size 1"), 1u);
     phone().perform(sim::ListenerDies{"a"});
     EXPECT_TRUE(log.has("BinderClient: binder(uid:10050) died!"));
+    const android::sp<RawListener> dead = new RawListener();
+    dead->status = android::DEAD_OBJECT;
+    EXPECT_EQ(manager().registerClient(10052, dead), 0);
+    EXPECT_TRUE(log.has("BinderClient: binder(uid:10052) died!")) << "before it could be linked to";
     phone().perform(sim::Transact{2, {sim::ListenerArgument{"b"}}, {}, 10051});
     EXPECT_TRUE(log.has("unable to find binder client record for uid:10051"));
+    manager().notifyAmbientTemp(25);
+    EXPECT_EQ(log.errors("Entering notifyAmbientTemp, binder clients size 0"), 1u);
 }
 
 TEST_F(BinderManagerTest, takesOnlySoMany) {

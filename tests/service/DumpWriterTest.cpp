@@ -11,6 +11,7 @@
 
 #include <chrono>
 #include <future>
+#include <thread>
 
 using android::base::unique_fd;
 using kelvo::writeForReader;
@@ -36,19 +37,25 @@ struct Pipe {
 
 }  // namespace
 
-TEST(DumpWriter, writesForAReaderWhoReadsLate) {
+TEST(DumpWriter, writesForAReaderWhoReadsLateAmongSignals) {
+    signal(SIGUSR1, [](int) {});
     Pipe pipe;
     const std::string text(300000, 't');  // more than a pipe holds
-    auto result = std::async([&] { return writeForReader(pipe.in.get(), text); });
+    bool isWritten = false;
+    std::thread writer([&] {
+        isWritten = writeForReader(pipe.in.get(), text);
+        pipe.in.reset();
+    });
     std::string got;
     char block[4096];
-    while (got.size() < text.size()) {
-        const ssize_t count = read(pipe.out.get(), block, sizeof(block));
-        ASSERT_GT(count, 0);
+    for (ssize_t count = 0; (count = read(pipe.out.get(), block, sizeof(block))) > 0;) {
         got.append(block, static_cast<size_t>(count));
+        pthread_kill(writer.native_handle(), SIGUSR1);
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));  // the pipe is full again
     }
-    EXPECT_TRUE(result.get());
-    EXPECT_EQ(got, text);
+    writer.join();
+    EXPECT_TRUE(isWritten);
+    EXPECT_TRUE(got == text);
 }
 
 TEST(DumpWriter, isHeldFiveSecondsByOneReaderWhoDoesNotRead) {
