@@ -38,10 +38,7 @@ int PeriodicLoop::start() {
 void PeriodicLoop::wake() {
     {
         android::Mutex::Autolock lock(mMutex);
-        if (!mWaits) {
-            return;
-        }
-        mWoken = true;
+        mWoken = true;  // which the next wait forgets
     }
     mCondition.signal();  // without the mutex, which the loop's thread takes next
 }
@@ -90,10 +87,8 @@ PeriodicLoop::End PeriodicLoop::run(int* error) {
 int PeriodicLoop::wait(int64_t* deadline, int32_t* interval) {
     android::Mutex::Autolock lock(mMutex);
     *deadline += mInterval * kNanosPerSecond;
-    mWaits = true;
     mWoken = false;
     const int result = waitUntil(*deadline);
-    mWaits = false;
     *interval = mInterval;  // the one that came with the wake-up
     return result;
 }

@@ -67,7 +67,6 @@ class PeriodicLoop {
     android::Mutex mMutex;  // guards what follows
     android::Condition mCondition;
     int32_t mInterval GUARDED_BY(mMutex);  // s
-    bool mWaits GUARDED_BY(mMutex) = false;
     bool mWoken GUARDED_BY(mMutex) = false;  // since the present wait began
 };
 

@@ -83,6 +83,7 @@ TEST_F(AmbientFittingTest, endsTheRoundAtAZoneThatCannotBeRead) {
 TEST_F(AmbientFittingTest, followsChargingAndFolding) {
     start(model("air", 10, "spare") + "," + model("power", 11, "cpu"),
           withAirOverSpare("ambient_charge") + withAirOverSpare("ambient_fold"));
+    EXPECT_TRUE(log.has(sample(23000, 42000)));
     phone().perform(sim::Health{.ac = true});
     EXPECT_TRUE(log.has("switch charge state"));
     EXPECT_EQ(log.count(switchedTo("ambient_charge")), 1u);

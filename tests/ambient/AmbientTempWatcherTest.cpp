@@ -115,6 +115,9 @@ TEST_F(AmbientTempWatcherTest, keepsTheEstimateWhenItClearsTheRecord) {
     EXPECT_EQ(ambient(), 25) << "only the twelfth estimate counts now";
     rounds(11, 30000);
     EXPECT_EQ(ambient(), 30);
+    phone().perform(sim::Health{.ac = true});
+    round(30000);
+    EXPECT_FALSE(isFull());
 }
 
 TEST_F(AmbientTempWatcherTest, hasNothingToTellWhileTheTemperatureChanges) {

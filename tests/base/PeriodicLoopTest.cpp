@@ -3,7 +3,11 @@
 #include <errno.h>
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <sys/syscall.h>
+#include <time.h>
+#include <unistd.h>
 
+#include <atomic>
 #include <chrono>
 #include <future>
 
@@ -12,22 +16,43 @@ using Events = std::vector<std::string>;
 
 namespace {
 
-constexpr int32_t kHour = 3600;
-constexpr int32_t kIntervals[] = {-2 * kHour, kHour, kHour, kHour, 0};
+constexpr int64_t kSecond = 1'000'000'000;
+// Far ahead of the machine's clock, so that a wait counted from here has no end but a wake-up.
+constexpr int64_t kStart = kSecond * kSecond - 1;
+constexpr int32_t kIntervals[] = {1, 1, 3600, 1};
 
-// Sets another interval in each pass and writes down what the loop does.
+// All that the loop's thread reads from the monotonic clock.
+constexpr int64_t kReads[] = {
+        // One nanosecond is left: a wait, counted from a time that is long gone.
+        kStart, kStart + kSecond - 1, 0,
+        // The second deadline has come, to the nanosecond. The third is an hour ahead, until the
+        // wake-up: half a second later, from where the last is counted.
+        kStart + 2 * kSecond, kStart + 2 * kSecond, kStart, kStart + 5 * kSecond / 2,
+        kStart + 7 * kSecond / 2};
+
+thread_local const int64_t* tNextRead = nullptr;
+
+// Starts the script with the thread, and writes down what the loop does after how many reads.
 class Script : public PeriodicLoop::Client {
   public:
     Events run() {
         EXPECT_EQ(mLoop.start(), 0);
         std::future<void> end = mEnd.get_future();
-        // A wake-up that comes before the wait is lost, so it is repeated.
+        // A wake-up that comes before the long wait is lost, so it is repeated.
         while (end.wait_for(std::chrono::milliseconds(5)) != std::future_status::ready) {
-            mLoop.wake();
+            if (mPass == 3) {
+                mLoop.wake();
+            }
         }
         return mEvents;
     }
 
+    void onThreadStart() override {
+        char name[16];
+        pthread_getname_np(pthread_self(), name, sizeof(name));
+        tNextRead = kReads;
+        record(name);
+    }
     bool runPass() override {
         android::Mutex::Autolock lock(mLoop.mutex());
         mLoop.setIntervalLocked(kIntervals[mPass++]);
@@ -42,26 +67,34 @@ class Script : public PeriodicLoop::Client {
 
   private:
     bool record(const std::string& event) {
-        mEvents.push_back(event);
+        mEvents.push_back(event + ", " + std::to_string(tNextRead - kReads));
         return mPass < std::size(kIntervals);
     }
 
     PeriodicLoop mLoop{"periodic", this, 1};
-    size_t mPass = 0;
+    std::atomic<size_t> mPass = 0;
     Events mEvents;  // the loop's until its end
     std::promise<void> mEnd;
 };
 
 }  // namespace
 
+// In place of the library's: the machine's clock for all threads but the loop's, and after its
+// script.
+extern "C" int clock_gettime(clockid_t clock, timespec* now) noexcept {
+    if (tNextRead == nullptr || tNextRead == std::end(kReads)) {
+        return static_cast<int>(syscall(SYS_clock_gettime, clock, now));
+    }
+    *now = {*tNextRead / kSecond, *tNextRead % kSecond};
+    ++tNextRead;
+    return 0;
+}
+
 TEST(PeriodicLoop, countsDeadlinesFromTheOneBeforeAndAnewAfterWakeUp) {
     // Never destroyed, because the detached thread may still be leaving it.
     static Script& script = *new Script;
-    // The first deadline is two hours ago, so the next two have come already as well: counted from
-    // the end of a pass they would be an hour ahead. The fourth is ahead, and a wake-up cuts it
-    // short; counted from it instead of from the wake-up, the last would be as well.
-    EXPECT_EQ(script.run(),
-              (Events{"timeout", "timeout", "timeout", "woken 3600", "timeout", "stopped"}));
+    EXPECT_EQ(script.run(), (Events{"periodic, 0", "timeout, 3", "timeout, 4", "woken 3600, 7",
+                                    "timeout, 8", "stopped, 8"}));
 }
 
 TEST(PeriodicLoop, saysWhyItCannotStart) {

@@ -50,6 +50,7 @@ TEST_F(KelvoConfigTest, mergesSubFileUnlessItIsBad) {
     storeConfig(kSubConfig, R"({"a":3)", 500);
     EXPECT_EQ(config().reload(), 0);
     EXPECT_EQ(log.errors("Parse sub config file failed!"), 1U);
+    EXPECT_EQ(valueOf("a"), 0) << "nothing of it counts";
     setFile(kSubConfig, "no blocks", 500);
     EXPECT_EQ(config().reload(), 0);
     EXPECT_EQ(log.errors("Get sub file contents failed!"), 1U);

@@ -147,33 +147,33 @@ TEST_F(MessageManagerTest, changesScenes) {
 }
 
 TEST_F(MessageManagerTest, hasRoomForSoManyOfCallersAndMoreOfItsOwn) {
-    // when, how many leave early, whether the next refusal is said again
-    const std::tuple<int64_t, int32_t, bool> rows[] = {{0, 512, false}, {2000, 513, true}};
-    for (const auto& [start, early, isSaidAgain] : rows) {
+    // Those of INT32_MAX stay.
+    const auto fill = [&] {
         int32_t posted = 0;
-        const auto fill = [&] {
-            while (manager.hasRoom() && posted < 2 * manager.kMostWaiting) {
-                const int delayMs = posted < early ? 500 : 1000;
-                EXPECT_EQ(manager.sendMessageDelayed(message(2), delayMs), 0);
-                ++posted;
-            }
-            return posted;
-        };
-        EXPECT_EQ(fill(), manager.kMostWaiting);
-        EXPECT_EQ(log.errors(kFull), 1u);
-        linesAt(start + 500);
-        EXPECT_EQ(fill(), manager.kMostWaiting + early);
-        EXPECT_EQ(log.has(kFull), isSaidAgain) << "only with less than half of the places taken";
-        linesAt(start + 2000);
-    }
-    for (const int64_t time : {5000, 6000}) {
-        int32_t own = 0;
-        while (manager.sendMessage(message(2)) == 0) {
+        for (; manager.hasRoom() && posted <= manager.kMostWaiting; ++posted) {
+            EXPECT_EQ(manager.sendMessageDelayed(message(2), posted < 512 ? 500 : INT32_MAX), 0);
+        }
+        return posted;
+    };
+    EXPECT_EQ(manager.sendMessageDelayed(message(2), 1000), 0);
+    EXPECT_EQ(fill(), manager.kMostWaiting - 1);
+    EXPECT_EQ(log.errors(kFull), 1u);
+    linesAt(500);
+    EXPECT_EQ(fill(), manager.kMostWaiting / 2);
+    EXPECT_FALSE(log.has(kFull)) << "half of the places were taken";
+    linesAt(1000);
+    EXPECT_EQ(fill(), manager.kMostWaiting / 2 + 1);
+    EXPECT_TRUE(log.has(kFull)) << "one less was";
+    int32_t own = manager.kMostWaiting;
+    const auto fillWithOwn = [&] {
+        while (manager.sendMessageDelayed(message(2), own % 1000 == 0 ? 0 : INT32_MAX) == 0) {
             ++own;
         }
-        EXPECT_EQ(own, kelvo::MessageManager::kMostWaitingInside);
-        linesAt(time);
-    }
+        return own;
+    };
+    EXPECT_EQ(fillWithOwn(), kelvo::MessageManager::kMostWaitingInside);
+    linesAt(1000);  // those of 2000, 3000, 4000, 5000 and 6000
+    EXPECT_EQ(fillWithOwn(), kelvo::MessageManager::kMostWaitingInside + 5);
 }
 
 TEST_F(MessageManagerTest, restoreCancelsFlashScenesAndKeepsOtherDelays) {
