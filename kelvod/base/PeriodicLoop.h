@@ -66,7 +66,7 @@ class PeriodicLoop {
     Client* const mClient;
     android::Mutex mMutex;  // guards what follows
     android::Condition mCondition;
-    int32_t mInterval GUARDED_BY(mMutex);  // s
+    int32_t mInterval GUARDED_BY(mMutex);    // s
     bool mWoken GUARDED_BY(mMutex) = false;  // since the present wait began
 };
 

@@ -57,7 +57,10 @@ int CpuCompHeat::connect() {
         Mutex::Autolock lock(sPerfLock);
         mPerfService = Performance::fromBinder(binder);
     }
-    AIBinder_linkToDeath(binder.get(), mDeathRecipient.get(), this);
+    if (AIBinder_linkToDeath(binder.get(), mDeathRecipient.get(), this) != STATUS_OK) {
+        onPerfServiceDied(this);  // no notice of it would come any more
+        return -1;
+    }
     return 0;
 }
 
