@@ -175,33 +175,6 @@ TEST_F(ListenerCallsTest, isDelayedByManyLateOnesHardlyMoreThanByOne) {
     EXPECT_TRUE(isOneThreadLeft());
 }
 
-TEST_F(ListenerCallsTest, goesOnWhenALateOneReturnsDuringTheSameFanOut) {
-    add("late", kSystem, {.takes = std::chrono::milliseconds(1100)});
-    add("slow", kSystem, {.takes = std::chrono::milliseconds(350)});
-    add("last", kSystem);
-    for (int i = 0; i < 2; ++i) {
-        tellStatus(1);
-        EXPECT_EQ(mEars->take(), (Calls{"late 3:1", "slow 3:1", "last 3:1"}));
-    }
-    EXPECT_EQ(log.count("listener(uid:1000) is passed over no more"), 2u);
-    EXPECT_TRUE(isOneThreadLeft());
-}
-
-TEST_F(ListenerCallsTest, countsTheTimeOfALaneInEachFanOut) {
-    const std::string late = "listener(uid:10050) does not answer, it is passed over until it does";
-    add("first", kSystem, {.takes = std::chrono::milliseconds(500)});
-    for (size_t i = 0; i < 9; ++i) {
-        const bool sharesLane = i == 0 || i == 8;
-        add("app's", kApp, {.takes = std::chrono::milliseconds(sharesLane ? 600 : 0)});
-    }
-    tellStatus(1);
-    EXPECT_EQ(log.errors(late), 1u) << "the last, after 0.4 s";
-    EXPECT_TRUE(isOneThreadLeft());
-    mListeners.resize(2);
-    tellStatus(2);
-    EXPECT_EQ(log.errors(late), 1u) << "there is a second again";
-}
-
 TEST_F(ListenerCallsTest, keepsASlowAppToItsShareOfTheTime) {
     constexpr int kTimes = 12;
     add("slow", kApp, {.takes = std::chrono::milliseconds(400)});
