@@ -29,6 +29,7 @@ class Ears {
     void hear(const std::string& call, bool hangs) {
         std::unique_lock lock(mMutex);
         mCalls.push_back(call);
+        mThreads.insert(std::this_thread::get_id());
         mChanged.notify_all();
         mChanged.wait(lock, [&] { return !hangs || mLetGo; });
     }
@@ -47,11 +48,16 @@ class Ears {
         mChanged.wait_for(lock, kLimit, [&] { return mCalls.size() >= count; });
         return mCalls;
     }
+    size_t threads() {
+        const std::lock_guard lock(mMutex);
+        return mThreads.size();
+    }
 
   private:
     std::mutex mMutex;  // guards what follows
     std::condition_variable mChanged;
     Calls mCalls;
+    std::set<std::thread::id> mThreads;
     bool mLetGo = false;
 };
 
@@ -119,6 +125,18 @@ class ListenerCallsTest : public testing::Test {
 };
 
 }  // namespace
+
+TEST_F(ListenerCallsTest, tellsEachInOrderOnOneThreadThatStays) {
+    add("a", kSystem);
+    add("b", kApp);
+    add("c", kApp);
+    tellStatus(5);
+    tellBroadcast(6);
+    EXPECT_EQ(mEars->take(), (Calls{"a 3:5", "b 3:5", "c 3:5", "a 4:6", "b 4:6", "c 4:6"}))
+            << "all before they return";
+    EXPECT_EQ(mEars->threads(), 1u);
+    EXPECT_EQ(threads(), 1);
+}
 
 TEST_F(ListenerCallsTest, passesALateOneOverAndTellsItTheLatestOfEachKind) {
     add("a", kApp);
