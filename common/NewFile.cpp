@@ -1,7 +1,6 @@
 #include "common/NewFile.h"
 
 #include <fcntl.h>
-#include <stdlib.h>
 #include <string.h>
 #include <sys/stat.h>
 #include <unistd.h>
