@@ -84,6 +84,9 @@ void LiveFramework::work(int64_t timeMs) {
     const Clock::time_point end = Clock::now() + kMoment;
     while (!isIdle()) {
         if (mBusy == nullptr) {
+            if (!isNextDue()) {
+                return;
+            }
             startNext();
         }
         if (!waitForBusy(end)) {
@@ -92,9 +95,16 @@ void LiveFramework::work(int64_t timeMs) {
     }
 }
 
+bool LiveFramework::isNextDue() const {
+    const int64_t distance = mScenario.timeline[mWaiting.front()].timeMs - mLatestDueMs;
+    return mTimeMs - mLatestDoneMs >= distance / 2;
+}
+
 void LiveFramework::startNext() {
     const size_t action = mWaiting.front();
     mWaiting.pop_front();
+    mLatestDueMs = mScenario.timeline[action].timeMs;
+    mLatestDoneMs = mTimeMs;
     const Deed& deed = mScenario.timeline[action].deed;
     if (const auto* dies = std::get_if<ListenerDies>(&deed)) {
         take(actor(dies->id));  // what it heard while it lived
@@ -102,6 +112,7 @@ void LiveFramework::startNext() {
         return;
     }
     mBusy = &actor(performerOf(deed));
+    mBegun = Clock::now();
     mBusy->start(action);
 }
 
@@ -134,6 +145,7 @@ void LiveFramework::take(FrameworkActor& from) {
             [&](const std::string& event) { mEvents << atTime(event, mTimeMs) << std::endl; });
     if (done) {
         mBusy = nullptr;
+        mLatestDoneMs = mTimeMs;
     }
 }
 

@@ -1,5 +1,6 @@
 #include "sim/live/LivePhone.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "common/Overloaded.h"
@@ -28,11 +29,12 @@ LivePhone::LivePhone(const Scenario& scenario, const std::string& root, const st
 }
 
 void LivePhone::advanceTo(int64_t timeMs) {
-    mPlayer->feedTree(timeMs);
-    feedServices(timeMs);
+    const int64_t playedMs = std::min(timeMs, mScenario.durationMs);
+    mPlayer->feedTree(playedMs);
+    feedServices(playedMs);
     mShellTemp.takeLines([](std::string_view) {});  // or the daemon would find its pipe full
-    while (const Deed* const deed = mPlayer->takeAction(timeMs)) {
-        perform(*deed, timeMs);
+    while (const Deed* const deed = mPlayer->takeAction(playedMs)) {
+        perform(*deed, playedMs);
         mOnAction(*deed);
     }
     mFramework->work(timeMs);

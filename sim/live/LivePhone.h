@@ -37,10 +37,12 @@ class LivePhone {
     void setActionObserver(std::function<void(const Deed&)> observer) {
         mOnAction = std::move(observer);
     }
-    /** Brings the phone to this time of the scenario (ms). */
+    /** Brings the phone to this time of the scenario (ms); after its end the zones stand still. */
     void advanceTo(int64_t timeMs);
     /** Whether all actions that were due are done. */
     bool isIdle() const { return mFramework->isIdle(); }
+    /** Whether the framework waits for an answer for this long. */
+    bool isHeldUp(std::chrono::milliseconds limit) const { return mFramework->isHeldUp(limit); }
     /** The hottest zone as it stands in the tree; none when no zone can be read. */
     std::optional<ZoneSpec> hottestZone() const;
     /** Which of the phone's processes has ended, and how; none while all run. */

@@ -94,8 +94,10 @@ TEST_F(KelvosimLiveTest, performsTheFrameworksActionsThroughBinder) {
             {"t":6,"do":"transact","code":1,"args":[{"listener":"a"}],"reply":["int32"]},
             {"t":6,"do":"transact","code":3,"reply":[]},
             {"t":7,"do":"dump"}]})");
+    // A daemon that is late: what was due meanwhile is not done all at once.
     const Program::Result run =
-            Program::run("kelvosim", {"live", actions, "--root", mRoot, "--speed", "4"});
+            Program::run("kelvosim", {"live", actions, "--root", mRoot, "--", "/bin/sh", "-c",
+                                      std::string("sleep 5; exec ") + KELVOD});
     ASSERT_EQ(run.status, 0) << run.err;
     const auto heard = [&](const std::string& listener) {
         std::vector<std::string> statuses;

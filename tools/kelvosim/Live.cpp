@@ -35,7 +35,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int64_t kTickMs = 100;  // real time between two updates of the tree
 constexpr int64_t kLineMs = 1000;
-constexpr int64_t kLastMs = 2000;                     // for what is due at the scenario's end
+constexpr std::chrono::milliseconds kLast(2000);      // for an answer after the scenario's end
 constexpr std::chrono::milliseconds kViewLimit(500);  // for the daemon's answers to a line
 
 /** Turns the signals that end a run into something to poll for. */
@@ -165,13 +165,11 @@ int runPhone(sim::LivePhone& phone, const sim::Scenario& scenario, double speed,
              StopSignals& signals) {
     const Clock::time_point start = Clock::now();
     int64_t nextLine = kLineMs;
-    int64_t atEnd = 0;  // how long it has been there (ms)
     for (int64_t tick = 0;; tick += kTickMs) {
         if (signals.wait(tick - millisSince(start))) {
             return 0;
         }
-        const auto time = std::min(static_cast<int64_t>(static_cast<double>(tick) * speed),
-                                   scenario.durationMs);
+        const auto time = static_cast<int64_t>(static_cast<double>(tick) * speed);
         phone.advanceTo(time);
         if (const auto ending = phone.ending()) {
             reportEnding(*ending);
@@ -179,9 +177,9 @@ int runPhone(sim::LivePhone& phone, const sim::Scenario& scenario, double speed,
         }
         if (tick >= nextLine) {
             nextLine += kLineMs;
-            lines.print(time);
+            lines.print(std::min(time, scenario.durationMs));
         }
-        if (time >= scenario.durationMs && (phone.isIdle() || (atEnd += kTickMs) > kLastMs)) {
+        if (time >= scenario.durationMs && (phone.isIdle() || phone.isHeldUp(kLast))) {
             return 0;
         }
     }
