@@ -7,6 +7,10 @@
 
 #include <cerrno>
 #include <iostream>
+#include <string_view>
+
+#include "Completion.h"
+#include "Manual.h"
 
 namespace command_line {
 
@@ -23,6 +27,20 @@ int parse(int argc, char** argv, CLI::App& app, const int& status) {
         return kWrongUsage;
     }
     return status;
+}
+
+/** What the build makes of the description of the command line; no use to users, so not in the
+ * help. */
+bool printsItself(int argc, char** argv, const CLI::App& app) {
+    const std::string_view asked = argc == 2 ? argv[1] : "";
+    if (asked == "--manual") {
+        std::cout << manualPage(app, KELVO_VERSION);
+    } else if (asked == "--completion") {
+        std::cout << bashCompletion(app);
+    } else {
+        return false;
+    }
+    return true;
 }
 
 /** What stands for one that is closed takes no output, so that its loss is noticed. */
@@ -58,7 +76,9 @@ int run(int argc, char** argv, const std::string& name, const std::string& purpo
         app.set_version_flag("--version", name + " " KELVO_VERSION);
         int status = 0;
         setUp(app, status);
-        status = parse(argc, argv, app, status);
+        if (!printsItself(argc, argv, app)) {
+            status = parse(argc, argv, app, status);
+        }
         std::cout.flush();
         checkWritten(std::cout, "standard output");
         return status;

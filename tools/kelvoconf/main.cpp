@@ -9,25 +9,36 @@ namespace {
 
 void addEncrypt(CLI::App& app, std::string& in, std::string& out) {
     CLI::App* command = app.add_subcommand("encrypt", "Store a JSON text as the daemon reads it");
-    command->add_option("IN", in, "JSON text; - is standard input")->required();
-    command->add_option("OUT", out, "stored file; - is standard output")->required();
+    command->add_option("IN", in, "JSON text; - is standard input")->type_name("FILE")->required();
+    command->add_option("OUT", out, "stored file; - is standard output")
+            ->type_name("FILE")
+            ->required();
     command->final_callback([&] { encryptCommand(in, out); });
 }
 
 void addDecrypt(CLI::App& app, std::string& in, std::string& out) {
     CLI::App* command = app.add_subcommand("decrypt", "Give back the JSON text of a stored file");
-    command->add_option("IN", in, "stored file; - is standard input")->required();
-    command->add_option("OUT", out, "JSON text; - is standard output")->required();
+    command->add_option("IN", in, "stored file; - is standard input")
+            ->type_name("FILE")
+            ->required();
+    command->add_option("OUT", out, "JSON text; - is standard output")
+            ->type_name("FILE")
+            ->required();
     command->final_callback([&] { decryptCommand(in, out); });
 }
 
 void addFiles(CLI::App& command, PhoneFiles& files, bool needsPhone) {
     command.add_option("--platform", files.platform, "platform name, such as SM8450")
+            ->type_name("NAME")
             ->required(needsPhone);
     command.add_option("--project", files.project, "project name as its node holds it")
+            ->type_name("NAME")
             ->required(needsPhone);
-    command.add_option("MAIN", files.main, "main file, plain or encrypted")->required();
-    command.add_option("SUB", files.sub, "the platform's sub-file, plain or encrypted");
+    command.add_option("MAIN", files.main, "main file, plain or encrypted")
+            ->type_name("FILE")
+            ->required();
+    command.add_option("SUB", files.sub, "the platform's sub-file, plain or encrypted")
+            ->type_name("FILE");
 }
 
 void addMerge(CLI::App& app, MergeOptions& options) {
@@ -44,7 +55,8 @@ void addLint(CLI::App& app, LintOptions& options, int& status) {
             "lint", "Find mistakes and traps; status 0 clean, 1 warnings only, 3 errors");
     addFiles(*command, options.files, true);
     command->add_option("--zones", options.zones,
-                        "zone types in index order, one a line, or a device root");
+                        "zone types in index order, one a line, or a device root")
+            ->type_name("FILE");
     command->add_flag("--json", options.json, "for machines: one object a line");
     command->final_callback([&] { status = lintCommand(options); });
 }
@@ -61,9 +73,11 @@ void addDraft(CLI::App& app, DraftOptions& options) {
             "draft", "List a phone's zones on standard error, print a configuration for them");
     command->add_option("--root", options.root,
                         "device root: folder that stands for / of the phone")
+            ->type_name("FOLDER")
             ->required();
     command->add_option("--output", options.output,
-                        "file for the configuration; the list is then on standard output");
+                        "file for the configuration; the list is then on standard output")
+            ->type_name("FILE");
     command->add_flag("--zones-only", options.zonesOnly,
                       "print the list alone, on standard output");
     command->add_flag("--json", options.json, "list for machines: one object a line");

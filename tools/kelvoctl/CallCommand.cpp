@@ -112,8 +112,10 @@ void addCall(CLI::App& app, Output& output) {
                         "What the reply holds: int32, float, string, vector, exception (the "
                         "no-exception header), with commas between")
             ->delimiter(',')
+            ->type_name("{exception,float,int32,string,vector}")
             ->allow_extra_args(false);
     command->add_option("--service", call.service, "The service that is called")
+            ->type_name("SERVICE")
             ->capture_default_str();
     command->footer(
             "kelvoctl call 4 --reply exception,int32        the thermal status\n"

@@ -69,7 +69,9 @@ void addDump(CLI::App& app, Output& output) {
     static std::string name = kKelvo;
     CLI::App* const command =
             app.add_subcommand("dump", "Diagnostic text of a service, as it comes");
-    command->add_option("--service", name, "The service that is asked")->capture_default_str();
+    command->add_option("--service", name, "The service that is asked")
+            ->type_name("SERVICE")
+            ->capture_default_str();
     command->prefix_command();
     command->footer("Everything after the options goes to the service: kelvoctl dump config");
     command->callback([&output, command] { dump(name, command->remaining(), output); });

@@ -12,7 +12,7 @@ namespace {
 void addCheck(CLI::App& app) {
     static std::string scenario;
     CLI::App* const command = app.add_subcommand("check", "Say whether a scenario is correct");
-    command->add_option("SCENARIO", scenario, "Scenario file")->required();
+    command->add_option("SCENARIO", scenario, "Scenario file")->type_name("FILE")->required();
     command->callback([] { checkScenario(scenario); });
 }
 
@@ -22,21 +22,29 @@ void addReplay(CLI::App& app, char** argv, int* status) {
             "replay",
             "Run a scenario on the daemon's engines in virtual time.\n"
             "Prints the events unless an option sends something somewhere; - is standard output");
-    command->add_option("SCENARIO", options.scenario, "Scenario file")->required();
-    command->add_option("--events", options.events, "Where the events go, one JSON object a line");
-    command->add_option("--log", options.log, "Where the daemon's log goes");
+    command->add_option("SCENARIO", options.scenario, "Scenario file")
+            ->type_name("FILE")
+            ->required();
+    command->add_option("--events", options.events, "Where the events go, one JSON object a line")
+            ->type_name("FILE");
+    command->add_option("--log", options.log, "Where the daemon's log goes")->type_name("FILE");
     command->add_option("--explain", options.explain,
-                        "Where the reasons of the daemon's values go, one JSON object a line");
+                        "Where the reasons of the daemon's values go, one JSON object a line")
+            ->type_name("FILE");
     command->add_option("--loglevel", options.logLevel,
-                        "0 error lines, 1 info lines too, 2 debug lines too, negative: none");
+                        "0 error lines, 1 info lines too, 2 debug lines too, negative: none")
+            ->type_name("LEVEL");
     command->add_option("--report", options.recording.report,
-                        "Where a page goes that shows the run and its reasons, HTML");
+                        "Where a page goes that shows the run and its reasons, HTML")
+            ->type_name("FILE");
     command->add_option("--perfetto", options.recording.perfetto,
-                        "Where a trace for ui.perfetto.dev goes, JSON");
+                        "Where a trace for ui.perfetto.dev goes, JSON")
+            ->type_name("FILE");
     command->add_option("--against", options.recording.otherConfig,
                         "A configuration, plain or encrypted, that stands in for the scenario's "
                         "main one in a second run; says where shell temperature, level, status "
-                        "and notifications differ");
+                        "and notifications differ")
+            ->type_name("FILE");
     command->add_option(kOutcomeTo, options.recording.outcome)->group("");
     command->add_option(kCompareWith, options.recording.other)->group("");
     command->callback([argv, status] {
@@ -55,13 +63,19 @@ void addLive(CLI::App& app, int* status) {
     static LiveOptions options;
     CLI::App* const command = app.add_subcommand(
             "live", "Run a scenario in real time with kelvod as a process; a line a second");
-    command->add_option("SCENARIO", options.scenario, "Scenario file")->required();
+    command->add_option("SCENARIO", options.scenario, "Scenario file")
+            ->type_name("FILE")
+            ->required();
     command->add_option("--root", options.root,
-                        "Device root, an empty or new folder that is kept; else a temporary one");
+                        "Device root, an empty or new folder that is kept; else a temporary one")
+            ->type_name("FOLDER");
     command->add_option("--speed", options.speed, "Seconds of the scenario in one real second")
-            ->check(CLI::Range(0.001, 100000.0));
+            ->type_name("FACTOR")
+            ->check(CLI::Range(0.001, 100000.0))
+            ->capture_default_str();
     command->add_option("KELVOD", options.kelvod,
-                        "After --: the daemon and its arguments, else kelvod beside kelvosim");
+                        "After --: the daemon and its arguments, else kelvod beside kelvosim")
+            ->type_name("FILE");
     command->callback([status] { *status = runLive(options); });
 }
 
