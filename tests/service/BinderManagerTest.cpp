@@ -121,6 +121,7 @@ TEST_F(BinderManagerTest, takesOnlySoMany) {
     EXPECT_EQ(manager().unRegisterClient(0, listeners.front()), 0)
             << "counted for who registered it";
     EXPECT_EQ(add(kApp, 1), 0);
+    EXPECT_EQ(add(kApp, 1), -1) << "one place for one that has gone";
     EXPECT_EQ(add(1000, kelvo::BinderManager::kMostListeners - 257), 0);
     EXPECT_EQ(add(1000, 1), -1);
     EXPECT_EQ(add(0, 1), -1);

@@ -55,18 +55,3 @@ TEST_F(BigDataTest, startsNewRecordsAtTheFirstSceneOfADay) {
     EXPECT_EQ(data()["shelltemp"]["20260302"]["duration"], 3600)
             << "the hours count from the new day's start";
 }
-
-TEST_F(BigDataTest, reportsTheTsensorsOnceWhenTheDayChanges) {
-    setConfig("{'tsensor_tempzone_info':{'thermal_zone_type':['cpu']}}");
-    startPhone();
-    runUntil(kMidnight - 1);
-    EXPECT_FALSE(data().isMember("tsensorthermal"));
-    runUntil(kMidnight);
-    const Json::Value report = data()["tsensorthermal"]["20260301"];
-    EXPECT_EQ(report["localDay"], "20260301");
-    EXPECT_EQ(report["cpu_t"][1], 16 * 3600 + 1) << "a sample a second, at 55 °C";
-    EXPECT_EQ(report["cpu_c"][1], 0) << "the episode has not ended";
-    EXPECT_EQ(log.count(ANDROID_LOG_DEBUG, "Collect tsensor big data."), 1u);
-    runUntil(kMidnight + 24 * kHour);
-    EXPECT_EQ(data()["tsensorthermal"]["20260302"]["cpu_t"][1], 24 * 3600);
-}
