@@ -32,10 +32,12 @@ int serve(const std::string& socket) {
 void setUp(CLI::App& app, int& status) {
     static std::string socket = binderhub::defaultSocket();
     app.add_option("--socket", socket,
-                   "Its socket, else dev/binderhub below the folder that KELVO_ROOT names");
+                   "Its socket, else dev/binderhub below the folder that KELVO_ROOT names")
+            ->type_name("FILE");
     app.fallthrough();
-    const CLI::App* const state = app.add_subcommand(
+    CLI::App* const state = app.add_subcommand(
             "state", "Print what the running hub holds, as JSON; for its user and root only");
+    command_line::setExamples(*state, {"KELVO_ROOT=phone binderhub state"});
     app.require_subcommand(0, 1);
     app.callback(
             [state, &status] { status = state->parsed() ? printState(socket) : serve(socket); });

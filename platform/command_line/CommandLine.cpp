@@ -93,6 +93,14 @@ int run(int argc, char** argv, const std::string& name, const std::string& purpo
     }
 }
 
+void setExamples(CLI::App& command, const std::vector<std::string>& lines) {
+    std::string footer = lines.size() > 1 ? "Examples:" : "Example:";
+    for (const std::string& line : lines) {
+        footer += "\n  " + line;
+    }
+    command.footer(footer);
+}
+
 void complain(const std::string& program, const std::string& problem) {
     std::cerr << program << ": " << problem << '\n';
 }

@@ -5,6 +5,7 @@
 #include <ostream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 // What all programs of this tree have in common towards who runs them: "--help" and "--version",
 // status 0 for success, and for a failure one line "PROGRAM: what is wrong: where" on standard
@@ -46,6 +47,9 @@ void checkWritten(const std::ostream& stream, const std::string& place);
  */
 int run(int argc, char** argv, const std::string& name, const std::string& purpose,
         const std::function<void(CLI::App& app, int& status)>& setUp);
+
+/** What the help of a command ends with: command lines that work, one a line. */
+void setExamples(CLI::App& command, const std::vector<std::string>& lines);
 
 /** Writes the line of a failure. */
 void complain(const std::string& program, const std::string& problem);

@@ -13,6 +13,7 @@ void addEncrypt(CLI::App& app, std::string& in, std::string& out) {
     command->add_option("OUT", out, "stored file; - is standard output")
             ->type_name("FILE")
             ->required();
+    command_line::setExamples(*command, {"kelvoconf encrypt kelvo.json kelvo.conf"});
     command->final_callback([&] { encryptCommand(in, out); });
 }
 
@@ -24,6 +25,7 @@ void addDecrypt(CLI::App& app, std::string& in, std::string& out) {
     command->add_option("OUT", out, "JSON text; - is standard output")
             ->type_name("FILE")
             ->required();
+    command_line::setExamples(*command, {"kelvoconf decrypt kelvo.conf -"});
     command->final_callback([&] { decryptCommand(in, out); });
 }
 
@@ -47,6 +49,9 @@ void addMerge(CLI::App& app, MergeOptions& options) {
     command->add_flag("--explain", options.explain,
                       "print each key that an override touched, its value and who set it");
     command->add_flag("--json", options.json, "for machines: one object a line");
+    command_line::setExamples(*command,
+                              {"kelvoconf merge --platform SM8450 --project 30117 --explain "
+                               "examples/game/kelvo.json examples/game/kelvo_SM8450.json"});
     command->final_callback([&] { mergeCommand(options); });
 }
 
@@ -58,6 +63,9 @@ void addLint(CLI::App& app, LintOptions& options, int& status) {
                         "zone types in index order, one a line, or a device root")
             ->type_name("FILE");
     command->add_flag("--json", options.json, "for machines: one object a line");
+    command_line::setExamples(*command,
+                              {"kelvoconf lint --platform SM8450 --project 30117 "
+                               "examples/game/kelvo.json examples/game/kelvo_SM8450.json"});
     command->final_callback([&] { status = lintCommand(options); });
 }
 
@@ -65,6 +73,7 @@ void addShow(CLI::App& app, PhoneFiles& files) {
     CLI::App* command =
             app.add_subcommand("show", "Print scenes, models, zones and thresholds as tables");
     addFiles(*command, files, false);
+    command_line::setExamples(*command, {"kelvoconf show examples/hello/kelvo.json"});
     command->final_callback([&] { showCommand(files); });
 }
 
@@ -81,6 +90,8 @@ void addDraft(CLI::App& app, DraftOptions& options) {
     command->add_flag("--zones-only", options.zonesOnly,
                       "print the list alone, on standard output");
     command->add_flag("--json", options.json, "list for machines: one object a line");
+    command_line::setExamples(*command, {"kelvoconf draft --root / --zones-only",
+                                         "kelvoconf draft --root / --output kelvo.json"});
     command->final_callback([&] { draftCommand(options); });
 }
 

@@ -13,6 +13,7 @@ void addCheck(CLI::App& app) {
     static std::string scenario;
     CLI::App* const command = app.add_subcommand("check", "Say whether a scenario is correct");
     command->add_option("SCENARIO", scenario, "Scenario file")->type_name("FILE")->required();
+    command_line::setExamples(*command, {"kelvosim check examples/hello/scenario.json"});
     command->callback([] { checkScenario(scenario); });
 }
 
@@ -47,6 +48,11 @@ void addReplay(CLI::App& app, char** argv, int* status) {
             ->type_name("FILE");
     command->add_option(kOutcomeTo, options.recording.outcome)->group("");
     command->add_option(kCompareWith, options.recording.other)->group("");
+    command_line::setExamples(*command, {"kelvosim replay examples/hello/scenario.json",
+                                         "kelvosim replay examples/game/scenario.json --report "
+                                         "game.html --loglevel 1 --log game.log",
+                                         "kelvosim replay examples/tuning/scenario.json --against "
+                                         "examples/tuning/fitted.json"});
     command->callback([argv, status] {
         if (!options.recording.outcome.empty()) {
             options.events = options.log = options.explain = "";  // asked of the other run
@@ -76,6 +82,10 @@ void addLive(CLI::App& app, int* status) {
     command->add_option("KELVOD", options.kelvod,
                         "After --: the daemon and its arguments, else kelvod beside kelvosim")
             ->type_name("FILE");
+    command_line::setExamples(
+            *command,
+            {"kelvosim live examples/hello/scenario.json --root phone",
+             "kelvosim live examples/hello/scenario.json -- sh -c 'while :; do kelvod; done'"});
     command->callback([status] { *status = runLive(options); });
 }
 
