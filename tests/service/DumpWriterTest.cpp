@@ -9,9 +9,14 @@
 
 #include <android-base/unique_fd.h>
 
+#include <atomic>
+#include <cctype>
 #include <chrono>
 #include <future>
 #include <thread>
+
+#include "support/Await.h"
+#include "support/Files.h"
 
 using android::base::unique_fd;
 using kelvo::writeForReader;
@@ -60,22 +65,35 @@ TEST(DumpWriter, writesForReadersWhoReadLateAmongSignals) {
     }
 }
 
-TEST(DumpWriter, isHeldFiveSecondsByOneReaderWhoDoesNotRead) {
+TEST(DumpWriter, waitsForOneReaderAtATime) {
     Pipe pipe;
     pipe.fill();
-    const auto writeAndTime = [&] {
-        const Clock::time_point start = Clock::now();
-        EXPECT_FALSE(writeForReader(pipe.in.get(), "text"));
-        EXPECT_EQ(errno, ETIMEDOUT);
-        return Clock::now() - start;
-    };
-    auto one = std::async(std::launch::async, writeAndTime);
-    auto other = std::async(std::launch::async, writeAndTime);
-    const auto [least, most] = std::minmax({one.get(), other.get()});
-    EXPECT_LT(least, std::chrono::seconds(4)) << "one waits, the other does not";
-    EXPECT_GE(most, std::chrono::seconds(5));
+    std::atomic<pid_t> waiter = 0;
+    auto one = std::async(std::launch::async, [&] {
+        waiter = gettid();
+        return writeForReader(pipe.in.get(), "text");
+    });
+    ASSERT_TRUE(await([&] {
+        // The number of the system call in which it sleeps, or a word.
+        const std::string call = readFile("/proc/self/task/" + std::to_string(waiter) + "/syscall");
+        return waiter != 0 && !call.empty() && std::isdigit(call.front()) != 0;
+    })) << "it waits";
+    EXPECT_FALSE(writeForReader(pipe.in.get(), "text"));
+    EXPECT_EQ(errno, ETIMEDOUT);
     Pipe free;
-    EXPECT_TRUE(writeForReader(free.in.get(), "text")) << "also while or after one is held";
+    EXPECT_TRUE(writeForReader(free.in.get(), "text"));
+    char block[4096];
+    EXPECT_GT(read(pipe.out.get(), block, sizeof(block)), 0);
+    EXPECT_TRUE(one.get());
+}
+
+TEST(DumpWriter, givesAReaderWhoDoesNotReadFiveSeconds) {
+    Pipe pipe;
+    pipe.fill();
+    const Clock::time_point start = Clock::now();
+    EXPECT_FALSE(writeForReader(pipe.in.get(), "text"));
+    EXPECT_EQ(errno, ETIMEDOUT);
+    EXPECT_GE(Clock::now() - start, std::chrono::seconds(5));
 }
 
 TEST(DumpWriter, saysThatTheReaderIsGone) {
@@ -84,4 +102,6 @@ TEST(DumpWriter, saysThatTheReaderIsGone) {
     pipe.out.reset();
     EXPECT_FALSE(writeForReader(pipe.in.get(), "text"));
     EXPECT_EQ(errno, EPIPE);
+    EXPECT_FALSE(writeForReader(-1, "text")) << "a request without a descriptor";
+    EXPECT_EQ(errno, EBADF);
 }
