@@ -10,8 +10,10 @@
 
 namespace {
 
+using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::MatchesRegex;
+using testing::Not;
 
 struct Case {
     const char* program;
@@ -77,6 +79,27 @@ TEST(CommandLine, saysThatOutputIsLostUnlessItsReaderHasGone) {
                     << program << arguments[0] << redirection;
         }
     }
+}
+
+TEST(CommandLine, hasAManualWithKindsOfAllValuesAndExamplesOfAllCommands) {
+    for (const char* const name :
+         {"binderhub", "kelvoconf", "kelvoctl", "kelvosim", "servicemanager"}) {
+        SCOPED_TRACE(name);
+        EXPECT_THAT(runInShell("", name, {"--manual"}, "| groff -K utf8 -man -ww -z"),
+                    ended(0, ""));
+        std::string page = Program::run(name, {"--manual"}).out;
+        EXPECT_THAT(page, Not(ContainsRegex("fI(TEXT|INT|UINT|FLOAT)")));
+        for (size_t end; (end = page.rfind("\n.SS ")) != std::string::npos; page.resize(end)) {
+            const std::string command = page.substr(end);
+            EXPECT_TRUE(command.find("\n.nf\n") < command.find("\n.SH ") ||
+                        command.find("COMMAND") != std::string::npos)
+                    << command;
+        }
+    }
+    const std::string script = COMPLETIONS "/kelvosim";
+    EXPECT_EQ(Program::completed(script, "kelvosim live --r"), "--root");
+    EXPECT_EQ(Program::completed(script, "kelvosim replay " EXAMPLES "/game/s"),
+              EXAMPLES "/game/scenario.json");
 }
 
 TEST(CommandLine, replacesAFileWholeOrNotAtAll) {
