@@ -7,8 +7,10 @@
 
 #include <cerrno>
 #include <iostream>
+#include <optional>
 #include <string_view>
 
+#include "CommandTree.h"
 #include "Completion.h"
 #include "Manual.h"
 
@@ -16,13 +18,42 @@ namespace command_line {
 
 namespace {
 
-int parse(int argc, char** argv, CLI::App& app, const int& status) {
+/** The first word that stands where a command should. */
+std::optional<std::string> unknownCommand(const CLI::App& app) {
+    for (const std::string& word : app.remaining(true)) {
+        if (!word.starts_with('-')) {
+            return word;
+        }
+    }
+    return std::nullopt;
+}
+
+/** What is wrong with the command line, naming a command that does not exist. */
+std::string problemOf(const CLI::ParseError& error, const CLI::App& app,
+                      const Suggestion& suggestion) {
+    const std::optional<std::string> word = unknownCommand(app);
+    const auto missing = static_cast<int>(CLI::ExitCodes::RequiredError);
+    if (error.get_exit_code() != missing || !word) {
+        return error.what();
+    }
+    const CLI::App* place = &app;  // the innermost command that has commands of its own
+    while (!place->get_subcommands().empty()) {
+        place = place->get_subcommands().front();
+    }
+    std::vector<std::string> known;
+    for (const CLI::App* command : commandsOf(*place)) {
+        known.push_back(command->get_name());
+    }
+    return "no command \"" + *word + "\"" + (suggestion ? suggestion(*word, known) : "");
+}
+
+int parse(int argc, char** argv, CLI::App& app, const int& status, const Suggestion& suggestion) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& request) {
         return app.exit(request);
     } catch (const CLI::ParseError& error) {
-        complain(app.get_name(), std::string(error.what()) + ": command line");
+        complain(app.get_name(), problemOf(error, app, suggestion) + ": command line");
         std::cerr << "Run " << app.get_name() << " --help for the usage.\n";
         return kWrongUsage;
     }
@@ -68,7 +99,8 @@ void checkWritten(const std::ostream& stream, const std::string& place) {
 }
 
 int run(int argc, char** argv, const std::string& name, const std::string& purpose,
-        const std::function<void(CLI::App& app, int& status)>& setUp) {
+        const std::function<void(CLI::App& app, int& status)>& setUp,
+        const Suggestion& suggestion) {
     keepStandardDescriptors();
     signal(SIGPIPE, SIG_IGN);
     try {
@@ -77,7 +109,7 @@ int run(int argc, char** argv, const std::string& name, const std::string& purpo
         int status = 0;
         setUp(app, status);
         if (!printsItself(argc, argv, app)) {
-            status = parse(argc, argv, app, status);
+            status = parse(argc, argv, app, status, suggestion);
         }
         std::cout.flush();
         checkWritten(std::cout, "standard output");

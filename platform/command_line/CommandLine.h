@@ -5,6 +5,7 @@
 #include <ostream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // What all programs of this tree have in common towards who runs them: "--help" and "--version",
@@ -38,6 +39,10 @@ class ReaderGone : public std::exception {};
 /** The same when something of what was just written to the stream is lost: errno tells why. */
 void checkWritten(const std::ostream& stream, const std::string& place);
 
+/** What is added about a word that none of the known ones is: ", did you mean …?", or nothing. */
+using Suggestion =
+        std::function<std::string(std::string_view word, const std::vector<std::string>& known)>;
+
 /**
  * Runs a program; what it returns is its exit status. `setUp` describes the command line; what the
  * program does are callbacks of it, which set the status unless it is 0. Any other exception than
@@ -46,7 +51,8 @@ void checkWritten(const std::ostream& stream, const std::string& place);
  * no file of the program's is taken for one of them.
  */
 int run(int argc, char** argv, const std::string& name, const std::string& purpose,
-        const std::function<void(CLI::App& app, int& status)>& setUp);
+        const std::function<void(CLI::App& app, int& status)>& setUp,
+        const Suggestion& suggestion = {});
 
 /** What the help of a command ends with: command lines that work, one a line. */
 void setExamples(CLI::App& command, const std::vector<std::string>& lines);

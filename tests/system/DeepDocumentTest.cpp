@@ -57,9 +57,9 @@ TEST_F(DeepDocumentTest, isAMistakeToKelvoconf) {
     }
 }
 
-TEST_F(DeepDocumentTest, isStoredWithAWarning) {
+TEST_F(DeepDocumentTest, isStoredByForce) {
     const std::string document = path("document.json");
-    EXPECT_THAT(Program::run("kelvoconf", {"encrypt", document, path("out.conf")}),
+    EXPECT_THAT(Program::run("kelvoconf", {"encrypt", "--force", document, path("out.conf")}),
                 ended(0, "kelvoconf: warning: the daemon will reject this text: " + kWhat + ": " +
                                  document + ":2:1004\n"));
     EXPECT_EQ(mFiles.node("/out.conf"), mFiles.node("/stored.conf"));

@@ -41,9 +41,13 @@ TEST_F(KelvoconfTest, decryptGivesBackWhatEncryptStored) {
     EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 3) << "nothing half-written";
 }
 
-TEST_F(KelvoconfTest, encryptOnlyWarnsOfTextThatTheDaemonWouldReject) {
+TEST_F(KelvoconfTest, encryptStoresTextThatTheDaemonWouldRejectByForce) {
     files.setNode("/in.json", "\xef\xbb\xbf /* { */\n// {\n{\"a\": x}");
-    const Program::Result result = run("encrypt in.json out.conf");
+    const Program::Result refused = run("encrypt in.json out.conf");
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.out, EndsWith("; --force stores it: in.json:3:7\n"));
+    EXPECT_FALSE(fs::exists("out.conf"));
+    const Program::Result result = run("encrypt --force in.json out.conf");
     EXPECT_EQ(result.status, 0);
     EXPECT_THAT(result.out, StartsWith("kelvoconf: warning: dropped 17 bytes before the first "
                                        "\"{\": in.json\n"));
@@ -60,7 +64,7 @@ TEST_F(KelvoconfTest, failuresSayWhatAndWhere) {
     const std::tuple<const char*, int, const char*> cases[] = {
             {"encrypt list.json out", 1, "the text does not begin with an object: list.json"},
             {"encrypt none.json out", 1, "cannot open (No such file or directory): none.json"},
-            {"encrypt bad.json none/out", 1, ": none/out"},
+            {"encrypt --force bad.json none/out", 1, ": none/out"},
             {"decrypt - out < /dev/null", 1, "not an encrypted configuration: standard input"},
             {"decrypt bad.conf - > /dev/full", 1, ": standard output"},
             {"merge --platform SM8450 --project Q bad.json", 1, ": bad.json:3:7"},

@@ -5,7 +5,8 @@
 namespace kelvoconf {
 
 /** Stores a JSON text as the daemon reads it. Throws Failure, as all commands. */
-void encryptCommand(const std::string& in, const std::string& out);
+/** `force`: also a text that the daemon will reject. */
+void encryptCommand(const std::string& in, const std::string& out, bool force);
 
 /** Gives back the JSON text of a stored file, byte for byte. */
 void decryptCommand(const std::string& in, const std::string& out);

@@ -13,19 +13,24 @@ namespace {
 
 constexpr size_t kMaxText = std::numeric_limits<int32_t>::max() - 20;  // bytes
 
-// The daemon may be given another text than it can parse, in a test of its failures for one.
-void warnOfSyntax(const std::string& name, const std::string& text, size_t prefix) {
+// With `force` the daemon is given what it cannot parse, in a test of its failures for one.
+void checkSyntax(const std::string& name, const std::string& text, size_t prefix, bool force) {
     Json::Value root;
     kelvo::ConfigTextError error;
-    if (kelvo::parseConfigText(text.substr(prefix), root, &error) != 0) {
-        error.offset += prefix;
-        warn("the daemon will reject this text: " + error.what, placeOf(name, text, error.offset));
+    if (kelvo::parseConfigText(text.substr(prefix), root, &error) == 0) {
+        return;
     }
+    const std::string problem = "the daemon will reject this text: " + error.what;
+    const std::string place = placeOf(name, text, error.offset + prefix);
+    if (!force) {
+        throw Failure(problem + "; --force stores it: " + place);
+    }
+    warn(problem, place);
 }
 
 }  // namespace
 
-void encryptCommand(const std::string& in, const std::string& out) {
+void encryptCommand(const std::string& in, const std::string& out, bool force) {
     const std::string text = readInput(in);
     const std::string name = in == "-" ? "standard input" : in;
     if (text.find('{') == std::string::npos) {
@@ -41,7 +46,7 @@ void encryptCommand(const std::string& in, const std::string& out) {
     if (prefix > 0) {
         warn("dropped " + std::to_string(prefix) + " bytes before the first \"{\"", name);
     }
-    warnOfSyntax(in, text, prefix);
+    checkSyntax(in, text, prefix, force);
     writeOutput(out, common::encryptConfig(std::string_view(text).substr(prefix)));
 }
 

@@ -2,19 +2,22 @@
 
 #include "CommandLine.h"
 #include "Commands.h"
+#include "common/NearestName.h"
 
 using namespace kelvoconf;
 
 namespace {
 
 void addEncrypt(CLI::App& app, std::string& in, std::string& out) {
+    static bool force = false;
     CLI::App* command = app.add_subcommand("encrypt", "Store a JSON text as the daemon reads it");
     command->add_option("IN", in, "JSON text; - is standard input")->type_name("FILE")->required();
     command->add_option("OUT", out, "stored file; - is standard output")
             ->type_name("FILE")
             ->required();
+    command->add_flag("--force", force, "store a text that the daemon will reject as well");
     command_line::setExamples(*command, {"kelvoconf encrypt kelvo.json kelvo.conf"});
-    command->final_callback([&] { encryptCommand(in, out); });
+    command->final_callback([&] { encryptCommand(in, out, force); });
 }
 
 void addDecrypt(CLI::App& app, std::string& in, std::string& out) {
@@ -116,5 +119,6 @@ void setUp(CLI::App& app, int& status) {
 int main(int argc, char** argv) {
     // The daemon's code logs what the tool reports in its own words.
     __android_log_set_logger([](const __android_logger_data*, const char*) {});
-    return command_line::run(argc, argv, "kelvoconf", "Configuration files of kelvod", setUp);
+    return command_line::run(argc, argv, "kelvoconf", "Configuration files of kelvod", setUp,
+                             common::suggestion);
 }
