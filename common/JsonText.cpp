@@ -4,8 +4,11 @@
 #include <json/writer.h>
 
 #include <array>
+#include <charconv>
+#include <cmath>
 #include <memory>
 #include <sstream>
+#include <utility>
 
 #include "config/JsonNesting.h"
 
@@ -36,6 +39,44 @@ Json::StreamWriter& writerOf(JsonStyle style) {
     return *writers.at(static_cast<size_t>(style));
 }
 
+/** A number with a fraction stays one for readers that tell it from a whole one: "38.0". */
+std::string shortestNumber(double value) {
+    constexpr double kLeast = 1e-5;  // from here up to 1e15 without an exponent
+    constexpr double kMost = 1e15;
+    const double size = std::abs(value);
+    const bool isPlain = size == 0 || (size >= kLeast && size < kMost);
+    std::array<char, 64> text;
+    const auto end = std::to_chars(text.begin(), text.end(), value,
+                                   isPlain ? std::chars_format::fixed : std::chars_format::general)
+                             .ptr;
+    const std::string number(text.begin(), end);
+    return isPlain && number.find('.') == std::string::npos ? number + ".0" : number;
+}
+
+void appendShortest(std::string& text, const Json::Value& value) {
+    const char* between = "";
+    if (value.isArray()) {
+        text += "[";
+        for (const Json::Value& element : value) {
+            text += std::exchange(between, ",");
+            appendShortest(text, element);
+        }
+        text += "]";
+    } else if (value.isObject()) {
+        text += "{";
+        for (auto member = value.begin(); member != value.end(); ++member) {
+            text.append(std::exchange(between, ",")) +=
+                    compactJson(member.name(), JsonStyle::UTF8) + ":";
+            appendShortest(text, *member);
+        }
+        text += "}";
+    } else if (value.type() == Json::realValue && std::isfinite(value.asDouble())) {
+        text += shortestNumber(value.asDouble());
+    } else {
+        text += compactJson(value, JsonStyle::UTF8);
+    }
+}
+
 }  // namespace
 
 std::optional<Json::Value> parseJson(std::string_view text) {
@@ -61,7 +102,20 @@ TextPlace placeIn(std::string_view text, size_t offset) {
     return place;
 }
 
+double asWritten(float value) {
+    std::array<char, 32> text{};
+    const char* const end = std::to_chars(text.begin(), text.end(), value).ptr;
+    double same = value;
+    std::from_chars(text.begin(), end, same);
+    return same;
+}
+
 std::string compactJson(const Json::Value& value, JsonStyle style) {
+    if (style == JsonStyle::SHORTEST) {
+        std::string text;
+        appendShortest(text, value);
+        return text;
+    }
     std::ostringstream text;
     writerOf(style).write(value, &text);
     return text.str();

@@ -29,11 +29,15 @@ enum class JsonStyle {
     ASCII,       // escaped; with the digits that give the same double again
     UTF8,        // as they are; likewise
     AS_WRITTEN,  // as they are; of up to 15 significant digits as somebody wrote them
+    SHORTEST,    // as they are; with the fewest digits that give the same double again
 };
+
+/** The double that reads like this float: 38.6, and not 38.599998474121094. */
+double asWritten(float value);
 
 /** JSON on one line, without a newline. */
 std::string compactJson(const Json::Value& value, JsonStyle style = JsonStyle::ASCII);
-/** JSON on many lines, indented by tabs; likewise. */
+/** JSON on many lines, indented by tabs; likewise, but for SHORTEST, which is as UTF8. */
 std::string indentedJson(const Json::Value& value, JsonStyle style = JsonStyle::ASCII);
 
 }  // namespace common

@@ -35,7 +35,6 @@ void LivePhone::advanceTo(int64_t timeMs) {
     mShellTemp.takeLines([](std::string_view) {});  // or the daemon would find its pipe full
     while (const Deed* const deed = mPlayer->takeAction(playedMs)) {
         perform(*deed, playedMs);
-        mOnAction(*deed);
     }
     mFramework->work(timeMs);
 }

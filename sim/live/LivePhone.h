@@ -33,10 +33,6 @@ class LivePhone {
     LivePhone(const Scenario& scenario, const std::string& root, const std::string& programs,
               const std::vector<std::string>& kelvod, const std::vector<std::string>& framework);
 
-    /** Told of each action when it is due. */
-    void setActionObserver(std::function<void(const Deed&)> observer) {
-        mOnAction = std::move(observer);
-    }
     /** Brings the phone to this time of the scenario (ms); after its end the zones stand still. */
     void advanceTo(int64_t timeMs);
     /** Whether all actions that were due are done. */
@@ -62,7 +58,6 @@ class LivePhone {
     std::unique_ptr<LiveServices> mServices;
     std::unique_ptr<PhoneProcess> mKelvod;
     std::unique_ptr<LiveFramework> mFramework;
-    std::function<void(const Deed&)> mOnAction = [](const Deed&) {};
 };
 
 }  // namespace sim

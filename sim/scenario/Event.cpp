@@ -6,8 +6,6 @@
 #include <cstdio>
 #include <string_view>
 
-#include "common/JsonText.h"
-
 namespace sim {
 
 namespace {
@@ -18,7 +16,7 @@ bool isPlain(std::string_view text) {
             text, [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; });
 }
 
-void appendValue(std::string& line, const Json::Value& value) {
+void appendValue(std::string& line, const Json::Value& value, common::JsonStyle style) {
     const char* begin = nullptr;
     const char* end = nullptr;
     if (value.type() == Json::intValue) {
@@ -26,7 +24,7 @@ void appendValue(std::string& line, const Json::Value& value) {
     } else if (value.getString(&begin, &end) && isPlain({begin, end})) {
         line.append(1, '"').append(begin, end).append(1, '"');
     } else {
-        line += common::compactJson(value);
+        line += common::compactJson(value, style);
     }
 }
 
@@ -38,11 +36,11 @@ std::string toSeconds(int64_t timeMs) {
 
 }  // namespace
 
-std::string toJsonLine(const Event& event) {
+std::string toJsonLine(const Event& event, common::JsonStyle style) {
     std::string line = "{\"t\":" + toSeconds(event.timeMs) + ",\"event\":\"" + event.name + "\"";
     for (const auto& [key, value] : event.members) {
         line.append(",\"").append(key).append("\":");
-        appendValue(line, value);
+        appendValue(line, value, style);
     }
     return line + "}";
 }

@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "common/JsonText.h"
+
 namespace sim {
 
 /** Something that the daemon did, as a replay reports it. */
@@ -19,7 +21,7 @@ struct Event {
 };
 
 /** One line of JSON: "t" in seconds with three decimals, "event", then the members. */
-std::string toJsonLine(const Event& event);
+std::string toJsonLine(const Event& event, common::JsonStyle style = common::JsonStyle::ASCII);
 /** The same line at another time. */
 std::string atTime(const std::string& jsonLine, int64_t timeMs);
 

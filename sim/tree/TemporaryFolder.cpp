@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <stdexcept>
 #include <system_error>
 
 namespace sim {
@@ -12,7 +13,14 @@ namespace sim {
 namespace fs = std::filesystem;
 
 std::string temporaryFiles() {
-    return fs::temp_directory_path().string();
+    std::error_code error;
+    const fs::path folder = fs::temp_directory_path(error);
+    if (error) {
+        const char* const named = getenv("TMPDIR");
+        throw std::runtime_error("TMPDIR names no folder: " +
+                                 std::string(named != nullptr ? named : "/tmp"));
+    }
+    return folder.string();
 }
 
 std::string temporaryMemory() {

@@ -119,6 +119,11 @@ TEST_F(KelvosimLiveTest, performsTheFrameworksActionsThroughBinder) {
     EXPECT_THAT(log, HasSubstr("already added")) << "the same binder, not a new one";
 }
 
+TEST_F(KelvosimLiveTest, saysThatTheDaemonKeepsItsPace) {
+    EXPECT_THAT(Program::run("kelvosim", {"live", scenario(R"({"duration":1})"), "--speed", "4"}),
+                ended(0, HasSubstr("runs 4 times as fast as the daemon's")));
+}
+
 TEST_F(KelvosimLiveTest, refusesCallsOfOtherUsers) {
     const std::string actions = scenario(R"({"duration":1,"timeline":[
         {"t":0,"do":"listen","id":"a","uid":10050},

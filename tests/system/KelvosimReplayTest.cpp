@@ -203,6 +203,7 @@ TEST_F(KelvosimReplayTest, tellsATerminalHowFarItHasCome) {
                                 << seconds << "}";
         int terminal = -1;
         if (forkpty(&terminal, nullptr, nullptr, nullptr) == 0) {
+            setenv("TERM", "xterm", 1);
             execl(program.c_str(), "kelvosim", "replay", scenario.c_str(), "--events",
                   events.c_str(), nullptr);
             _exit(127);

@@ -1,5 +1,6 @@
 #include "DecisionEvents.h"
 
+#include "common/JsonText.h"
 #include "heat/ComponentType.h"
 #include "sim/virtual/VirtualTime.h"
 
@@ -33,11 +34,15 @@ Json::Value toJson(const kelvo::ModelEvaluation& model) {
     return value;
 }
 
-Json::Value toJson(const std::optional<kelvo::OutputDecision::Limiting>& limiting) {
+/** `limit` alone is 0 for a value that was taken as fitted, be it a new one or the one before. */
+Json::Value limitingOf(const kelvo::OutputDecision& output) {
+    const auto& limiting = output.limiting;
     if (!limiting) {
         return {};
     }
     Json::Value value(Json::objectValue);
+    value["limited"] = limiting->limit != 0;
+    value["still"] = output.value == limiting->previous;
     value["previous"] = limiting->previous;
     value["seconds"] = limiting->seconds;
     value["rate"] = limiting->rate;
@@ -50,7 +55,7 @@ Json::Value toJson(const kelvo::OutputDecision& output) {
     value["index"] = output.index;
     value["fitted"] = output.fitted;
     value["capped"] = output.capped;
-    value["limiting"] = toJson(output.limiting);
+    value["limiting"] = limitingOf(output);
     value["value"] = output.value;
     value["changed"] = output.changed;
     value["written"] = output.written;
@@ -120,7 +125,7 @@ Json::Value toJson(const HeatRanking::Contribution& contribution) {
     value["component"] = componentValue(contribution.component);
     value["heat"] = contribution.heat;
     value["method"] = methodName(contribution.conversion.method);
-    value["coefficient"] = static_cast<double>(contribution.conversion.coefficient);
+    value["coefficient"] = common::asWritten(contribution.conversion.coefficient);
     Json::Value& samples = value["samples"] = Json::Value(Json::arrayValue);
     for (const HeatConversion::Reading& reading : contribution.conversion.samples) {
         Json::Value& pair = samples.append(Json::Value(Json::arrayValue));
@@ -164,7 +169,7 @@ void DecisionEvents::onFittingPass(const kelvo::FittingPass& pass) {
 
 void DecisionEvents::onLevelDecision(const LevelDecision& decision) {
     tell("level_decision", {{"temp", decision.temp},
-                            {"celsius", static_cast<double>(decision.celsius)},
+                            {"celsius", common::asWritten(decision.celsius)},
                             {"last_celsius", decision.lastLevelTemp},
                             {"rule", ruleName(decision.rule)},
                             {"below", toJson(decision.below)},

@@ -130,7 +130,6 @@ bool KelvodView::connect() {
     if (mKelvod == nullptr) {
         return false;
     }
-    ++mIncarnation;
     mLevel.reset();
     mThresholds = {};
     mListener = std::make_shared<Listener>();
@@ -158,7 +157,6 @@ std::optional<KelvodReport> KelvodView::ask() {
         return std::nullopt;
     }
     KelvodReport report;
-    report.incarnation = mIncarnation;
     if (hasOutput((*temps)[1])) {
         report.shell = (*shell)[0].asDouble();
         if ((*status)[1] != -1) {
@@ -189,6 +187,6 @@ std::optional<int32_t> KelvodView::levelAt(double celsius, int32_t status) {
     if (++mThresholdsAge > kThresholdsLast || mThresholds.status.empty()) {
         learnThresholds();
     }
-    mLevel = levelOf(mThresholds, status, celsius, mLevel);
+    mLevel = client::levelOf(mThresholds, status, celsius, mLevel);
     return mLevel;
 }

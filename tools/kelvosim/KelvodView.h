@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "KelvodReport.h"
+#include "client/ThermalLevel.h"
 
 /**
  * The daemon as a client of its service sees it. Asks on a thread of its own, so that a daemon that
@@ -46,10 +47,9 @@ class KelvodView {
     // Used by the thread alone.
     android::sp<android::IBinder> mKelvod;
     std::shared_ptr<Listener> mListener;
-    ThermalThresholds mThresholds;
+    client::ThermalThresholds mThresholds;
     int mThresholdsAge = 0;  // in looks
     std::optional<int32_t> mLevel;
-    int mIncarnation = 0;
 
     std::thread mThread;
 };

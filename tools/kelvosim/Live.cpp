@@ -16,11 +16,11 @@
 #include <optional>
 #include <system_error>
 
-#include "AskedScene.h"
 #include "CommandLine.h"
 #include "KelvodView.h"
 #include "StatusLine.h"
 #include "Supported.h"
+#include "client/KelvodLog.h"
 #include "sim/live/FrameworkProcess.h"
 #include "sim/live/LiveFramework.h"
 #include "sim/live/LivePhone.h"
@@ -114,6 +114,16 @@ void printRoot(const std::string& root) {
               << std::endl;
 }
 
+/** Its loops, delays and averages keep real time: only a replay has them in the phone's. */
+void warnOfSpeed(double speed) {
+    if (speed != 1) {
+        std::cerr
+                << "kelvosim: warning: the phone's time runs " << speed
+                << " times as fast as the daemon's, whose values are not those of the scenario at "
+                   "its own pace; \"replay\" gives these\n";
+    }
+}
+
 std::FILE* sLog = nullptr;
 
 void logLine(const __android_logger_data* data, const char* message) {
@@ -133,31 +143,24 @@ void logTo(const std::string& file) {
 /** Prints the lines of a run, each about the phone as it is then. */
 class Lines {
   public:
-    Lines(const sim::Scenario& scenario, sim::LivePhone& phone, KelvodView& view)
-          : mPhone(phone), mView(view), mLine(scenario), mScene(scenario) {
-        phone.setActionObserver([this](const sim::Deed& deed) { mScene.tell(deed, Clock::now()); });
+    Lines(const sim::Scenario& scenario, sim::LivePhone& phone, KelvodView& view,
+          const std::string& log)
+          : mPhone(phone), mView(view), mLine(scenario), mLog(log) {
         std::cout << StatusLine::heading() << std::endl;
     }
     /** A reader that goes away ends the run in order, so that nothing is left behind. */
     void print(int64_t timeMs) {
-        PhoneState state{timeMs, mView.look(kViewLimit), "", mPhone.hottestZone()};
-        if (state.kelvod && state.kelvod->incarnation != mIncarnation) {
-            if (mIncarnation != 0) {
-                mScene.restart();
-            }
-            mIncarnation = state.kelvod->incarnation;
-        }
-        state.scene = mScene.current(Clock::now());
-        std::cout << mLine.line(state) << std::endl;
+        const auto kelvod = mView.look(kViewLimit);
+        mLog.update();
+        std::cout << mLine.line({timeMs, kelvod, mLog.scene(), mPhone.hottestZone()}) << std::endl;
         command_line::checkWritten(std::cout, "standard output");
     }
 
   private:
     sim::LivePhone& mPhone;
     KelvodView& mView;
-    const StatusLine mLine;
-    AskedScene mScene;
-    int mIncarnation = 0;
+    StatusLine mLine;
+    client::KelvodLog mLog;
 };
 
 /** Runs to the end of the scenario, a signal, or the end of one of the phone's processes. */
@@ -201,13 +204,14 @@ int runLive(const LiveOptions& options) {
         refuseUsedFolder(root);
     }
     root = fs::absolute(root);
+    warnOfSpeed(options.speed);
     std::unique_ptr<KelvodView> view;  // outlives the daemon that it may be waiting for
     sim::LivePhone phone(scenario, root, programFolder(), kelvodCommand(options),
                          {programFolder() + "/kelvosim", "framework", options.scenario});
     logTo(root + "/data/kelvosim.log");
     view = std::make_unique<KelvodView>();
     printRoot(root);
-    Lines lines(scenario, phone, *view);
+    Lines lines(scenario, phone, *view, root + "/data/kelvod.log");
     return runPhone(phone, scenario, options.speed, lines, signals);
 }
 

@@ -7,6 +7,7 @@
 #include <memory>
 #include <ostream>
 
+#include "ChangeEvents.h"
 #include "DecisionEvents.h"
 #include "OtherConfig.h"
 #include "OutputFile.h"
@@ -49,8 +50,9 @@ std::unique_ptr<OutputFile> openIfNamed(const std::string& name) {
     return name.empty() ? nullptr : std::make_unique<OutputFile>(name);
 }
 
-void writeLine(OutputFile& output, const sim::Event& event) {
-    output.stream() << sim::toJsonLine(event) << '\n';
+void writeLine(OutputFile& output, const sim::Event& event,
+               common::JsonStyle style = common::JsonStyle::ASCII) {
+    output.stream() << sim::toJsonLine(event, style) << '\n';
     output.noteLoss();
 }
 
@@ -79,9 +81,15 @@ int replay(const sim::Scenario& scenario, const ReplayOptions& options) {
     const auto events = openIfNamed(options.events);
     const auto reasons = openIfNamed(options.explain);
     DecisionFanOut observers;
-    DecisionEvents explanation([&](const sim::Event& event) { writeLine(*reasons, event); });
+    DecisionEvents explanation([&](const sim::Event& event) {
+        writeLine(*reasons, event, common::JsonStyle::SHORTEST);
+    });
     if (reasons != nullptr) {
         observers.add(&explanation);
+    }
+    ChangeEvents changes([&](const sim::Event& event) { writeLine(*events, event); });
+    if (events != nullptr && options.changes) {
+        observers.add(&changes);
     }
     std::unique_ptr<ReplayRecording> recording;
     if (options.recording.wanted()) {

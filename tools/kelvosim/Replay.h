@@ -7,9 +7,10 @@
 
 struct ReplayOptions {
     std::string scenario;
-    std::string events;   // where the events go; "-" is standard output, empty nowhere
-    std::string log;      // likewise the daemon's log
-    std::string explain;  // likewise the reasons of its values
+    std::string events;    // where the events go; "-" is standard output, empty nowhere
+    bool changes = false;  // with those of scene and level
+    std::string log;       // likewise the daemon's log
+    std::string explain;   // likewise the reasons of its values
     std::optional<int> logLevel;
     RecordingOptions recording;  // with `otherConfig` the scenario is run with that one as well
 };

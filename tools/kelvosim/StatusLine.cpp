@@ -7,6 +7,7 @@
 
 namespace {
 
+constexpr char kUnknown[] = "-";
 constexpr char kRow[] = "%-10s  %-5s  %-5s  %-6s  %-7s  %-11s  %-14s  %s";
 
 std::string celsius(std::optional<double> degrees) {
@@ -18,7 +19,7 @@ std::string celsius(std::optional<double> degrees) {
 }
 
 std::string number(std::optional<int32_t> value) {
-    return value ? std::to_string(*value) : "-";
+    return value ? std::to_string(*value) : kUnknown;
 }
 
 std::string row(const std::string& time, const std::string& shell, const std::string& level,
@@ -34,6 +35,16 @@ std::string zoneText(const std::optional<sim::ZoneSpec>& zone) {
     return zone ? zone->type + " " + celsius(*zone->temp / 1000.0) : "-";
 }
 
+/** "  level 3 -> 4" when it was known before; `value` is the one to come next time. */
+std::string change(const char* name, const std::string& value, std::optional<std::string>& known) {
+    if (value == kUnknown) {
+        return "";
+    }
+    const std::string before = known.value_or(value);
+    known = value;
+    return before == value ? "" : "  " + std::string(name) + " " + before + " -> " + value;
+}
+
 }  // namespace
 
 std::string StatusLine::heading() {
@@ -41,12 +52,14 @@ std::string StatusLine::heading() {
                "hottest zone (temperatures in °C)");
 }
 
-std::string StatusLine::line(const PhoneState& state) const {
+std::string StatusLine::line(const PhoneState& state) {
     const KelvodReport kelvod = state.kelvod.value_or(KelvodReport());
-    return row(wallClock(state.timeMs), celsius(kelvod.shell), number(kelvod.level),
-               number(kelvod.status), number(kelvod.ambient), kelvod.heatSource.value_or("-"),
-               state.kelvod ? state.scene : "-",
-               zoneText(state.hottestZone) + (state.kelvod ? "" : "  (kelvod does not answer)"));
+    const std::string level = number(kelvod.level);
+    const std::string scene = state.kelvod ? state.scene.value_or(kUnknown) : kUnknown;
+    return row(wallClock(state.timeMs), celsius(kelvod.shell), level, number(kelvod.status),
+               number(kelvod.ambient), kelvod.heatSource.value_or(kUnknown), scene,
+               zoneText(state.hottestZone) + (state.kelvod ? "" : "  (kelvod does not answer)") +
+                       change("level", level, mLevel) + change("scene", scene, mScene));
 }
 
 std::string StatusLine::wallClock(int64_t timeMs) const {

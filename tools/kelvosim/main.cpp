@@ -5,6 +5,7 @@
 #include "Live.h"
 #include "OtherConfig.h"
 #include "Replay.h"
+#include "common/NearestName.h"
 
 namespace {
 
@@ -28,6 +29,8 @@ void addReplay(CLI::App& app, char** argv, int* status) {
             ->required();
     command->add_option("--events", options.events, "Where the events go, one JSON object a line")
             ->type_name("FILE");
+    command->add_flag("--changes", options.changes,
+                      "Let the events tell changes of the scene and of the level as well");
     command->add_option("--log", options.log, "Where the daemon's log goes")->type_name("FILE");
     command->add_option("--explain", options.explain,
                         "Where the reasons of the daemon's values go, one JSON object a line")
@@ -75,7 +78,9 @@ void addLive(CLI::App& app, int* status) {
     command->add_option("--root", options.root,
                         "Device root, an empty or new folder that is kept; else a temporary one")
             ->type_name("FOLDER");
-    command->add_option("--speed", options.speed, "Seconds of the scenario in one real second")
+    command->add_option("--speed", options.speed,
+                        "Seconds of the scenario in one real second; the daemon keeps real time, "
+                        "so at another speed than 1 its values are not the scenario's")
             ->type_name("FACTOR")
             ->check(CLI::Range(0.001, 100000.0))
             ->capture_default_str();
@@ -100,12 +105,14 @@ void addFramework(CLI::App& app) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    return command_line::run(argc, argv, "kelvosim", "A simulated phone for kelvod",
-                             [argv](CLI::App& app, int& status) {
-                                 app.require_subcommand(1);
-                                 addCheck(app);
-                                 addReplay(app, argv, &status);
-                                 addLive(app, &status);
-                                 addFramework(app);
-                             });
+    return command_line::run(
+            argc, argv, "kelvosim", "A simulated phone for kelvod",
+            [argv](CLI::App& app, int& status) {
+                app.require_subcommand(1);
+                addCheck(app);
+                addReplay(app, argv, &status);
+                addLive(app, &status);
+                addFramework(app);
+            },
+            common::suggestion);
 }
