@@ -48,6 +48,17 @@ TEST(CommandLine, isOfOneShape) {
     }
 }
 
+TEST(CommandLine, namesACommandThatDoesNotExistAndATemporaryFolderThatDoesNot) {
+    EXPECT_THAT(Program::run("kelvosim", {"repaly"}),
+                ended(2, HasSubstr("no command \"repaly\", did you mean \"replay\"?: command")));
+    for (const char* const command : {"live", "replay"}) {
+        EXPECT_THAT(
+                Program::runRooted("", programPath("kelvosim"),
+                                   {command, EXAMPLES "/hello/scenario.json"}, {"TMPDIR=/no/such"}),
+                ended(1, "kelvosim: TMPDIR names no folder: /no/such\n"));
+    }
+}
+
 /** A command line that bash is to run with this before it and this behind it. */
 Program::Result runInShell(const std::string& before, const std::string& program,
                            const std::vector<std::string>& arguments, const std::string& behind) {

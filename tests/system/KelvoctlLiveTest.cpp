@@ -7,13 +7,16 @@
 #include <filesystem>
 #include <regex>
 
+#include "sim/tree/DeviceTree.h"
 #include "sim/tree/TemporaryFolder.h"
 #include "support/Program.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using testing::AllOf;
 using testing::HasSubstr;
+using testing::MatchesRegex;
 
 struct KelvoctlLiveTest : testing::Test {
     KelvoctlLiveTest() { startPhone({}); }
@@ -70,15 +73,44 @@ TEST_F(KelvoctlLiveTest, findsAndCallsTheDaemon) {
 
 TEST_F(KelvoctlLiveTest, showsWhatTheDaemonKnowsAndTells) {
     EXPECT_THAT(out({"--json", "status"}),
-                HasSubstr("\"temp\":31650,\"type\":1,\"ambient\":null,"));
+                AllOf(HasSubstr("\"temp_c\":31.65,\"temp\":31650,\"type\":1,\"ambient\":null,"),
+                      HasSubstr(",\"scene\":\"default\",\"config_file\":null,"
+                                "\"config_version\":null,\"config_error\":")));
+    EXPECT_THAT(out({"status", "--dump", "--json"}), HasSubstr("\"config_version\":\"hello"));
     EXPECT_EQ(anyStatus(out({"--json", "watch", "--count", "2"})),
               "{\"event\":\"notify_thermal_status\",\"status\":0}\n"
               "{\"event\":\"notify_thermal_broadcast\",\"level\":0,\"temp\":31650}\n");
-    EXPECT_EQ(out({"--json", "set-config", "--hold", "1,2"}), "{\"result\":0}\n");
+    const Program::Result tooFew = kelvoctl({"--json", "set-config", "--hold", "1,2"});
+    EXPECT_THAT(tooFew, ended(1, HasSubstr("a list needs 21 values: --hold 2, ")));
+    EXPECT_EQ(tooFew.out, "{\"result\":0}\n");
+    EXPECT_EQ(out({"bigdata", "--peek", "--json"}).substr(0, 1), "{");
+    EXPECT_THAT(out({"temps"}), HasSubstr("shell 1  31.6 °C\n"));
+    EXPECT_THAT(out({"watch", "--count", "1"}),
+                MatchesRegex("20..-..-..T..:..:..[.]...Z notify_thermal_status status .*\n"));
+    EXPECT_THAT(out({"watch", "--count", "1", "--json", "--time"}), HasSubstr(",\"time\":\"20"));
     EXPECT_EQ(out({"--json", "zones"}), "{\"temps\":null}\n");
     EXPECT_EQ(out({"--json", "screen", "0"}), "{\"ok\":true}\n");
     EXPECT_EQ(out({"--json", "heat", "report"}), "{}\n");
     EXPECT_EQ(kelvoctl({"heat"}).status, 2);
+}
+
+TEST_F(KelvoctlLiveTest, saysWhetherAReloadWasTaken) {
+    EXPECT_EQ(out({"reload"}), "the configuration was taken\n");
+    EXPECT_EQ(out({"reload", "--no-wait"}), "ok\n");
+    const std::string log = mRoot + "/data/kelvod.log";
+    sim::DeviceTree(mRoot).setNode("/data/zenta_lib/kelvo.conf", "garbage");
+    const Program::Result refused = kelvoctl({"reload", "--json"});
+    EXPECT_THAT(refused,
+                ended(1,
+                      "kelvoctl: the configuration was not taken, the one before stays (Get "
+                      "file contents failed!): " +
+                              log + "\n"));
+    EXPECT_EQ(refused.out, R"({"ok":true,"taken":false,"said":"Get file contents failed!"})"
+                           "\n");
+    EXPECT_THAT(out({"status"}), HasSubstr("config error    Get file contents failed!\n"));
+    fs::rename(log, log + ".old");
+    EXPECT_THAT(out({"--json", "reload"}),
+                HasSubstr(R"("taken":null,"said":"the version is still)"));
 }
 
 TEST_F(KelvoctlLiveTest, tellsWhoMayNotCall) {

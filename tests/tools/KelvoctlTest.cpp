@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <iterator>
 #include <map>
 #include <regex>
@@ -39,6 +40,30 @@ TEST(KelvoctlTest, refusesWrongUsage) {
           "call 4 --reply int32,double", "setprop name"}) {
         EXPECT_THAT(kelvoctl(command), ended(2, StartsWith("kelvoctl: "))) << command;
     }
+    const std::pair<const char*, const char*> named[] = {
+            {"stauts", "no command \"stauts\", did you mean \"status\"?"},
+            {"--json heat sart", "no command \"sart\", did you mean \"start\"?"},
+            {"qqqqqqqq 1", "no command \"qqqqqqqq\": "},
+            {"watch --count 0", "--count: expected a number of calls from 1 on, not 0: "},
+            {"wifi WifiState:3", "expected WifiState:N,ApState:N,"},
+            {"network level:1", "expected connectState:N,level:N,rssi:N,"},
+            {"speed transmit:1", "expected transmit:N,receive:N,mobileTx:N,mobileRx:N, N "},
+    };
+    for (const auto& [command, problem] : named) {
+        EXPECT_THAT(kelvoctl(command), ended(2, StartsWith(std::string("kelvoctl: ") + problem)))
+                << command;
+    }
+}
+
+TEST(KelvoctlTest, refusesARootThatIsNoPhones) {
+    const std::string root = std::string(getenv("KELVO_ROOT")) + "/none";
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"setprop", "a", "b"}, {"getprop", "a"}, {"status"}}) {
+        EXPECT_THAT(Program::runRooted(root, KELVOCTL, command),
+                    ended(1, StartsWith("kelvoctl: no phone to talk to: no folder " + root +
+                                        "/dev/properties; \"kelvosim live SCENARIO\" starts")));
+    }
+    EXPECT_FALSE(std::filesystem::exists(root));
 }
 
 TEST(KelvoctlTest, readsAndSetsPropertiesWithoutBinder) {
@@ -58,6 +83,7 @@ TEST(KelvoctlTest, isCompletedByBash) {
             {"heat f", "feed-start feed-stop"},
             {"bigdata -", "--help --peek"},
             {"watch --c", "--count"},
+            {"reload --n", "--no-wait"},
             {"watch --count ''", ""},
             {"call 4 --reply exception,i", "exception,int32"},
             {"call 4 v", "vector:"},

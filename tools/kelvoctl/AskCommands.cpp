@@ -13,6 +13,8 @@ namespace {
 using namespace kelvo;
 using enum client::ReplyType;
 
+constexpr char kNothing[] = "null\n";  // a document before anything was collected
+
 std::string joined(const Json::Value& list, const char* between) {
     std::string text;
     for (const Json::Value& element : list) {
@@ -21,15 +23,36 @@ std::string joined(const Json::Value& list, const char* between) {
     return text;
 }
 
-void temps(uint32_t code, const Output& output) {
+/** No call tells the names: they are numbered in the order of the reply. */
+std::string numbered(const char* name, const Json::Value& list) {
+    std::string text;
+    for (Json::ArrayIndex i = 0; i < list.size(); ++i) {
+        text += (i == 0 ? "" : "\n") + std::string(name) + " " + std::to_string(i + 1) + "  " +
+                milliCelsiusText(list[i]);
+    }
+    return text;
+}
+
+void temps(uint32_t code, const char* name, const Output& output) {
     const std::vector<Json::Value> values = askKelvo(code, {Int32, Vector});
     const Json::Value& list = values[1];
-    output.print({{"temps", list}}, list.isNull() ? "none" : joined(list, " "));
+    output.print({{"temps", list}}, list.empty() ? "none" : numbered(name, list));
+}
+
+const char* safetyText(const Json::Value& value) {
+    switch (value.asInt()) {
+        case 1:
+            return " (old_safety_project names the phone's project)";
+        case 2:
+            return " (old_safety_project does not name the phone's project)";
+        default:
+            return " (the configuration has no old_safety_project)";
+    }
 }
 
 void safety(const Output& output) {
     const Json::Value value = askKelvo(IS_NEW_SAFETY_TYPE, {Int32})[0];
-    output.print({{"value", value}}, value.asString());
+    output.print({{"value", value}}, value.asString() + safetyText(value));
 }
 
 /** The count stands alone when there are no names. */
@@ -47,11 +70,15 @@ void cpuLimit(const Output& output) {
 
 /** A document as text: as it came for a person, on one line for a program. */
 void printDocument(const std::string& text, const Output& output) {
-    if (!output.json) {
-        output.print({}, text);
+    if (text.empty() || text == kNothing) {
+        output.print({}, "nothing yet");
         return;
     }
-    const auto document = common::parseJson(text.empty() ? "{}" : text);
+    if (!output.json) {
+        output.print({}, text.substr(0, text.find_last_not_of('\n') + 1));
+        return;
+    }
+    const auto document = common::parseJson(text);
     if (!document) {
         throw Failure("the daemon's document is no JSON", "reply");
     }
@@ -71,16 +98,16 @@ void bigData(bool peek, const Output& output) {
 }  // namespace
 
 void addAsks(CLI::App& app, Output& output) {
-    app.add_subcommand("temps", "The four shell temperatures (m°C)")->callback([&] {
-        temps(GET_ALL_SHELL_TEMPS, output);
-    });
-    app.add_subcommand("zones", "The zones that clients may ask for (m°C)")->callback([&] {
-        temps(GET_SPECIFIED_ZONE_TEMPS, output);
-    });
+    app.add_subcommand("temps", "The four shell temperatures, by the index of their models")
+            ->callback([&] { temps(GET_ALL_SHELL_TEMPS, "shell", output); });
+    app.add_subcommand("zones",
+                       "The zones that clients may ask for, as specified_tempzone_info has them")
+            ->callback([&] { temps(GET_SPECIFIED_ZONE_TEMPS, "zone", output); });
     app.add_subcommand("safety", "The project's kind of safety")->callback([&] { safety(output); });
     app.add_subcommand("cpu-limit", "Processes to limit")->callback([&] { cpuLimit(output); });
     static bool peek = false;
-    CLI::App* const bigdata = app.add_subcommand("bigdata", "Take the field statistics");
+    CLI::App* const bigdata =
+            app.add_subcommand("bigdata", "Take the field statistics: the daemon begins anew");
     bigdata->add_flag("--peek", peek, "Leave them where they are");
     bigdata->callback([&] { bigData(peek, output); });
 }

@@ -2,6 +2,7 @@
 #include <optional>
 
 #include "Commands.h"
+#include "KelvoCall.h"
 #include "Services.h"
 #include "base/SplitText.h"
 #include "client/CallValues.h"
@@ -92,7 +93,7 @@ void perform(const Call& call, const Output& output) {
             findService(call.service)->transact(call.code, request, &reply);
     Json::Value values(Json::arrayValue);
     for (size_t i = 0; status == android::OK && i < types.size(); ++i) {
-        values.append(client::readReplyValue(reply, types[i]));
+        values.append(readValue(reply, types[i]));
     }
     if (status == android::OK || output.json) {
         printReply(status, values, output);

@@ -18,6 +18,7 @@ void addHeat(CLI::App& app, Output& output);
 void addHeatReport(CLI::App& heat, Output& output);
 void addList(CLI::App& app, Output& output);
 void addPing(CLI::App& app, Output& output);
+void addReload(CLI::App& app, Output& output);
 void addSetprop(CLI::App& app, Output& output);
 void addStatus(CLI::App& app, Output& output);
 void addTells(CLI::App& app, Output& output);

@@ -48,8 +48,15 @@ void set(const Lists& lists, const Output& output) {
     addList(arguments, lists.holdDown);
     addList(arguments, lists.status);
     const Json::Value result = askKelvo(SET_DYNAMIC_CONFIG, {Int32}, arguments)[0];
-    output.print({{"result", result}},
-                 result == 1 ? "taken" : "nothing taken: a list needs 21 values");
+    if (result == 1 || output.json) {
+        output.print({{"result", result}}, "taken");
+    }
+    if (result != 1) {
+        throw Failure("nothing taken, a list needs 21 values",
+                      "--hold " + std::to_string(lists.hold.size()) + ", --hold-down " +
+                              std::to_string(lists.holdDown.size()) + ", --status " +
+                              std::to_string(lists.status.size()));
+    }
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "Services.h"
 #include "client/CallValues.h"
+#include "common/JsonText.h"
 
 namespace kelvoctl {
 
@@ -56,6 +57,13 @@ void callKelvo(uint32_t code, const std::vector<client::Argument>& arguments) {
     callKelvo(code, arguments, &reply);
 }
 
+Json::Value readValue(const android::Parcel& reply, client::ReplyType type) {
+    const Json::Value value = client::readReplyValue(reply, type);
+    return type == client::ReplyType::Float && value.isDouble()
+                   ? Json::Value(common::asWritten(value.asFloat()))
+                   : value;
+}
+
 std::vector<Json::Value> askKelvo(uint32_t code, const std::vector<client::ReplyType>& types,
                                   const std::vector<client::Argument>& arguments) {
     android::Parcel reply;
@@ -63,7 +71,7 @@ std::vector<Json::Value> askKelvo(uint32_t code, const std::vector<client::Reply
     std::vector<Json::Value> values;
     values.reserve(types.size());
     for (const client::ReplyType type : types) {
-        values.push_back(client::readReplyValue(reply, type));
+        values.push_back(readValue(reply, type));
     }
     return values;
 }

@@ -18,7 +18,10 @@ void callKelvo(uint32_t code, const std::vector<client::Argument>& arguments,
                android::Parcel* reply);
 void callKelvo(uint32_t code, const std::vector<client::Argument>& arguments);
 
-/** The same, and the values of the reply; null for each that the reply lacks. */
+/** The next value of a reply; a float reads as the daemon has it: 38.6, not its nearest double. */
+Json::Value readValue(const android::Parcel& reply, client::ReplyType type);
+
+/** The same call, and the values of the reply; null for each that the reply lacks. */
 std::vector<Json::Value> askKelvo(uint32_t code, const std::vector<client::ReplyType>& types,
                                   const std::vector<client::Argument>& arguments = {});
 

@@ -1,13 +1,31 @@
 #include "Output.h"
 
+#include <array>
+#include <cstdio>
 #include <iostream>
 
 #include "common/JsonText.h"
 
 namespace kelvoctl {
 
+namespace {
+
+constexpr double kMilli = 1000;  // m°C in 1 °C
+
+}  // namespace
+
+std::string celsiusText(double celsius) {
+    std::array<char, 32> text;
+    std::snprintf(text.data(), text.size(), "%.1f °C", celsius);
+    return text.data();
+}
+
+std::string milliCelsiusText(const Json::Value& temp) {
+    return temp == -1 ? "-" : celsiusText(temp.asInt() / kMilli);
+}
+
 std::string compactJson(const Json::Value& value) {
-    return common::compactJson(value, common::JsonStyle::UTF8);
+    return common::compactJson(value, common::JsonStyle::SHORTEST);
 }
 
 void Output::print(const Members& object, const std::string& text) const {

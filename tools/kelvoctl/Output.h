@@ -28,6 +28,11 @@ class Output {
     void write(const char* bytes, size_t size) const;
 };
 
+/** "38.6 °C", for a person. */
+std::string celsiusText(double celsius);
+/** The same from m°C; "-" for -1, which stands for a temperature that is not known. */
+std::string milliCelsiusText(const Json::Value& temp);
+
 /** JSON on one line. */
 std::string compactJson(const Json::Value& value);
 

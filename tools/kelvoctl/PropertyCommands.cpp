@@ -3,18 +3,21 @@
 #include <array>
 
 #include "Commands.h"
+#include "Phone.h"
 
 namespace kelvoctl {
 
 namespace {
 
 void getprop(const std::string& name, const Output& output) {
+    requirePhone();
     std::array<char, PROPERTY_VALUE_MAX> value{};
     property_get(name.c_str(), value.data(), "");
     output.print({{"value", value.data()}}, value.data());
 }
 
 void setprop(const std::string& name, const std::string& value, const Output& output) {
+    requirePhone();
     if (property_set(name.c_str(), value.c_str()) != 0) {
         throw Failure("the property cannot be set", name);
     }

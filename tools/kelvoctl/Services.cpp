@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include "Output.h"
+#include "Phone.h"
 
 namespace kelvoctl {
 
@@ -12,9 +13,12 @@ using android::IServiceManager;
 using android::sp;
 
 sp<IServiceManager> serviceManager() {
+    if (!phoneRoot().empty()) {
+        requirePhone();  // a wrong root must not lead to the machine's own driver
+    }
     std::string why;
     if (!android::isServiceManagerReachable(&why)) {
-        throw Failure("no phone to talk to", why);
+        throw Failure("no phone to talk to", noPhone(why));
     }
     return android::defaultServiceManager();
 }

@@ -1,7 +1,10 @@
 // Commands that tell the daemon something and get no answer.
 
+#include <algorithm>
+
 #include "Commands.h"
 #include "KelvoCall.h"
+#include "client/RadioForms.h"
 
 namespace kelvoctl {
 
@@ -31,6 +34,39 @@ void add(CLI::App& app, Output& output, Tell<T>& tells) {
     command->callback([&] { tell(tells.code, {tells.value}, output); });
 }
 
+/** A command with a text of a fixed form. */
+struct Radio {
+    const char* name;
+    const char* help;
+    uint32_t code;
+    std::vector<client::RadioForm> forms;
+    std::string text{};
+};
+
+std::string describe(const std::vector<client::RadioForm>& forms) {
+    std::string text;
+    for (const client::RadioForm& form : forms) {
+        text += (text.empty() ? "" : " or ") + client::formText(form);
+    }
+    return text;
+}
+
+void tellRadio(const Radio& radio, const Output& output) {
+    const auto fits = [&radio](const client::RadioForm& form) {
+        return client::hasForm(radio.text, form);
+    };
+    if (std::ranges::none_of(radio.forms, fits)) {
+        throw WrongUsage("expected " + describe(radio.forms) + ", N a whole number", radio.text);
+    }
+    tell(radio.code, {radio.text}, output);
+}
+
+void add(CLI::App& app, Output& output, Radio& radio) {
+    CLI::App* const command = app.add_subcommand(radio.name, radio.help);
+    command->add_option("TEXT", radio.text, describe(radio.forms))->required();
+    command->callback([&] { tellRadio(radio, output); });
+}
+
 }  // namespace
 
 void addTells(CLI::App& app, Output& output) {
@@ -43,9 +79,14 @@ void addTells(CLI::App& app, Output& output) {
     };
     static Tell<std::string> texts[] = {
             {"package", "NAME", "The package in the foreground", SET_CURRENT_PACKAGE},
-            {"wifi", "TEXT", "Wi-Fi signal", SET_WIFI_INFO},
-            {"network", "TEXT", "Cellular signal", SET_NETWORK_INFO},
-            {"speed", "TEXT", "Traffic", SET_NETWORK_SPEED_INFO},
+    };
+    static Radio radios[] = {
+            {"wifi", "Wi-Fi signal", SET_WIFI_INFO, {client::kWifiForm}},
+            {"network", "Cellular signal", SET_NETWORK_INFO, {client::kLteForm, client::kNrForm}},
+            {"speed",
+             "Traffic since the text before, bytes",
+             SET_NETWORK_SPEED_INFO,
+             {client::kTrafficForm}},
     };
     for (auto& number : numbers) {
         add(app, output, number);
@@ -53,22 +94,32 @@ void addTells(CLI::App& app, Output& output) {
     for (auto& text : texts) {
         add(app, output, text);
     }
-    app.add_subcommand("reload", "Read the configuration again, in three seconds")->callback([&] {
-        tell(RELOAD_CONFIG, {}, output);
-    });
+    for (Radio& radio : radios) {
+        add(app, output, radio);
+    }
 }
 
 void addHeat(CLI::App& app, Output& output) {
-    static const std::pair<const char*, int32_t> kCommands[] = {
-            {"start", 1},  {"stop", 2},       {"main", 3},      {"text", 4},
-            {"detail", 7}, {"feed-start", 5}, {"feed-stop", 6},
+    struct HeatCommand {
+        const char* name;
+        int32_t number;
+        const char* help;
+    };
+    static const HeatCommand kCommands[] = {
+            {"start", 1, "Start watching, as the daemon does by itself above 38 °C"},
+            {"stop", 2, "Stop watching"},
+            {"main", 3, "Log the component that heats most"},
+            {"text", 4, "Log what each component contributes, as a text"},
+            {"detail", 7, "Log what each component contributes, as JSON"},
+            {"feed-start", 5, "Register for the usage service's reports"},
+            {"feed-stop", 6, "Stop them"},
     };
     CLI::App* const heat = app.add_subcommand("heat", "The components' heat");
     heat->require_subcommand(1);
-    for (const auto& [name, number] : kCommands) {
-        heat->add_subcommand(name, "Test command " + std::to_string(number))
-                ->callback(
-                        [&output, value = number] { tell(COMPONENT_HEAT_TEST, {value}, output); });
+    for (const HeatCommand& each : kCommands) {
+        heat->add_subcommand(each.name, each.help)->callback([&] {
+            tell(COMPONENT_HEAT_TEST, {each.number}, output);
+        });
     }
     addHeatReport(*heat, output);
 }

@@ -1,7 +1,11 @@
 #include <binder/ProcessState.h>
 #include <unistd.h>
 
+#include <array>
+#include <chrono>
 #include <condition_variable>
+#include <cstdio>
+#include <ctime>
 #include <exception>
 #include <iostream>
 #include <mutex>
@@ -19,15 +23,41 @@ using android::IBinder;
 using android::sp;
 using android::wp;
 
+struct WatchOptions {
+    const Output& output;
+    uint64_t count;  // calls to be seen
+    bool stamped;    // JSON has the time as well
+};
+
+/** Now, in UTC: "2026-03-01T08:05:00.123Z". */
+std::string timeText() {
+    using std::chrono::system_clock;
+    const auto now = std::chrono::floor<std::chrono::milliseconds>(system_clock::now());
+    const std::time_t seconds = system_clock::to_time_t(now);
+    std::tm utc{};
+    gmtime_r(&seconds, &utc);
+    std::array<char, 32> date;
+    std::strftime(date.data(), date.size(), "%FT%T", &utc);
+    std::array<char, 48> text;
+    std::snprintf(text.data(), text.size(), "%s.%03dZ", date.data(),
+                  static_cast<int>(now.time_since_epoch().count() % 1000));
+    return text.data();
+}
+
 /** What the binder threads tell the command's own thread. */
 class Watch {
   public:
-    Watch(const Output& output, uint64_t count) : mOutput(output), mLeft(count) {}
+    explicit Watch(const WatchOptions& options)
+          : mOutput(options.output), mStamped(options.stamped), mLeft(options.count) {}
 
     void print(const std::string& event, const client::ListenerCall::Members& members) {
         Output::Members object{{"event", event}};
         object.insert(object.end(), members.begin(), members.end());
-        std::string text = event;
+        const std::string time = timeText();
+        if (mStamped) {
+            object.emplace_back("time", time);
+        }
+        std::string text = time + " " + event;
         for (const auto& [name, value] : members) {
             text += " " + name + " " + compactJson(value);
         }
@@ -63,6 +93,7 @@ class Watch {
 
   private:
     const Output& mOutput;
+    const bool mStamped;
     std::mutex mMutex;  // guards what follows, and standard output
     std::condition_variable mChanged;
     uint64_t mLeft;
@@ -116,8 +147,8 @@ void follow(Watch& state) {
 }
 
 /** Ends the program. */
-[[noreturn]] void watch(uint64_t count, const Output& output) {
-    Watch state(output, count);
+[[noreturn]] void watch(const WatchOptions& options) {
+    Watch state(options);
     int status = 0;
     try {
         follow(state);
@@ -134,9 +165,19 @@ void follow(Watch& state) {
 
 void addWatch(CLI::App& app, Output& output) {
     static uint64_t count = std::numeric_limits<uint64_t>::max();
+    static bool stamped = false;
+    static const CLI::Validator kCount(
+            [](const std::string& text) {
+                const bool isNone = text.find_first_not_of('0') == std::string::npos;
+                return isNone || text.starts_with('-')
+                               ? "expected a number of calls from 1 on, not " + text
+                               : std::string();
+            },
+            "NUMBER");
     CLI::App* const command = app.add_subcommand("watch", "Show what listeners are told");
-    command->add_option("--count", count, "End after so many calls")->check(CLI::PositiveNumber);
-    command->callback([&] { watch(count, output); });
+    command->add_option("--count", count, "End after so many calls")->check(kCount);
+    command->add_flag("--time", stamped, "With --json: give each line a last member \"time\"");
+    command->callback([&] { watch({output, count, stamped}); });
 }
 
 }  // namespace kelvoctl

@@ -2,13 +2,14 @@
 
 #include "CommandLine.h"
 #include "Commands.h"
+#include "common/NearestName.h"
 
 using namespace kelvoctl;
 
 namespace {
 
 constexpr void (*kCommands[])(CLI::App& app, Output& output) = {
-        addStatus, addWatch, addAsks, addConfig, addTells,   addHeat,
+        addStatus, addWatch, addAsks, addConfig, addTells,   addReload,  addHeat,
         addCall,   addDump,  addList, addPing,   addGetprop, addSetprop,
 };
 
@@ -28,6 +29,7 @@ constexpr char kExamples[] =
 void setUp(CLI::App& app) {
     static Output output;
     app.require_subcommand(1);
+    app.fallthrough();  // "--json" may stand anywhere
     app.footer(kExamples);
     app.add_flag("--json", output.json, "Print one JSON object on one line");
     for (const auto add : kCommands) {
@@ -38,6 +40,7 @@ void setUp(CLI::App& app) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    return command_line::run(argc, argv, "kelvoctl", "A client of the daemon kelvod and its phone",
-                             [](CLI::App& app, int&) { setUp(app); });
+    return command_line::run(
+            argc, argv, "kelvoctl", "A client of the daemon kelvod and its phone",
+            [](CLI::App& app, int&) { setUp(app); }, common::suggestion);
 }
