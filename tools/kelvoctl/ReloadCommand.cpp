@@ -110,8 +110,10 @@ void addReload(CLI::App& app, Output& output) {
             "Read the configuration again, in three seconds, and say whether it was taken");
     command->add_option("--log", options.log,
                         "The daemon's log, which says so; else data/kelvod.log below the device "
-                        "root, or without it a dump");
+                        "root, or without it a dump")
+            ->type_name("FILE");
     command->add_flag("--no-wait", options.noWait, "End at once and say nothing of it");
+    command_line::setExamples(*command, {"kelvoctl reload", "kelvoctl reload --no-wait"});
     command->callback([&] { reload(options, output); });
 }
 

@@ -153,10 +153,12 @@ void addStatus(CLI::App& app, Output& output) {
             "status", "Status, level, temperatures, scene, configuration and version");
     command->add_option("--log", options.log,
                         "The daemon's log, which tells scene and configuration; else "
-                        "data/kelvod.log below the device root");
+                        "data/kelvod.log below the device root")
+            ->type_name("FILE");
     command->add_flag("--dump", options.dump,
                       "Ask the dump for the configuration's version; the daemon then hands over "
                       "the day's statistics, as for any dump");
+    command_line::setExamples(*command, {"kelvoctl status", "kelvoctl --json status --dump"});
     command->callback([&] { status(options, output); });
 }
 

@@ -40,6 +40,7 @@ struct Radio {
     const char* help;
     uint32_t code;
     std::vector<client::RadioForm> forms;
+    const char* example;
     std::string text{};
 };
 
@@ -64,6 +65,8 @@ void tellRadio(const Radio& radio, const Output& output) {
 void add(CLI::App& app, Output& output, Radio& radio) {
     CLI::App* const command = app.add_subcommand(radio.name, radio.help);
     command->add_option("TEXT", radio.text, describe(radio.forms))->required();
+    command_line::setExamples(*command,
+                              {std::string("kelvoctl ") + radio.name + " " + radio.example});
     command->callback([&] { tellRadio(radio, output); });
 }
 
@@ -81,12 +84,21 @@ void addTells(CLI::App& app, Output& output) {
             {"package", "NAME", "The package in the foreground", SET_CURRENT_PACKAGE},
     };
     static Radio radios[] = {
-            {"wifi", "Wi-Fi signal", SET_WIFI_INFO, {client::kWifiForm}},
-            {"network", "Cellular signal", SET_NETWORK_INFO, {client::kLteForm, client::kNrForm}},
+            {"wifi",
+             "Wi-Fi signal",
+             SET_WIFI_INFO,
+             {client::kWifiForm},
+             "WifiState:3,ApState:11,linkSpeed:433,frequency:5180,rssi:-60,generation:5"},
+            {"network",
+             "Cellular signal",
+             SET_NETWORK_INFO,
+             {client::kLteForm, client::kNrForm},
+             "connectState:2,level:3,rssi:-71,rssnr:12,rsrq:-10,rsrp:-95"},
             {"speed",
              "Traffic since the text before, bytes",
              SET_NETWORK_SPEED_INFO,
-             {client::kTrafficForm}},
+             {client::kTrafficForm},
+             "transmit:1294218,receive:1502154,mobileTx:1294218,mobileRx:1502154"},
     };
     for (auto& number : numbers) {
         add(app, output, number);

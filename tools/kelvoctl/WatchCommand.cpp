@@ -177,6 +177,8 @@ void addWatch(CLI::App& app, Output& output) {
     CLI::App* const command = app.add_subcommand("watch", "Show what listeners are told");
     command->add_option("--count", count, "End after so many calls")->check(kCount);
     command->add_flag("--time", stamped, "With --json: give each line a last member \"time\"");
+    command_line::setExamples(*command,
+                              {"kelvoctl watch --count 3", "kelvoctl --json watch --time"});
     command->callback([&] { watch({output, count, stamped}); });
 }
 
