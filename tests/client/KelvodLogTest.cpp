@@ -6,127 +6,71 @@
 
 namespace {
 
-using Text = std::optional<std::string>;
+struct KelvodLogTest : testing::Test {
+    void write(const std::string& text) { mFile << text << std::flush; }
+    /** Scene, file, error, loads and refusals after what has been written. */
+    std::string state() {
+        log.update();
+        return log.scene().value_or("-") + " " + log.configFile().value_or("-") + " [" +
+               log.configError().value_or("-") + "] " + std::to_string(log.loads()) + " " +
+               std::to_string(log.refusals());
+    }
 
-/** Lines as the daemon writes them; an empty one ends a step. */
-struct Step {
-    const char* what;
-    std::vector<std::string> lines;
-    Text scene, file, error;
-    int32_t loads, refusals;
-};
+    const sim::TemporaryFolder folder{"kelvo-test-"};
+    client::KelvodLog log{folder.path() + "/log"};
 
-const std::string kMain = "/system_ext/etc/kelvo/kelvo.conf";
-const std::string kData = "/data/zenta_lib/kelvo.conf";
-
-std::string loaded(const std::string& path) {
-    return "Load config file(" + path + ") suceessfully!";
-}
-
-const std::string kModels = "load normal fitting model";
-const std::string kNotRead = "Get file contents failed!";
-
-const Step kSteps[] = {
-        {"nothing yet", {"thermalHold:21, thermalHoldDown:21"}, {}, {}, {}, 0, 0},
-        {"start",
-         {"kelvo main start", loaded(kMain), "Get sub file contents failed!", kModels},
-         "default",
-         kMain,
-         "Get sub file contents failed!",
-         1,
-         0},
-        {"lamp",
-         {"switch to scene flashon success"},
-         "flashon",
-         kMain,
-         "Get sub file contents failed!",
-         1,
-         0},
-        {"no models for it",
-         {"switch to scene screen_fold failed, keep origin"},
-         "flashon",
-         kMain,
-         "Get sub file contents failed!",
-         1,
-         0},
-        {"a mended sub-file, which is not the main file",
-         {loaded(kMain), loaded("/system_ext/etc/kelvo/kelvo_SM8450.conf"), kModels},
-         "flashon",
-         kMain,
-         {},
-         2,
-         0},
-        {"refused, and the models are taken from the document before",
-         {loaded(kData), "Parse config file failed!", kModels},
-         "flashon",
-         kMain,
-         "Parse config file failed!",
-         3,
-         1},
-        {"a part that an engine refuses",
-         {loaded(kData), kModels, "Parse thermal status config faild."},
-         "flashon",
-         kData,
-         "Parse thermal status config faild.",
-         4,
-         1},
-        {"backup",
-         {"update current fitting model(scene:backup_1)."},
-         "backup_1",
-         kData,
-         "Parse thermal status config faild.",
-         4,
-         1},
-        {"another daemon without a configuration",
-         {"kelvo main start", kNotRead},
-         {},
-         {},
-         kNotRead,
-         4,
-         2},
-        {"one that begins with a backup",
-         {"kelvo main start", kModels,
-          "ShellTempFitting, current fitting model is empty, use backup front model"},
-         {},
-         {},
-         {},
-         5,
-         2},
+  private:
+    std::ofstream mFile{log.path()};
 };
 
 }  // namespace
 
-TEST(KelvodLog, knowsWhatTheLinesTell) {
-    const sim::TemporaryFolder folder("kelvo-test-");
-    const std::string path = folder.path() + "/log";
-    client::KelvodLog log(path);
-    EXPECT_FALSE(log.update());
-    std::ofstream file(path);
-    for (const Step& step : kSteps) {
-        SCOPED_TRACE(step.what);
-        for (const std::string& line : step.lines) {
-            file << "kelvo E 11-22 07:59:33 18963 18972 " << line << "\n";
-        }
-        file.flush();
-        EXPECT_TRUE(log.update());
-        EXPECT_EQ(log.scene(), step.scene);
-        EXPECT_EQ(log.configFile(), step.file);
-        EXPECT_EQ(log.configError(), step.error);
-        EXPECT_EQ(std::pair(log.loads(), log.refusals()), std::pair(step.loads, step.refusals));
+TEST_F(KelvodLogTest, knowsWhatTheLinesTell) {
+    const std::pair<const char*, const char*> rows[] = {
+            {"thermalHold:21, thermalHoldDown:21", "- - [-] 0 0"},
+            {"kelvo main start", "- - [-] 0 0"},
+            {"Load config file(/a/kelvo.conf) suceessfully!", "- - [-] 0 0"},
+            {"Get sub file contents failed!", "- - [Get sub file contents failed!] 0 0"},
+            {"load normal fitting model",
+             "default /a/kelvo.conf [Get sub file contents failed!] 1 0"},
+            {"switch to scene flashon success",
+             "flashon /a/kelvo.conf [Get sub file contents failed!] 1 0"},
+            {"switch to scene screen_fold failed, keep origin",
+             "flashon /a/kelvo.conf [Get sub file contents failed!] 1 0"},
+            // A mended sub-file, which is not the main file.
+            {"Load config file(/a/kelvo_SM8450.conf) suceessfully!",
+             "flashon /a/kelvo.conf [Get sub file contents failed!] 1 0"},
+            {"load normal fitting model", "flashon /a/kelvo.conf [-] 2 0"},
+            // Refused: the models are those of the document before.
+            {"Load config file(/b/kelvo.conf) suceessfully!", "flashon /a/kelvo.conf [-] 2 0"},
+            {"Parse config file failed!", "flashon /a/kelvo.conf [Parse config file failed!] 2 1"},
+            {"load normal fitting model", "flashon /a/kelvo.conf [Parse config file failed!] 3 1"},
+            {"Load config file(/b/kelvo.conf) suceessfully!",
+             "flashon /a/kelvo.conf [Parse config file failed!] 3 1"},
+            {"load normal fitting model", "flashon /b/kelvo.conf [-] 4 1"},
+            {"Parse thermal status config faild.",
+             "flashon /b/kelvo.conf [Parse thermal status config faild.] 4 1"},
+            {"update current fitting model(scene:backup_1).",
+             "backup_1 /b/kelvo.conf [Parse thermal status config faild.] 4 1"},
+            // Another daemon: without a configuration, then one that begins with a backup.
+            {"kelvo main start", "- - [-] 4 1"},
+            {"Get file contents failed!", "- - [Get file contents failed!] 4 2"},
+            {"kelvo main start", "- - [-] 4 2"},
+            {"load normal fitting model", "default - [-] 5 2"},
+            {"ShellTempFitting, current fitting model is empty, use backup front model",
+             "- - [-] 5 2"},
+    };
+    for (const auto& [line, known] : rows) {
+        write("kelvo E 11-22 07:59:33 18963 18972 " + std::string(line) + "\n");
+        EXPECT_EQ(state(), known) << line;
     }
 }
 
-TEST(KelvodLog, takesALineWhenItIsWhole) {
-    const sim::TemporaryFolder folder("kelvo-test-");
-    const std::string path = folder.path() + "/log";
-    std::ofstream file(path);
-    client::KelvodLog log(path);
-    file << "switch to scene fla" << std::flush;
-    log.update();
-    file << "shon success\n" << std::flush;
-    log.update();
-    EXPECT_EQ(log.scene(), "flashon");
-    std::ofstream(path) << "kelvo main start\n";
-    log.update();
-    EXPECT_EQ(log.scene(), std::nullopt) << "a shorter file is a new one";
+TEST_F(KelvodLogTest, takesALineWhenItIsWhole) {
+    write("switch to scene fla");
+    EXPECT_EQ(state(), "- - [-] 0 0");
+    write("shon success\n");
+    EXPECT_EQ(state(), "flashon - [-] 0 0");
+    std::ofstream(log.path()) << "kelvo main start\n";
+    EXPECT_EQ(state(), "- - [-] 0 0") << "a shorter file is a new one";
 }
