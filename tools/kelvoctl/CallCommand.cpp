@@ -106,9 +106,10 @@ void perform(const Call& call, const Output& output) {
 void addCall(CLI::App& app, Output& output) {
     static Call call;
     CLI::App* const command = app.add_subcommand("call", "Send any transaction");
-    command->add_option("CODE", call.code, "Transaction code")->required();
+    command->add_option("CODE", call.code, "Transaction code")->type_name("NUMBER")->required();
     command->add_option("ARGUMENT", call.arguments,
-                        "int32:NUMBER, string:TEXT or vector:NUMBER,NUMBER,…");
+                        "int32:NUMBER, string:TEXT or vector:NUMBER,NUMBER,…")
+            ->type_name("VALUE");
     command->add_option("--reply", call.reply,
                         "What the reply holds: int32, float, string, vector, exception (the "
                         "no-exception header), with commas between")
@@ -118,9 +119,8 @@ void addCall(CLI::App& app, Output& output) {
     command->add_option("--service", call.service, "The service that is called")
             ->type_name("SERVICE")
             ->capture_default_str();
-    command->footer(
-            "kelvoctl call 4 --reply exception,int32        the thermal status\n"
-            "kelvoctl call 6 vector:36000,38000 --reply int32");
+    command_line::setExamples(*command, {"kelvoctl --json call 4 --reply exception,int32",
+                                         "kelvoctl call 6 vector:36000,38000 --reply int32"});
     command->callback([&] { perform(call, output); });
 }
 

@@ -66,10 +66,18 @@ void addConfig(CLI::App& app, Output& output) {
     static Lists lists;
     CLI::App* const command =
             app.add_subcommand("set-config", "Replace thresholds, until a reload");
-    command->add_option("--hold", lists.hold, "21 rising thresholds (°C)")->delimiter(',');
-    command->add_option("--hold-down", lists.holdDown, "21 falling thresholds (°C)")
+    command->add_option("--hold", lists.hold, "21 rising thresholds (°C)")
+            ->type_name("LIST")
             ->delimiter(',');
-    command->add_option("--status", lists.status, "21 status values")->delimiter(',');
+    command->add_option("--hold-down", lists.holdDown, "21 falling thresholds (°C)")
+            ->type_name("LIST")
+            ->delimiter(',');
+    command->add_option("--status", lists.status, "21 status values")
+            ->type_name("LIST")
+            ->delimiter(',');
+    command_line::setExamples(*command,
+                              {"kelvoctl set-config --hold "
+                               "30,33,34,35,36,37,38,39,40,41,42,43,44,45,46,47,48,49,50,51,52"});
     command->callback([&] { set(lists, output); });
 }
 

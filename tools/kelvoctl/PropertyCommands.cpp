@@ -30,7 +30,8 @@ void addGetprop(CLI::App& app, Output& output) {
     static std::string name;
     CLI::App* const command =
             app.add_subcommand("getprop", "Value of a system property, empty when it is not set");
-    command->add_option("NAME", name, "Its name")->required();
+    command->add_option("NAME", name, "Its name")->type_name("PROPERTY")->required();
+    command_line::setExamples(*command, {"kelvoctl getprop persist.sys.shelltemp.interval"});
     command->callback([&] { getprop(name, output); });
 }
 
@@ -38,8 +39,11 @@ void addSetprop(CLI::App& app, Output& output) {
     static std::string name;
     static std::string value;
     CLI::App* const command = app.add_subcommand("setprop", "Set a system property");
-    command->add_option("NAME", name, "Its name")->required();
-    command->add_option("VALUE", value, "Its value; \"\" is the empty one")->required();
+    command->add_option("NAME", name, "Its name")->type_name("PROPERTY")->required();
+    command->add_option("VALUE", value, "Its value; \"\" is the empty one")
+            ->type_name("VALUE")
+            ->required();
+    command_line::setExamples(*command, {"kelvoctl setprop persist.sys.shelltemp.interval 1"});
     command->callback([&] { setprop(name, value, output); });
 }
 

@@ -24,13 +24,16 @@ struct Tell {
     const char* argument;
     const char* help;
     uint32_t code;
+    const char* example;
     T value{};
 };
 
 template <typename T>
 void add(CLI::App& app, Output& output, Tell<T>& tells) {
     CLI::App* const command = app.add_subcommand(tells.name, tells.help);
-    command->add_option(tells.argument, tells.value)->required();
+    command->add_option(tells.argument, tells.value)->type_name(tells.argument)->required();
+    command_line::setExamples(*command,
+                              {std::string("kelvoctl ") + tells.name + " " + tells.example});
     command->callback([&] { tell(tells.code, {tells.value}, output); });
 }
 
@@ -64,7 +67,7 @@ void tellRadio(const Radio& radio, const Output& output) {
 
 void add(CLI::App& app, Output& output, Radio& radio) {
     CLI::App* const command = app.add_subcommand(radio.name, radio.help);
-    command->add_option("TEXT", radio.text, describe(radio.forms))->required();
+    command->add_option("TEXT", radio.text, describe(radio.forms))->type_name("TEXT")->required();
     command_line::setExamples(*command,
                               {std::string("kelvoctl ") + radio.name + " " + radio.example});
     command->callback([&] { tellRadio(radio, output); });
@@ -74,14 +77,15 @@ void add(CLI::App& app, Output& output, Radio& radio) {
 
 void addTells(CLI::App& app, Output& output) {
     static Tell<int32_t> numbers[] = {
-            {"screen", "N", "The screen is on (1) or off (0)", SET_SCREEN_STATUS},
-            {"lamp", "N", "The flash light is on (1) or off (0)", SET_LIGHT_LAMP_STATUS},
+            {"screen", "N", "The screen is on (1) or off (0)", SET_SCREEN_STATUS, "0"},
+            {"lamp", "N", "The flash light is on (1) or off (0)", SET_LIGHT_LAMP_STATUS, "1"},
             {"fold", "N", "The screen is unfolded (1) or folded (any other)",
-             SET_SCREEN_FOLD_STATUS},
-            {"notify", "N", "Tell all listeners this status", NOTIFY_THERMAL_STATUS},
+             SET_SCREEN_FOLD_STATUS, "1"},
+            {"notify", "N", "Tell all listeners this status", NOTIFY_THERMAL_STATUS, "3"},
     };
     static Tell<std::string> texts[] = {
-            {"package", "NAME", "The package in the foreground", SET_CURRENT_PACKAGE},
+            {"package", "NAME", "The package in the foreground", SET_CURRENT_PACKAGE,
+             "com.example.game"},
     };
     static Radio radios[] = {
             {"wifi",

@@ -173,9 +173,11 @@ void addWatch(CLI::App& app, Output& output) {
                                ? "expected a number of calls from 1 on, not " + text
                                : std::string();
             },
-            "NUMBER");
+            "");
     CLI::App* const command = app.add_subcommand("watch", "Show what listeners are told");
-    command->add_option("--count", count, "End after so many calls")->check(kCount);
+    command->add_option("--count", count, "End after so many calls")
+            ->type_name("NUMBER")
+            ->check(kCount);
     command->add_flag("--time", stamped, "With --json: give each line a last member \"time\"");
     command_line::setExamples(*command,
                               {"kelvoctl watch --count 3", "kelvoctl --json watch --time"});

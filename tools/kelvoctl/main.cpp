@@ -13,28 +13,34 @@ constexpr void (*kCommands[])(CLI::App& app, Output& output) = {
         addCall,   addDump,  addList, addPing,   addGetprop, addSetprop,
 };
 
-constexpr char kExamples[] =
+constexpr char kPhone[] =
         "The phone is the one whose device root KELVO_ROOT names. Its binder driver is what\n"
         "KELVO_BINDER names (kernel or hub), else /dev/binder when it opens, else the phone's "
         "hub.\n"
         "\n"
-        "  kelvoctl status\n"
-        "  kelvoctl watch --count 3\n"
-        "  kelvoctl list\n"
-        "  kelvoctl ping kelvo\n"
-        "  kelvoctl --json call 4 --reply exception,int32\n"
-        "  kelvoctl dump config\n"
-        "  kelvoctl setprop persist.sys.shelltemp.interval 1";
+        "kelvoctl COMMAND --help ends with an example.";
+
+/** A command that takes nothing needs no more than its name. */
+void setPlainExamples(CLI::App& app, const std::string& path) {
+    for (CLI::App* const command : app.get_subcommands({})) {
+        const std::string typed = path + " " + command->get_name();
+        setPlainExamples(*command, typed);
+        if (command->get_footer().empty() && command->get_subcommands({}).empty()) {
+            command_line::setExamples(*command, {typed});
+        }
+    }
+}
 
 void setUp(CLI::App& app) {
     static Output output;
     app.require_subcommand(1);
     app.fallthrough();  // "--json" may stand anywhere
-    app.footer(kExamples);
     app.add_flag("--json", output.json, "Print one JSON object on one line");
     for (const auto add : kCommands) {
         add(app, output);
     }
+    setPlainExamples(app, "kelvoctl");
+    app.footer(kPhone);
 }
 
 }  // namespace
