@@ -6,6 +6,7 @@
 #include "OtherConfig.h"
 #include "Replay.h"
 #include "common/NearestName.h"
+#include "trace/TraceCommand.h"
 
 namespace {
 
@@ -112,6 +113,7 @@ int main(int argc, char** argv) {
                 addCheck(app);
                 addReplay(app, argv, &status);
                 addLive(app, &status);
+                addTrace(app);
                 addFramework(app);
             },
             common::suggestion);
