@@ -146,6 +146,25 @@ void joinTrace(const TraceOptions& options) {
     report(options, columns, trace.rows.size(), says);
 }
 
+/** The three ways to say when the record begins; at most one of them. */
+void addShift(CLI::App& command, TraceOptions& options) {
+    CLI::Option* const align = command.add_option("--align", options.alignTo,
+                                                  "Zones that the first thermocouple follows, up "
+                                                  "to four: the shift is taken with which a "
+                                                  "sum of them fits it best");
+    align->type_name("ZONES")->delimiter(',')->allow_extra_args(false);
+    CLI::Option* const shift = command.add_option(
+            "--shift", options.shift,
+            "Seconds of the trace at which LAB begins, negative when it began before");
+    shift->type_name("SECONDS")->excludes(align);
+    command.add_option("--start", options.start,
+                       "Wall clock at the trace's t = 0, such as 2026-03-01T08:00:00Z, for a LAB "
+                       "with dates")
+            ->type_name("TIME")
+            ->excludes(align)
+            ->excludes(shift);
+}
+
 }  // namespace
 
 void addTrace(CLI::App& app) {
@@ -153,38 +172,32 @@ void addTrace(CLI::App& app) {
     CLI::App* const command = app.add_subcommand(
             "trace",
             "Put what thermocouples measured beside a recorded trace, as columns lab-MODEL.\n"
-            "Example: kelvosim trace zones.csv thermocouple.csv trace.csv --model front,back "
-            "--align board-therm,battery");
+            "One of --align, --shift and --start says when they measured");
     command->add_option("TRACE", options.trace, "Recorded trace, CSV: t and a column a zone")
+            ->type_name("FILE")
             ->required();
     command->add_option(
                    "LAB", options.lab,
                    "The thermocouples' file: CSV with ; , or tabs, °C with . or decimal comma, "
                    "times in seconds, since 1970, of day, or dates (UTC unless they say)")
+            ->type_name("FILE")
             ->required();
     command->add_option("JOINED", options.joined, "Where the result goes; - is standard output")
+            ->type_name("FILE")
             ->required();
     command->add_option(
                    "--model", options.layout.models,
                    "Models of the temperature columns, in their order, or MODEL=COLUMN by name "
-                   "or number; else the names in the header. Example: front=3,back=T2")
+                   "or number; else the names in the header")
+            ->type_name("MODELS")
             ->delimiter(',')
             ->allow_extra_args(false);
     command->add_option("--time", options.layout.time,
-                        "Column of the times, by name or number, else the first. Example: 2")
-            ->capture_default_str();
-    CLI::Option_group* const when = command->add_option_group("when");
-    when->add_option("--align", options.alignTo,
-                     "Zones that the first thermocouple follows, up to four: the shift is taken "
-                     "with which a sum of them fits it best. Example: board-therm,battery")
-            ->delimiter(',')
-            ->allow_extra_args(false);
-    when->add_option("--shift", options.shift,
-                     "Seconds of the trace at which LAB begins, negative when it began before. "
-                     "Example: -12.5");
-    when->add_option("--start", options.start,
-                     "Wall clock at the trace's t = 0, UTC; LAB has dates then. Example: "
-                     "2026-03-01T08:00:00Z");
-    when->require_option(0, 1);
+                        "Column of the times, by name or number, else the first")
+            ->type_name("COLUMN");
+    addShift(*command, options);
+    command_line::setExamples(
+            *command, {"kelvosim trace examples/tuning/zones.csv examples/tuning/thermocouple.csv "
+                       "joined.csv --model front,back --align board-therm,battery"});
     command->callback([] { joinTrace(options); });
 }
