@@ -9,7 +9,7 @@ namespace sim {
 
 /**
  * Reads and checks a scenario file and the configuration files it names. The trace is checked by
- * checkTrace() of Trace.h, which reads it row by row. Throws ScenarioError.
+ * checkTrace() of TraceCheck.h, which reads it row by row. Throws ScenarioError.
  */
 Scenario loadScenario(const std::string& file);
 

@@ -9,6 +9,7 @@
 
 #include "sim/scenario/JsonPlace.h"
 #include "sim/scenario/NodeParser.h"
+#include "sim/scenario/TraceAdvice.h"
 
 #include "common/NearestName.h"
 
@@ -71,14 +72,23 @@ std::optional<int32_t> cutNumber(std::string_view& rest, bool& more) {
 }  // namespace
 
 TraceReader::TraceReader(const std::string& file, const std::vector<ZoneSpec>& zones)
-      : mFile(file), mBuffer(kBufferSize) {
+      : mFile(file), mBuffer(kBufferSize), mZoneTypes(sim::zoneTypes(zones)) {
+    open();
+    readHeader(&zones);
+}
+
+TraceReader::TraceReader(const std::string& file) : mFile(file), mBuffer(kBufferSize) {
+    open();
+    readHeader(nullptr);
+}
+
+void TraceReader::open() {
     mInput.rdbuf()->pubsetbuf(mBuffer.data(), static_cast<std::streamsize>(mBuffer.size()));
-    mInput.open(file, std::ios::binary);
+    mInput.open(mFile, std::ios::binary);
     if (!mInput) {
-        throw ScenarioError(std::string("cannot read the trace (") + strerror(errno) + ")", file,
+        throw ScenarioError(std::string("cannot read the trace (") + strerror(errno) + ")", mFile,
                             "");
     }
-    readHeader(zones);
 }
 
 bool TraceReader::sets(int32_t zone) const {
@@ -114,30 +124,38 @@ bool TraceReader::readLine() {
 }
 
 TraceReader::Column TraceReader::column(const std::string& name,
-                                        const std::vector<ZoneSpec>& zones) const {
+                                        const std::vector<ZoneSpec>* zones) {
     if (name.starts_with('/')) {
         if (!isNodePath(name)) {
             fail("the column \"" + name + "\" is no absolute path without \"..\"");
         }
         return {-1, name};
     }
+    if (zones != nullptr) {
+        return zoneColumn(name, *zones);
+    }
+    mZoneTypes.push_back(name);
+    return {static_cast<int32_t>(mZoneTypes.size()) - 1, ""};
+}
+
+TraceReader::Column TraceReader::zoneColumn(const std::string& name,
+                                            const std::vector<ZoneSpec>& zones) const {
     if (const auto index = uniqueZone(zones, name)) {
         return {*index, ""};
     }
-    const std::vector<std::string> known = zoneTypes(zones);
-    if (std::ranges::find(known, name) != known.end()) {
+    if (std::ranges::find(mZoneTypes, name) != mZoneTypes.end()) {
         fail("more than one zone has the type \"" + name + "\"");
     }
     fail("the column \"" + name + "\" is no zone of the scenario" +
-         common::suggestion(name, known));
+         common::suggestion(name, mZoneTypes));
 }
 
-void TraceReader::readHeader(const std::vector<ZoneSpec>& zones) {
+void TraceReader::readHeader(const std::vector<ZoneSpec>* zones) {
     bool more = readLine();
     std::string_view rest = mLine;
     if (!more || nextCell(rest, more) != "t") {
         mLineNumber = std::max<int64_t>(mLineNumber, 1);  // an empty file misses its first line
-        fail("expected a header that begins with the column t");
+        fail("expected a header that begins with the column t" + adviceOnHeader(mLine));
     }
     std::set<std::string> seen;
     while (more) {
@@ -188,7 +206,7 @@ std::string_view TraceReader::quotedCell(std::string_view& rest) {
 int64_t TraceReader::readTime(std::string_view cell) const {
     const auto ms = milliseconds(cell);
     if (!ms) {
-        fail("t: expected seconds from 0 to 1000000000");
+        fail("t: expected seconds from 0 to 1000000000" + adviceOnCell(cell));
     }
     if (*ms < mLastTimeMs) {
         fail("t goes back");
@@ -214,7 +232,8 @@ void TraceReader::readCell(const Column& column, std::string_view cell, TraceRow
     const char* const end = cell.data() + cell.size();
     const auto [at, error] = std::from_chars(cell.data(), end, temp);
     if (error != std::errc() || at != end) {
-        fail("\"" + std::string(cell) + "\": expected a whole number of m°C, null or nothing");
+        fail("\"" + std::string(cell) + "\": expected a whole number of m°C, null or nothing" +
+             adviceOnCell(cell));
     }
     row.zones.push_back({column.zone, temp});
 }
@@ -233,7 +252,7 @@ bool TraceReader::next(TraceRow& row) {
     mLastTimeMs = row.timeMs = readTime(nextCell(rest, more));
     for (const Column& column : mColumns) {
         if (!more) {
-            fail("expected " + std::to_string(mColumns.size() + 1) + " cells");
+            failCells(rest, more);
         }
         const auto temp = column.zone >= 0 ? cutNumber(rest, more) : std::nullopt;
         if (temp) {
@@ -243,22 +262,21 @@ bool TraceReader::next(TraceRow& row) {
         }
     }
     if (more) {
-        fail("expected " + std::to_string(mColumns.size() + 1) + " cells");
+        failCells(rest, more);
     }
     return true;
 }
 
-int64_t checkTrace(const Scenario& scenario) {
-    if (!scenario.trace) {
-        return 0;
+void TraceReader::failCells(std::string_view rest, bool more) {
+    const std::string expected = "expected " + std::to_string(mColumns.size() + 1) + " cells";
+    if (!more) {
+        fail(expected);
     }
-    TraceReader reader(*scenario.trace, scenario.zones);
-    TraceRow row;
-    int64_t rows = 0;
-    while (reader.next(row)) {
-        ++rows;
+    size_t found = mColumns.size() + 1;
+    for (; more; ++found) {
+        nextCell(rest, more);
     }
-    return rows;
+    fail(expected + ", found " + std::to_string(found) + "; a comma is no decimal sign here");
 }
 
 }  // namespace sim

@@ -7,7 +7,7 @@
 #include "PlantNames.h"
 #include "sim/scenario/JsonPlace.h"
 #include "sim/scenario/ScenarioParser.h"
-#include "sim/scenario/Trace.h"
+#include "sim/scenario/TraceCheck.h"
 
 namespace {
 

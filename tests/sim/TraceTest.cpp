@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "sim/scenario/TraceCheck.h"
 #include "sim/tree/DeviceTree.h"
 #include "sim/tree/TemporaryFolder.h"
 
@@ -52,6 +53,29 @@ TEST_F(Trace, readsCellsByColumn) {
     EXPECT_FALSE(trace.sets(1));
 }
 
+TEST_F(Trace, warnsOfDegreesAndOfActionsAfterTheEnd) {
+    reader("t,a,b\n0,33,-300\n5,34,100\n\n10,35000,20000\n15,35000,-20\n20,0,19000\n");
+    sim::Scenario scenario;
+    scenario.durationMs = 30500;
+    scenario.zones = {{"a", {}}, {"b", {}}};
+    scenario.trace = mFolder.path() + "/trace.csv";
+    scenario.timeline = {{30500, {}}, {30501, {}}, {99000, {}}};
+    auto warnings = sim::warningsOf(scenario, "s.json");
+    EXPECT_EQ(sim::checkTrace(scenario, &warnings), 5);
+    std::string text;
+    for (const auto& [what, place] : warnings) {
+        text += what + ": " + place + "\n";
+    }
+    EXPECT_EQ(text,
+              "the action at 30.501 s comes after the end, at 30.5 s, and never happens (and 1 "
+              "more): s.json: timeline\n"
+              "the zone \"a\" is 33 m°C here, hardly meant: 33 °C are 33000 (and 1 more): " +
+                      *scenario.trace +
+                      ": line 2\n"
+                      "the zone \"b\" is -20 m°C here, hardly meant: -20 °C are -20000: " +
+                      *scenario.trace + ": line 6\n");
+}
+
 TEST_F(Trace, refusesWithLineAndReason) {
     const std::pair<const char*, const char*> cases[] = {
             {"", "line 1: expected a header that begins with the column t"},
@@ -65,8 +89,20 @@ TEST_F(Trace, refusesWithLineAndReason) {
             {"t,a\n1e3,2\n", "line 2: t: expected seconds from 0 to 1000000000"},
             {"t,a\n,2\n", "line 2: t: expected seconds from 0 to 1000000000"},
             {"t,a\n0\n", "line 2: expected 2 cells"},
-            {"t,a\n0,1,2\n", "line 2: expected 2 cells"},
-            {"t,a\n0,1.5\n", "line 2: \"1.5\": expected a whole number of m°C, null or nothing"},
+            {"t;a\n0;1\n",
+             "line 1: expected a header that begins with the column t; semicolons separate the "
+             "cells here, write commas (and decimal points)"},
+            {"t,a\n0;1\n",
+             "line 2: t: expected seconds from 0 to 1000000000; cells are separated by commas, not "
+             "semicolons"},
+            {"t,a\n0,1,2,3\n",
+             "line 2: expected 2 cells, found 4; a comma is no decimal sign here"},
+            {"t,a\n0,1.5\n",
+             "line 2: \"1.5\": expected a whole number of m°C, null or nothing; °C are written as "
+             "1000 m°C each"},
+            {"t,a\n0,\"1,5\"\n",
+             "line 2: \"1,5\": expected a whole number of m°C, null or nothing; the decimal comma "
+             "is not known here"},
             {"t,a\n0,2147483648\n",
              "line 2: \"2147483648\": expected a whole number of m°C, null or nothing"},
             {"t,/x\n0,\"a\n", "line 2: a quoted cell has no end in its line"},

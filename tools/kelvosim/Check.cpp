@@ -1,14 +1,25 @@
 #include "Check.h"
 
 #include <iostream>
+#include <vector>
 
+#include "CommandLine.h"
 #include "sim/scenario/ScenarioParser.h"
-#include "sim/scenario/Trace.h"
+#include "sim/scenario/TraceCheck.h"
 #include "sim/tree/PhoneTree.h"
+
+int64_t checkTraceAndWarn(const sim::Scenario& scenario, const std::string& file) {
+    std::vector<sim::ScenarioWarning> warnings = sim::warningsOf(scenario, file);
+    const int64_t rows = sim::checkTrace(scenario, &warnings);
+    for (const sim::ScenarioWarning& warning : warnings) {
+        command_line::complain("kelvosim", "warning: " + warning.what + ": " + warning.place);
+    }
+    return rows;
+}
 
 void checkScenario(const std::string& file) {
     const sim::Scenario scenario = sim::loadScenario(file);
-    const int64_t rows = sim::checkTrace(scenario);
+    const int64_t rows = checkTraceAndWarn(scenario, file);
     const std::string platform = sim::platformOf(scenario.nodes);
     std::cout << (scenario.name.empty() ? file : scenario.name) << ": "
               << static_cast<double>(scenario.durationMs) / 1000 << " s, "

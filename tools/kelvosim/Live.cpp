@@ -16,6 +16,7 @@
 #include <optional>
 #include <system_error>
 
+#include "Check.h"
 #include "CommandLine.h"
 #include "KelvodView.h"
 #include "StatusLine.h"
@@ -25,7 +26,6 @@
 #include "sim/live/LiveFramework.h"
 #include "sim/live/LivePhone.h"
 #include "sim/scenario/ScenarioParser.h"
-#include "sim/scenario/Trace.h"
 #include "sim/tree/TemporaryFolder.h"
 
 namespace {
@@ -193,7 +193,7 @@ int runPhone(sim::LivePhone& phone, const sim::Scenario& scenario, double speed,
 int runLive(const LiveOptions& options) {
     const sim::Scenario scenario = sim::loadScenario(options.scenario);
     refuseProblems(scenario, options.scenario, sim::LiveFramework::problem);
-    sim::checkTrace(scenario);
+    checkTraceAndWarn(scenario, options.scenario);
     StopSignals signals;
     std::optional<sim::TemporaryFolder> temporary;
     std::string root = options.root;

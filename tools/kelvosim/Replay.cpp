@@ -8,13 +8,13 @@
 #include <ostream>
 
 #include "ChangeEvents.h"
+#include "Check.h"
 #include "DecisionEvents.h"
 #include "OtherConfig.h"
 #include "OutputFile.h"
 #include "ProgressLine.h"
 #include "sim/process/RootedRun.h"
 #include "sim/scenario/ScenarioParser.h"
-#include "sim/scenario/Trace.h"
 #include "sim/virtual/VirtualPhone.h"
 #include "sim/virtual/VirtualTime.h"
 
@@ -142,7 +142,7 @@ int replayScenario(const ReplayOptions& options, char** argv) {
     if (sim::runsBelowOwnRoot()) {
         return replay(scenario, options);
     }
-    sim::checkTrace(scenario);
+    checkTraceAndWarn(scenario, options.scenario);
     const auto prepare = [&](sim::DeviceTree& tree) { prepareTree(tree, scenario); };
     if (recording.otherConfig.empty()) {
         return sim::runBelowOwnRoot(argv, prepare);
