@@ -28,9 +28,14 @@ size_t editDistance(std::string_view a, std::string_view b) {
 
 std::optional<std::string> nearestName(std::string_view name,
                                        const std::vector<std::string>& known) {
+    return nearestName(name, known, std::max<size_t>(2, name.size() / 3));
+}
+
+std::optional<std::string> nearestName(std::string_view name, const std::vector<std::string>& known,
+                                       size_t most) {
     const auto distance = [&](const std::string& k) { return editDistance(name, k); };
     const auto nearest = std::ranges::min_element(known, {}, distance);
-    if (nearest == known.end() || distance(*nearest) > std::max<size_t>(2, name.size() / 3)) {
+    if (nearest == known.end() || distance(*nearest) > most) {
         return std::nullopt;
     }
     return *nearest;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,6 +11,10 @@ namespace common {
 /** The nearest of the known names, when it is near enough to be meant. */
 std::optional<std::string> nearestName(std::string_view name,
                                        const std::vector<std::string>& known);
+
+/** The nearest that differs by so many letters at most. */
+std::optional<std::string> nearestName(std::string_view name, const std::vector<std::string>& known,
+                                       size_t most);
 
 /** ", did you mean \"cpu\"?" for the nearest of the known names, empty when none is near. */
 std::string suggestion(std::string_view name, const std::vector<std::string>& known);

@@ -9,6 +9,7 @@
 #include "config/ConfigPath.h"
 #include "kelvoconf/lint/FindingText.h"
 #include "kelvoconf/lint/KeyCatalogue.h"
+#include "kelvoconf/lint/ModelRanges.h"
 #include "sim/scenario/Scenario.h"
 #include "sim/scenario/ScenarioParser.h"
 #include "support/Json.h"
@@ -208,6 +209,11 @@ times': 3 -> times': '3' => wrong-type max_abn_tz_detect_times:2
 [31, 56] -> [56, 31] => broadcast-band "41052,41053".shell_temp_broadcast.start_end_values:49
 {'start_end_values': [31, 56]} -> [31000] => unused-thresholds "41052,41053".shell_temp_broadcast:49
 thousandth': 5 -> thousandth': -5 => out-of-range big_data.thermal_off_thousandth:3
+thousandth': 5 -> thousandth': 1001 => absurd-count big_data.thermal_off_thousandth:3
+times': 3 -> times': -1 => absurd-count max_abn_tz_detect_times:2
+times': 3 -> times': 17281 => absurd-count max_abn_tz_detect_times:2
+'sample_period': 40 -> 'sample_period': 86401 => absurd-count SM8450.big_data.sample_period:47
+'index': 10 -> 'index': 1001 => absurd-count ~ambient/power.index:23
 )"));
 }
 
@@ -255,6 +261,18 @@ back': {'index': 1, 'thermal_zone': ['lamp -> lid': {'index': 1, 'thermal_zone':
     index-of-another-name ~backup_b/back.index:19
 ['battery', 'quiet'] -> ['battery'] => backup-hides-zone ~backup_b/front.thermal_zone[0]:20
 ['battery', 'quiet'] -> ['quiet', 'board'] => backups-share-zone ~default/back.thermal_zone[0]:10
+// Names that nearly mean something.
+'front': {'index': 0, 'type -> 'Fornt': {'index': 0, 'type =>
+    index-of-another-name ~default/Fornt.index:11; model-name ~default/Fornt:11
+back': {'index': 1, 'thermal_zone': ['lamp -> bakc': {'index': 1, 'thermal_zone': ['lamp =>
+    index-of-another-name ~default/back.index:10; model-name ~flashon/bakc:13;
+    index-of-another-name ~backup_a/back.index:16; index-of-another-name ~backup_b/back.index:19
+'power': {'index': 10 -> 'Power': {'index': 10 => ambient-models ~ambient.temp_model:21;
+    model-name ~ambient/Power:23
+'front': {'index': 0, 'type -> 'front2': {'index': 0, 'type =>
+    index-of-another-name ~default/front2.index:11
+'front': {'index': 0, 'type -> 'refer': {'index': 0, 'type =>
+    index-of-another-name ~default/refer.index:11; model-name ~default/refer:11
 )"));
 }
 
@@ -291,6 +309,7 @@ TEST_F(Lint, findsLevelsThatAreNotReached) {
     thresholds-not-21 STATUS.temp_threshold:43; status-length STATUS.thermal_status:45
 [-1,35,36 -> [-1,36,36 => thresholds-cross STATUS.temp_threshold_down[1]:44
 ,54,55] -> ,54,55000] => wrong-unit STATUS.temp_threshold[20]:43
+,52,53,54] -> ,52000,53000,54000] => wrong-unit STATUS.temp_threshold_down[18]:44
 [0,0,0,1 -> [0,0,2,1 => list-not-rising STATUS.thermal_status[3]:45
 ,5,6,6,6] -> ,5,6,6] => status-length STATUS.thermal_status:45
 [0] -> [] => status-list-missing STATUS.thermal_status_report:46
@@ -339,6 +358,37 @@ TEST_F(Lint, saysWhatIsNear) {
     EXPECT_EQ(first("'sample_period': 40", "'sampel_period': 40").mend, "write \"sample_period\"");
     EXPECT_EQ(first("'flashon'", "'flash_on'").mend, "write \"flashon\"");
     EXPECT_EQ(first("'SM8450'", "'SM84500'").mend, "write \"SM8450\"");
+}
+
+TEST_F(Lint, judgesModelsAtTheTemperaturesOfThePhone) {
+    const std::vector<Case> tests = cases(R"(
+[0.5, 0.5, 10] -> [0.5, 0.5] =>
+[0.5, 0.5, 10] -> [0.5, 6.0] => implausible-value ~default/back.coefficient[1]:10
+[0.5, 0.5, 10] -> [0.5, -6.0] => implausible-value ~default/back.coefficient[1]:10
+[0.5, 0.5, 10] -> [0.5, 0.5, 1e308] => implausible-value ~default/back.coefficient[2]:10
+[0.5, 0.5, 10] -> [0.5, 0.5, 56500] => implausible-value ~default/back.coefficient[2]:10
+[0.5, 0.5, 10] -> [0.5, 0.5, 55500] =>
+[0.5, 0.5, 10] -> [0.5, 0.5, -7.5] => constant-unit ~default/back.coefficient[2]:10
+[0.5, 0.5, 10] -> [0.5, 0.5, 99] =>
+// A zone that fails gives the model no value.
+['board', 'battery'], 'coefficient': [0.5, 0.5, 10] -> ['cpu', 'battery'], 'coefficient': [0.5, 9] =>
+// A number stands for a zone, too.
+['lamp', 5], 'coefficient': [1, 0] -> [4, 5], 'coefficient': [9] =>
+    constant-unit ~default/back.coefficient[2]:10; unweighted-zones ~flashon/front.thermal_zone[1]:14; implausible-value ~flashon/front.coefficient[0]:14
+)");
+    for (const Case& test : tests) {
+        // The second row makes it hot, the third cold.
+        kelvo::lint::ModelRanges ranges([](const auto& visit) {
+            for (const int32_t battery : {31000, 35000, -39000}) {
+                visit({"row",
+                       {{"board", 33000}, {"battery", battery}, {"cpu", 116000}},
+                       {{4, battery}, {5, 30000}}});
+            }
+        });
+        LintInput input = inputFor(test);
+        input.ranges = &ranges;
+        EXPECT_EQ(summary(lintConfig(input)), written(test.findings)) << test.from << test.to;
+    }
 }
 
 TEST_F(Lint, judgesZonesOnlyWhenTheyAreKnown) {

@@ -18,6 +18,10 @@ bool uses(const TempFittingModel& set, int32_t index) {
     });
 }
 
+ConfigNode zoneOf(const ParsedScene& scene, const FittingModel& model, size_t element) {
+    return (scene.model(model.name) / key::kThermalZone)[static_cast<Json::ArrayIndex>(element)];
+}
+
 /** When a zone fails, a set is given up for its first model only. */
 void checkHidden(const LintContext& context, const ParsedScene& backup) {
     const FittingModel& first = backup.set.models.front();
@@ -26,11 +30,12 @@ void checkHidden(const LintContext& context, const ParsedScene& backup) {
             if (std::ranges::count(first.zones, model.zones[i].index, &ThermalZone::index) > 0) {
                 continue;
             }
-            const ConfigNode list = backup.model(model.name) / key::kThermalZone;
+            const ConfigNode zone = zoneOf(backup, model, i);
+            const std::string zoneName = shown(zone.value());
             context.warning(
-                    "backup-hides-zone", list[static_cast<Json::ArrayIndex>(i)],
+                    "backup-hides-zone", zone,
                     {"the first model of this backup scene, " + quoted(first.name) +
-                             ", does not use this zone",
+                             ", does not use the zone " + zoneName,
                      "looks at the first model only: when the zone fails it may choose this scene, "
                      "whose cycles then fail, and nothing is written",
                      "use the zone in " + quoted(first.name) + " too, or nowhere in the scene"});
@@ -50,9 +55,9 @@ void checkCovered(const LintContext& context, const ParsedScene& start,
             if (isCovered || !seen.insert(zone).second) {
                 continue;
             }
-            const ConfigNode list = start.model(model.name) / key::kThermalZone;
-            context.warning("backups-share-zone", list[static_cast<Json::ArrayIndex>(i)],
-                            {"every backup scene uses this zone, too",
+            const ConfigNode node = zoneOf(start, model, i);
+            context.warning("backups-share-zone", node,
+                            {"every backup scene uses the zone " + shown(node.value()) + ", too",
                              "finds no scene that works when the zone fails: nothing is written",
                              "write a backup scene without it"});
         }

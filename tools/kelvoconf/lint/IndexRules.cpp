@@ -12,8 +12,6 @@ namespace kelvo::lint {
 
 namespace {
 
-constexpr int32_t kReferenceIndex = -1;
-
 std::string number(int32_t index) {
     return std::to_string(index);
 }

@@ -36,6 +36,9 @@ void checkDocument(const LintContext& context) {
     checkStatus(context);
     checkSettings(context);
     checkHeat(context);
+    checkModelNames(context);
+    checkCounts(context);
+    checkPlausibility(context);
 }
 
 }  // namespace

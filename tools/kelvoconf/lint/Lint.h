@@ -9,6 +9,8 @@
 
 namespace kelvo::lint {
 
+class ModelRanges;
+
 /** A configuration file, decrypted. */
 struct ConfigFile {
     std::string name;       // for findings
@@ -24,6 +26,8 @@ struct LintInput {
     std::string project;            // as the phone's node holds it
     /** Types of thermal_zone0, 1, …; none: names and numbers of zones are not judged. */
     std::optional<std::vector<std::string>> zones;
+    /** At what temperatures models are judged; null: they are not. Outlives the call. */
+    ModelRanges* ranges = nullptr;
 };
 
 /**

@@ -61,6 +61,12 @@ void checkStatus(const LintContext& context);
 void checkSettings(const LintContext& context);
 /** Coefficients and tables of the heat components. */
 void checkHeat(const LintContext& context);
+/** Models whose names nearly mean something. */
+void checkModelNames(const LintContext& context);
+/** Numbers that are possible but absurd. */
+void checkCounts(const LintContext& context);
+/** Values of the models at the phone's temperatures, where those are known. */
+void checkPlausibility(const LintContext& context);
 
 /** A type or other name for messages: in double quotes. */
 std::string quoted(const std::string& name);

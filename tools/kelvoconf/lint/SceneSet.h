@@ -38,6 +38,8 @@ void checkIndexes(const LintContext& context, const SceneSet& set);
 bool isBackupScene(const std::string& name);
 /** Whether a scene can come to compute the shell temperature. */
 bool isShellScene(const std::string& name);
+/** The index of a model that caps the others. */
+inline constexpr int32_t kReferenceIndex = -1;
 /** The part beside the scenes that holds the heat components' tables. */
 inline constexpr const char* kHeatSection = key::kHeatDetection;
 

@@ -1,5 +1,6 @@
 // Levels: their thresholds and status values.
 
+#include <algorithm>
 #include <string>
 
 #include "config/ConfigNames.h"
@@ -83,6 +84,25 @@ void checkCount(const LintContext& context, const StatusList& thresholds) {
     }
 }
 
+/** A list in another unit is one mistake, however many thresholds it has. */
+void checkUnit(const LintContext& context, const StatusList& thresholds, size_t hot) {
+    const std::vector<int32_t>& values = thresholds.list.values;
+    const auto isHot = [](int32_t value) { return value > kHottest; };
+    const auto at = values.begin() + static_cast<std::ptrdiff_t>(hot);
+    if (std::any_of(values.begin() + 1, at, isHot)) {
+        return;  // said at the first one
+    }
+    const auto more = std::count_if(at + 1, values.end(), isHot);
+    context.warning("wrong-unit", thresholds.element(hot),
+                    {std::to_string(*at) + " is far too hot" +
+                             (more > 0 ? ", and " + std::to_string(more) + " more" : ""),
+                     more > 0 ? "takes them as whole degrees Celsius, so that the levels are never "
+                                "reached"
+                              : "takes it as whole degrees Celsius, so that the level is never "
+                                "reached",
+                     "write degrees, not thousandths"});
+}
+
 /** What a threshold leads to that the reader of a list cannot see. */
 void checkThresholds(const LintContext& context, const StatusList& thresholds, bool rising) {
     const std::vector<int32_t>& values = thresholds.list.values;
@@ -96,11 +116,7 @@ void checkThresholds(const LintContext& context, const StatusList& thresholds, b
                              (rising ? "warmer" : "cooler"),
                      "write the threshold of " + level});
         } else if (values[i] > kHottest) {
-            context.warning(
-                    "wrong-unit", thresholds.element(i),
-                    {std::to_string(values[i]) + " is far too hot",
-                     "takes it as whole degrees Celsius, so that the level is never reached",
-                     "write degrees, not thousandths"});
+            checkUnit(context, thresholds, i);
         } else if (rising && values[i] == values[i - 1]) {
             context.warning("level-never-reached", thresholds.element(i),
                             {"level " + std::to_string(i - 1) + " has the same threshold",
@@ -116,7 +132,7 @@ void checkCrossing(const LintContext& context, const StatusList& up, const Statu
         const int32_t rising = up.list.values[i];
         const int32_t falling = down.list.values[i];
         const std::string level = "level " + std::to_string(i);
-        if (falling >= rising && rising != kWildcard) {
+        if (falling >= rising && rising != kWildcard && falling <= kHottest) {
             context.warning(
                     "thresholds-cross", down.element(i),
                     {level + " falls at " + std::to_string(falling) + " °C and rises at " +
