@@ -6,6 +6,7 @@
 
 #include "common/ConfigStore.h"
 #include "sim/tree/DeviceTree.h"
+#include "support/Json.h"
 #include "support/Program.h"
 
 namespace fs = std::filesystem;
@@ -120,6 +121,7 @@ TEST_F(KelvoconfTest, lintEndsWithTheWorstOfItsFindings) {
     files.setNode("/wrong.conf", common::encryptConfig(good + ",\n\"big_data\": 5}"));
     files.setNode("/zones", "# the phone's\ncpu\nskim\n");
     files.setNode("/sub.json", R"({"config_versions": "x"})");
+    files.setNode("/t.csv", "t,skin,elsewhere\n0,30,\n9,91000,\n");
     // arguments, status, part
     const std::tuple<const char*, int, const char*> cases[] = {
             {"warned.json", 1, "\n0 errors, 2 warnings; zones not judged (no --zones)\n"},
@@ -131,6 +133,12 @@ TEST_F(KelvoconfTest, lintEndsWithTheWorstOfItsFindings) {
             {"- < wrong.conf", 3, "standard input:3: error: big_data: "},
             {"warned.json sub.json", 1, "sub.json:1: warning: config_versions: "},
             {"warned.json --zones none", 3, "kelvoconf: cannot open"},
+            {"warned.json --zones /dev/null", 3, "kelvoconf: no list of zones: /dev/null\n"},
+            {"warned.json --zones " KELVOCONF, 3, "kelvoconf: no list of zones: " KELVOCONF "\n"},
+            {"warned.json --zones sub.json", 3, "kelvoconf: no list of zones: sub.json\n"},
+            {"warned.json --trace t.csv", 1, "\"skin\" at 91 °C adds 91 °C (t.csv: line 3) "},
+            {"warned.json --trace t.csv", 1, "kelvoconf: warning: the zone \"skin\" is 30 m°C"},
+            {"warned.json --trace sub.json", 3, "the column t: sub.json: line 1\n"},
     };
     for (const auto& [arguments, status, part] : cases) {
         const Program::Result result =
@@ -138,6 +146,16 @@ TEST_F(KelvoconfTest, lintEndsWithTheWorstOfItsFindings) {
         EXPECT_EQ(result.status, status) << arguments;
         EXPECT_THAT(result.out, HasSubstr(part)) << arguments;
     }
+    EXPECT_THAT(run("lint --project Q warned.json").out,
+                EndsWith("\n    hits:   every phone\n0 errors, 2 warnings; for any platform; "
+                         "project Q; zones not judged (no --zones)\n"));
+    EXPECT_THAT(run("lint --json warned.json sub.json").out,
+                EndsWith(R"(,"hits":[{"platform":null,"projects":[null]}]})"
+                         "\n"));
+    fs::rename("sub.json", "kelvo_SM8450.json");
+    EXPECT_THAT(run("lint --json warned.json kelvo_SM8450.json").out,
+                EndsWith(R"(,"hits":[{"platform":"SM8450","projects":[null]}]})"
+                         "\n"));
 }
 
 TEST_F(KelvoconfTest, draftListsZonesAndBeginsAConfiguration) {
@@ -173,6 +191,43 @@ TEST_F(KelvoconfTest, draftListsZonesAndBeginsAConfiguration) {
     EXPECT_THAT(run("draft --root phone --zones-only --json").out,
                 HasSubstr("{\"index\":4,\"type\":\"lcd-ntc\",\"sample\":null,"
                           "\"remarks\":[\"unreadable\"]}\n"));
+    // What draft prints is a list of zones, with their temperatures.
+    files.setNode("/hot.json", R"({"temp_threshold_down": 1,
+"specified_tempzone_info": {"thermal_zone_type": ["xa"]}, "shell_temp_fitting_model": {"default":
+{"temp_model": {"front": {"index": 0, "thermal_zone": ["quiet-ntc"], "coefficient": [1]},
+"back": {"index": 1, "thermal_zone": [3], "coefficient": [9]}}}}})");
+    const std::string expected = run("lint hot.json --json --zones phone").out;
+    EXPECT_THAT(expected, HasSubstr("the nearest is \\\"xo\\\""));
+    EXPECT_THAT(expected, HasSubstr("the weight 9 of the zone 3 at 33 °C adds 297 °C (phone)"));
+    for (const char* json : {"", " --json"}) {
+        run("draft --root phone --zones-only" + std::string(json) + " 2>/dev/null > phone.list");
+        EXPECT_EQ(
+                run("lint hot.json --json --zones phone.list | sed 's/(phone.list)/(phone)/'").out,
+                expected)
+                << json;
+    }
+}
+
+TEST_F(KelvoconfTest, draftKnowsZonesThatAreNamedAfterModels) {
+    sim::DeviceTree phone(files.root() + "/phone");
+    int32_t index = 0;
+    for (const char* type :
+         {"backlight", "lab-front", "back-ntc", "skin", "FRONT_therm", "pmic-board"}) {
+        phone.addZone(index++, type, 30000);
+    }
+    const Json::Value skeleton = parsed(run("draft --root phone 2> /dev/null").out);
+    const Json::Value& models = skeleton["shell_temp_fitting_model"]["default"]["temp_model"];
+    std::string zones;
+    for (const std::string& name : models.getMemberNames()) {
+        zones += name;
+        for (const Json::Value& zone : models[name]["thermal_zone"]) {
+            zones += " " + zone.asString();
+        }
+        zones += "\n";
+    }
+    EXPECT_EQ(zones,
+              "back back-ntc\nboard pmic-board\nframe skin FRONT_therm back-ntc pmic-board\n"
+              "front FRONT_therm\n");
 }
 
 TEST_F(KelvoconfTest, showsWhatTheDaemonMakesOfAFile) {

@@ -8,6 +8,8 @@
 
 #include "config/ConfigPath.h"
 #include "kelvoconf/lint/FindingText.h"
+#include "kelvoconf/lint/Fleet.h"
+#include "kelvoconf/lint/FleetText.h"
 #include "kelvoconf/lint/KeyCatalogue.h"
 #include "kelvoconf/lint/ModelRanges.h"
 #include "sim/scenario/Scenario.h"
@@ -16,6 +18,7 @@
 #include "support/LogCapture.h"
 
 using kelvo::lint::Finding;
+using kelvo::lint::Fleet;
 using kelvo::lint::LintInput;
 using kelvo::lint::Severity;
 
@@ -389,6 +392,31 @@ TEST_F(Lint, judgesModelsAtTheTemperaturesOfThePhone) {
         input.ranges = &ranges;
         EXPECT_EQ(summary(lintConfig(input)), written(test.findings)) << test.from << test.to;
     }
+}
+
+TEST_F(Lint, tellsWhomOfAllPhonesAFindingHits) {
+    const auto found = [](const char* from, const char* to, std::optional<std::string> sub = {}) {
+        const LintInput input = inputFor({from, to, "", sub});
+        const Fleet fleet = kelvo::lint::fleetOf(input, false, false);
+        std::string text = toText(fleet);
+        for (const auto& finding : lintFleet(input, fleet)) {
+            const std::string lines = toText(finding, fleet);
+            text += "\n" + finding.finding.path + " =>" + lines.substr(lines.rfind(": ") + 1);
+            text.pop_back();
+        }
+        return text;
+    };
+    const std::string all = "platform SM8450 and any other; projects 41052, 41053 and any other";
+    EXPECT_EQ(found("{", "{"), all);
+    EXPECT_EQ(found("'sample_period': 30", "'sample_period': 3"),
+              all + "\nbig_data.sample_period =>   any other platform");
+    EXPECT_EQ(found("[31, 56]", "[56, 31]"), all + "\n\"41052,41053\".shell_temp_broadcast.start_"
+                                                   "end_values =>   projects 41052, 41053");
+    EXPECT_EQ(found("'enable'", "'enabel'"), all + "\nbig_data.enabel =>   every phone");
+    EXPECT_EQ(found("'SM8450': {'big_data': {'sample_period': 40}},\n'41052'", "'41052'",
+                    "{'41053': {'config_version': []}, 'big_data': {'sample_period': 1}}"),
+              "any platform; projects 41052, 41053 and any other\n"
+              "big_data.sample_period =>   every phone\n41053.config_version =>   project 41053");
 }
 
 TEST_F(Lint, judgesZonesOnlyWhenTheyAreKnown) {

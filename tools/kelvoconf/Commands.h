@@ -33,7 +33,10 @@ void mergeCommand(const MergeOptions& options);
 
 struct LintOptions {
     PhoneFiles files;
-    std::string zones;  // file of types or device root; empty: zones are not judged
+    bool onlyPlatform = false;  // that of `files`; else all that the document names
+    bool onlyProject = false;
+    std::string zones;  // list of zones or device root; empty: zones are not judged
+    std::string trace;  // rows of temperatures; empty: those of the zones, if they have any
     bool json = false;
 };
 

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
-#include <sstream>
 #include <system_error>
 
 #include "Files.h"
@@ -50,18 +49,6 @@ void remarkSharedType(const kelvo::ZoneTable& table, DeviceZone& zone,
     zone.usable = false;
 }
 
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) {
-        line.erase(line.find_last_not_of(" \t\r") + 1);
-        if (!line.empty() && line.front() != '#') {
-            lines.push_back(line);
-        }
-    }
-    return lines;
-}
-
 }  // namespace
 
 void useDeviceRoot(const std::string& root) {
@@ -102,17 +89,17 @@ std::vector<int32_t> zonesAfterGap(const std::string& root, int32_t count) {
     return numbers;
 }
 
-std::vector<std::string> readZoneTypes(const std::string& fileOrRoot) {
+std::vector<ListedZone> readZones(const std::string& fileOrRoot) {
     if (!fs::is_directory(fileOrRoot)) {
-        return linesOf(readInput(fileOrRoot));
+        return readZoneList(readInput(fileOrRoot),
+                            fileOrRoot == "-" ? "standard input" : fileOrRoot);
     }
     useDeviceRoot(fileOrRoot);
-    kelvo::ZoneTable table;
-    std::vector<std::string> types;
-    for (int32_t index = 0, count = table.discover(); index < count; ++index) {
-        types.push_back(table.typeOf(index));
+    std::vector<ListedZone> zones;
+    for (DeviceZone& zone : readDeviceZones()) {
+        zones.push_back({std::move(zone.type), zone.sample});
     }
-    return types;
+    return zones;
 }
 
 }  // namespace kelvoconf

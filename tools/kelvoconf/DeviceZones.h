@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "ZoneList.h"
+
 namespace kelvoconf {
 
 /** A thermal zone of a device tree. */
@@ -28,10 +30,7 @@ std::vector<DeviceZone> readDeviceZones();
 /** Numbers of zone folders that the daemon does not find, as they come after a gap. */
 std::vector<int32_t> zonesAfterGap(const std::string& root, int32_t count);
 
-/**
- * Zone types in index order: a type a line of a file (empty lines and lines that begin with "#" do
- * not count), or those of a device root. Throws Failure.
- */
-std::vector<std::string> readZoneTypes(const std::string& fileOrRoot);
+/** The zones of a list (see readZoneList) or of a device root. Throws Failure. */
+std::vector<ListedZone> readZones(const std::string& fileOrRoot);
 
 }  // namespace kelvoconf

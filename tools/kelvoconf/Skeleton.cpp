@@ -1,6 +1,8 @@
 #include "Skeleton.h"
 
 #include <algorithm>
+#include <array>
+#include <cctype>
 #include <string>
 #include <string_view>
 
@@ -17,39 +19,73 @@ namespace key = kelvo::key;
 using Types = std::vector<std::string>;
 
 // How vendors call what sits near the shell, the likeliest first.
-constexpr std::string_view kShellWords[] = {"skin",  "shell", "battery", "board", "display", "lcd",
-                                            "quiet", "xo",    "ntc",     "therm", "charge"};
+constexpr std::string_view kShellWords[] = {"skin",    "shell", "front",   "back",  "frame",
+                                            "battery", "board", "display", "lcd",   "quiet",
+                                            "xo",      "ntc",   "therm",   "charge"};
+// Sensors of a laboratory on the shell itself, which a phone on sale lacks.
+constexpr std::string_view kLabPrefix = "lab-";
+constexpr const char* kModels[] = {kelvo::model::kFront, kelvo::model::kBack, kelvo::model::kFrame,
+                                   kelvo::model::kBoard};
 constexpr size_t kMostZones = 4;  // of a model: more weights are hard to fit to a day's trace
 constexpr size_t kMostBackups = 2;
 constexpr int32_t kFirstThreshold = 36;  // °C, of level 1
 constexpr int kLevelsAStatus = 3;
 
+bool isModel(std::string_view word) {
+    return std::ranges::find(kModels, word) != std::end(kModels);
+}
+
+bool isLetter(char c) {
+    return std::isalpha(static_cast<unsigned char>(c)) != 0;
+}
+
+/** Models are words by themselves: "back-ntc" speaks of the back, "backlight" does not. */
 bool mentions(const std::string& type, std::string_view word) {
     std::string lower = type;
     std::ranges::transform(lower, lower.begin(), [](unsigned char c) { return std::tolower(c); });
-    return lower.find(word) != std::string::npos;
+    const size_t at = lower.find(word);
+    if (at == std::string::npos || lower.starts_with(kLabPrefix)) {
+        return false;
+    }
+    const size_t end = at + word.size();
+    const bool stands =
+            (at == 0 || !isLetter(lower[at - 1])) && (end == lower.size() || !isLetter(lower[end]));
+    return stands || !isModel(word) || word == kelvo::model::kBoard;
 }
 
-/** The likeliest zones of the shell, or the first ones when none sounds like it. */
-Types chooseZones(const std::vector<DeviceZone>& zones) {
-    Types chosen;
-    const auto choose = [&chosen](const DeviceZone& zone) {
-        const bool isNew = std::ranges::find(chosen, zone.type) == chosen.end();
-        if (zone.usable && isNew && chosen.size() < kMostZones) {
-            chosen.push_back(zone.type);
-        }
-    };
-    for (const std::string_view word : kShellWords) {
-        for (const DeviceZone& zone : zones) {
-            if (mentions(zone.type, word)) {
-                choose(zone);
+/** The first zones that speak of one of the words, those of an earlier word first. */
+template <typename Words>
+Types zonesNamed(const Types& types, const Words& words) {
+    Types named;
+    for (const auto& word : words) {
+        for (const std::string& type : types) {
+            const bool isNew = std::ranges::find(named, type) == named.end();
+            if (isNew && named.size() < kMostZones && mentions(type, word)) {
+                named.push_back(type);
             }
         }
     }
-    if (chosen.empty()) {
-        std::ranges::for_each(zones, choose);
+    return named;
+}
+
+/** The types that can be used, each once. */
+Types usableTypes(const std::vector<DeviceZone>& zones) {
+    Types types;
+    for (const DeviceZone& zone : zones) {
+        if (zone.usable && std::ranges::find(types, zone.type) == types.end()) {
+            types.push_back(zone.type);
+        }
     }
-    return chosen;
+    return types;
+}
+
+/** The likeliest zones of the shell, or the first ones when none sounds like it. */
+Types chooseZones(const Types& usable) {
+    const Types chosen = zonesNamed(usable, kShellWords);
+    return !chosen.empty()
+                   ? chosen
+                   : Types(usable.begin(), usable.begin() + static_cast<std::ptrdiff_t>(std::min(
+                                                                    usable.size(), kMostZones)));
 }
 
 Json::Value arrayOf(const Types& types) {
@@ -76,14 +112,19 @@ Json::Value meanModel(int32_t index, const Types& types) {
     return model;
 }
 
-Json::Value scene(const Types& types) {
+/** Each model a mean of the zones that are named after it, or else of those for all. */
+Json::Value defaultScene(const Types& usable, const Types& chosen) {
     Json::Value scene;
     int32_t index = 0;
-    for (const char* name :
-         {kelvo::model::kFront, kelvo::model::kBack, kelvo::model::kFrame, kelvo::model::kBoard}) {
-        scene[key::kTempModel][name] = meanModel(index++, types);
+    for (const char* name : kModels) {
+        const Types own = zonesNamed(usable, std::array{name});
+        scene[key::kTempModel][name] = meanModel(index++, own.empty() ? chosen : own);
     }
     return scene;
+}
+
+Json::Value backupScene(const std::string& type) {
+    return defaultScene({}, {type});
 }
 
 Json::Value levels() {
@@ -101,7 +142,8 @@ Json::Value levels() {
 }  // namespace
 
 Json::Value makeSkeleton(const std::vector<DeviceZone>& zones) {
-    const Types types = chooseZones(zones);
+    const Types usable = usableTypes(zones);
+    const Types types = chooseZones(usable);
     if (types.empty()) {
         throw Failure("no zone can be used: thermal zones");
     }
@@ -110,10 +152,10 @@ Json::Value makeSkeleton(const std::vector<DeviceZone>& zones) {
     root[key::kSpecifiedZones][key::kThermalZoneType] = arrayOf(types);
     root[key::kThermalStatusModel] = levels();
     Json::Value& scenes = root[key::kFittingModels];
-    scenes[kelvo::scene::kDefault] = scene(types);
+    scenes[kelvo::scene::kDefault] = defaultScene(usable, types);
     // One zone each: whichever fails, another is left.
     for (size_t i = 0; types.size() > 1 && i < kMostBackups; ++i) {
-        scenes[kelvo::scene::kBackupPrefix + std::to_string(i + 1)] = scene({types[i]});
+        scenes[kelvo::scene::kBackupPrefix + std::to_string(i + 1)] = backupScene(types[i]);
     }
     return root;
 }

@@ -32,23 +32,30 @@ void addDecrypt(CLI::App& app, std::string& in, std::string& out) {
     command->final_callback([&] { decryptCommand(in, out); });
 }
 
-void addFiles(CLI::App& command, PhoneFiles& files, bool needsPhone) {
-    command.add_option("--platform", files.platform, "platform name, such as SM8450")
-            ->type_name("NAME")
-            ->required(needsPhone);
-    command.add_option("--project", files.project, "project name as its node holds it")
-            ->type_name("NAME")
-            ->required(needsPhone);
+struct PhoneOptions {
+    CLI::Option* platform;
+    CLI::Option* project;
+};
+
+PhoneOptions addFiles(CLI::App& command, PhoneFiles& files) {
+    const PhoneOptions options{
+            command.add_option("--platform", files.platform, "platform name, such as SM8450"),
+            command.add_option("--project", files.project, "project name as its node holds it")};
+    options.platform->type_name("NAME");
+    options.project->type_name("NAME");
     command.add_option("MAIN", files.main, "main file, plain or encrypted")
             ->type_name("FILE")
             ->required();
     command.add_option("SUB", files.sub, "the platform's sub-file, plain or encrypted")
             ->type_name("FILE");
+    return options;
 }
 
 void addMerge(CLI::App& app, MergeOptions& options) {
     CLI::App* command = app.add_subcommand("merge", "Print the document the daemon would hold");
-    addFiles(*command, options.files, true);
+    const PhoneOptions phone = addFiles(*command, options.files);
+    phone.platform->required();
+    phone.project->required();
     command->add_flag("--explain", options.explain,
                       "print each key that an override touched, its value and who set it");
     command->add_flag("--json", options.json, "for machines: one object a line");
@@ -60,22 +67,35 @@ void addMerge(CLI::App& app, MergeOptions& options) {
 
 void addLint(CLI::App& app, LintOptions& options, int& status) {
     CLI::App* command = app.add_subcommand(
-            "lint", "Find mistakes and traps; status 0 clean, 1 warnings only, 3 errors");
-    addFiles(*command, options.files, true);
+            "lint",
+            "Find mistakes and traps; status 0 clean, 1 warnings only, 3 errors.\n"
+            "Without --platform or --project for all that the files name, and any other");
+    const PhoneOptions phone = addFiles(*command, options.files);
     command->add_option("--zones", options.zones,
-                        "zone types in index order, one a line, or a device root")
+                        "zone types in index order, one a line, or what draft --zones-only "
+                        "prints, or a device root; models are judged at the samples of the "
+                        "latter two")
+            ->type_name("FILE");
+    command->add_option("--trace", options.trace,
+                        "CSV file as scenarios have it, such as trace.csv: models are judged at "
+                        "the temperatures (m°C) of its rows")
             ->type_name("FILE");
     command->add_flag("--json", options.json, "for machines: one object a line");
-    command_line::setExamples(*command,
-                              {"kelvoconf lint --platform SM8450 --project 30117 "
-                               "examples/game/kelvo.json examples/game/kelvo_SM8450.json"});
-    command->final_callback([&] { status = lintCommand(options); });
+    command_line::setExamples(*command, {"kelvoconf lint --platform SM8450 --project 30117 "
+                                         "examples/game/kelvo.json examples/game/kelvo_SM8450.json",
+                                         "kelvoconf lint --trace examples/tuning/trace.csv "
+                                         "examples/tuning/kelvo.json"});
+    command->final_callback([&options, &status, phone] {
+        options.onlyPlatform = phone.platform->count() > 0;
+        options.onlyProject = phone.project->count() > 0;
+        status = lintCommand(options);
+    });
 }
 
 void addShow(CLI::App& app, PhoneFiles& files) {
     CLI::App* command =
             app.add_subcommand("show", "Print scenes, models, zones and thresholds as tables");
-    addFiles(*command, files, false);
+    addFiles(*command, files);
     command_line::setExamples(*command, {"kelvoconf show examples/hello/kelvo.json"});
     command->final_callback([&] { showCommand(files); });
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <string>
 
@@ -20,6 +21,8 @@ struct Finding {
     std::string what;    // what is wrong
     std::string effect;  // what the daemon does with it
     std::string mend;    // how to mend it
+
+    auto operator<=>(const Finding&) const = default;
 };
 
 /** "warning" or "error". */

@@ -5,6 +5,11 @@
 
 namespace kelvo::lint {
 
+std::pair<std::ptrdiff_t, int32_t> placeInOrder(const Finding& finding,
+                                                const std::vector<std::string>& files) {
+    return {std::ranges::find(files, finding.file) - files.begin(), finding.line};
+}
+
 void FindingList::error(const std::string& rule, Place place, Advice advice) {
     add(Severity::ERROR, rule, std::move(place), std::move(advice));
 }
@@ -22,10 +27,9 @@ void FindingList::add(Severity severity, const std::string& rule, Place place, A
 }
 
 std::vector<Finding> FindingList::take(const std::vector<std::string>& files) {
-    const auto key = [&files](const Finding& finding) {
-        return std::pair(std::ranges::find(files, finding.file) - files.begin(), finding.line);
-    };
-    std::ranges::stable_sort(mFindings, {}, key);
+    std::ranges::stable_sort(mFindings, {}, [&files](const Finding& finding) {
+        return placeInOrder(finding, files);
+    });
     return std::move(mFindings);
 }
 

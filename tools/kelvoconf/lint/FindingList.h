@@ -1,14 +1,21 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <set>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "kelvoconf/lint/Finding.h"
 #include "kelvoconf/lint/MergedConfig.h"
 
 namespace kelvo::lint {
+
+/** What findings are sorted by: the place of their file among `files`, then their line. */
+std::pair<std::ptrdiff_t, int32_t> placeInOrder(const Finding& finding,
+                                                const std::vector<std::string>& files);
 
 /** The words of a finding. */
 struct Advice {

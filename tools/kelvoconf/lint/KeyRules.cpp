@@ -24,15 +24,9 @@ class KeyCheck {
         return {mFile.name(), node.path().text(), mFile.lineOf(node.path())};
     }
 
-    // A section's name is free, so one without any known key below it is not taken for one.
     bool isSection(const std::string& name, const ConfigNode& node) const {
-        if (isGroupName(name) || isPlatformLike(name) || name == mContext.input.project ||
-            name == mContext.input.platform) {
-            return true;
-        }
-        return std::ranges::any_of(node.members(), [](const auto& member) {
-            return findKey({member.first}) != nullptr;
-        });
+        return isGroupName(name) || isPlatformLike(name) || name == mContext.input.project ||
+               name == mContext.input.platform || isSectionOfProject(name, node);
     }
 
     void checkTopLevel(const ConfigNode& level, bool overrides) const {

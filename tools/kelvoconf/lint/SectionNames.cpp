@@ -6,6 +6,7 @@
 
 #include "base/SplitText.h"
 #include "config/PlatformTable.h"
+#include "kelvoconf/lint/KeyCatalogue.h"
 
 namespace kelvo::lint {
 
@@ -32,6 +33,13 @@ bool isPlatformLike(const std::string& name) {
         }
     }
     return false;
+}
+
+bool isSectionOfProject(const std::string& name, const ConfigNode& node) {
+    return findKey({name}) == nullptr &&
+           std::ranges::any_of(node.members(), [](const auto& member) {
+               return findKey({member.first}) != nullptr;
+           });
 }
 
 std::vector<std::string> detectablePlatforms() {

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "kelvoconf/lint/ConfigNode.h"
+
 namespace kelvo::lint {
 
 /** Whether a member of the top level is a section for a list of projects. */
@@ -13,6 +15,11 @@ std::vector<std::string> projectsOf(const std::string& groupName);
 bool isListWithoutCommas(const std::string& name);
 /** Whether a name is made like a platform's: letters of a chip maker's family, then digits. */
 bool isPlatformLike(const std::string& name);
+/**
+ * Whether a member of the top level, by a name that is free, is a section: one has a key that the
+ * daemon reads.
+ */
+bool isSectionOfProject(const std::string& name, const ConfigNode& node);
 /** All platforms that a phone can report. */
 std::vector<std::string> detectablePlatforms();
 
