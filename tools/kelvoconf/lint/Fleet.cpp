@@ -6,9 +6,8 @@
 #include <string_view>
 
 #include "config/PlatformTable.h"
-#include "kelvoconf/lint/FindingList.h"
+#include "kelvoconf/lint/ParsedFiles.h"
 #include "kelvoconf/lint/SectionNames.h"
-#include "kelvoconf/lint/SourceFile.h"
 
 namespace kelvo::lint {
 
@@ -123,12 +122,13 @@ Fleet fleetOf(const LintInput& input, bool onlyPlatform, bool onlyProject) {
 }
 
 std::vector<FleetFinding> lintFleet(LintInput input, const Fleet& fleet) {
+    const ParsedFiles files(input);
     Collection findings;
     for (const PhoneName& platform : fleet.platforms) {
         input.platform = platform.value_or(otherPlatform(fleet));
         for (const PhoneName& project : fleet.projects) {
             input.project = project.value_or(otherProject(fleet));
-            for (const Finding& finding : lintConfig(input)) {
+            for (const Finding& finding : lintParsed(files, input)) {
                 findings.add(finding, platform, project);
             }
         }

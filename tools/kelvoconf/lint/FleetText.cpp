@@ -13,13 +13,18 @@ namespace {
 using Names = std::vector<PhoneName>;
 using Hits = FleetFinding::Hits;
 
+constexpr size_t kMostNames = 10;  // that a line has; JSON has all of them
+
 /** "projects 41052, 41053 and any other"; any other is the last. */
 std::string listed(const std::string& kind, const Names& names) {
     std::string text;
     const bool hasOther = !names.empty() && !names.back();
     const size_t named = names.size() - (hasOther ? 1 : 0);
-    for (size_t i = 0; i < named; ++i) {
+    for (size_t i = 0; i < std::min(named, kMostNames); ++i) {
         text += (i == 0 ? kind + (named > 1 ? "s " : " ") : ", ") + nameInPath(*names[i]);
+    }
+    if (named > kMostNames) {
+        text += ", " + std::to_string(named - kMostNames) + " more";
     }
     if (!hasOther) {
         return text;

@@ -1,6 +1,7 @@
 #include "kelvoconf/lint/Lint.h"
 
 #include "common/JsonText.h"
+#include "kelvoconf/lint/ParsedFiles.h"
 #include "kelvoconf/lint/Readings.h"
 #include "kelvoconf/lint/Rules.h"
 #include "kelvoconf/lint/SceneSet.h"
@@ -47,25 +48,30 @@ std::string quoted(const std::string& name) {
     return common::compactJson(name, common::JsonStyle::UTF8);
 }
 
-std::vector<Finding> lintConfig(const LintInput& input) {
-    FindingList findings;
-    const SourceFile main(input.main);
+ParsedFiles::ParsedFiles(const LintInput& input) : main(input.main) {
     checkSource(main, true, findings);
-    std::optional<SourceFile> sub;
     if (input.sub) {
         sub.emplace(*input.sub);
         checkSource(*sub, false, findings);
     }
-    if (!main.error()) {
-        const SourceFile* const readSub = sub && !input.platform.empty() ? &*sub : nullptr;
-        const MergedConfig config(main, readSub, input.platform, input.project);
+}
+
+std::vector<Finding> lintParsed(const ParsedFiles& files, const LintInput& input) {
+    FindingList findings = files.findings;
+    if (!files.main.error()) {
+        const SourceFile* const sub = files.sub && !input.platform.empty() ? &*files.sub : nullptr;
+        const MergedConfig config(files.main, sub, input.platform, input.project);
         const ZoneTable zones = zoneTable(input, config.root().value());
         const SceneSet scenes = parseScenes(config.root(), zones, zoneCount(input));
         const Readings readings = readSections(config.root());
-        checkDocument({scenes, readings, input, main, readSub, config, zones, zoneCount(input),
+        checkDocument({scenes, readings, input, files.main, sub, config, zones, zoneCount(input),
                        findings});
     }
-    return findings.take({input.main.name, input.sub ? input.sub->name : ""});
+    return findings.take({files.main.name(), files.sub ? files.sub->name() : ""});
+}
+
+std::vector<Finding> lintConfig(const LintInput& input) {
+    return lintParsed(ParsedFiles(input), input);
 }
 
 }  // namespace kelvo::lint

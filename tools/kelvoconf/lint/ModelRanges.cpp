@@ -33,7 +33,7 @@ ModelValue explained(const FittingModel& model, std::vector<int32_t> temps,
 ModelRanges::Key ModelRanges::keyOf(const FittingModel& model) {
     Key key;
     for (const ThermalZone& zone : model.zones) {
-        key.first.emplace_back(zone.index, zone.name);
+        key.first.emplace_back(zone.name.empty() ? zone.index : -1, zone.name);
     }
     key.second = model.coefficients;
     return key;
