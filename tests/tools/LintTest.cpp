@@ -272,6 +272,8 @@ back': {'index': 1, 'thermal_zone': ['lamp -> bakc': {'index': 1, 'thermal_zone'
     index-of-another-name ~backup_a/back.index:16; index-of-another-name ~backup_b/back.index:19
 'power': {'index': 10 -> 'Power': {'index': 10 => ambient-models ~ambient.temp_model:21;
     model-name ~ambient/Power:23
+'power': {'index': 10 -> 'Power': {'index': 11, 'thermal_zone': ['xo'], 'coefficient': [1]},
+    'power': {'index': 10 =>
 'front': {'index': 0, 'type -> 'front2': {'index': 0, 'type =>
     index-of-another-name ~default/front2.index:11
 'front': {'index': 0, 'type -> 'refer': {'index': 0, 'type =>
@@ -375,6 +377,10 @@ TEST_F(Lint, judgesModelsAtTheTemperaturesOfThePhone) {
 [0.5, 0.5, 10] -> [0.5, 0.5, 99] =>
 // A zone that fails gives the model no value.
 ['board', 'battery'], 'coefficient': [0.5, 0.5, 10] -> ['cpu', 'battery'], 'coefficient': [0.5, 9] =>
+// A power is no temperature.
+'coefficient': [1, 12] -> 'coefficient': [9, 12] => constant-unit ~default/back.coefficient[2]:10
+['skin'], 'coefficient': [1] -> ['xo'], 'coefficient': [9] =>
+    constant-unit ~default/back.coefficient[2]:10; implausible-value ~ambient/front.coefficient[0]:22
 // A number stands for a zone, too.
 ['lamp', 5], 'coefficient': [1, 0] -> [4, 5], 'coefficient': [9] =>
     constant-unit ~default/back.coefficient[2]:10; unweighted-zones ~flashon/front.thermal_zone[1]:14; implausible-value ~flashon/front.coefficient[0]:14
@@ -384,7 +390,7 @@ TEST_F(Lint, judgesModelsAtTheTemperaturesOfThePhone) {
         kelvo::lint::ModelRanges ranges([](const auto& visit) {
             for (const int32_t battery : {31000, 35000, -39000}) {
                 visit({"row",
-                       {{"board", 33000}, {"battery", battery}, {"cpu", 116000}},
+                       {{"board", 33000}, {"battery", battery}, {"cpu", 116000}, {"xo", 30000}},
                        {{4, battery}, {5, 30000}}});
             }
         });
