@@ -121,6 +121,7 @@ TEST_F(KelvoconfTest, lintEndsWithTheWorstOfItsFindings) {
     files.setNode("/wrong.conf", common::encryptConfig(good + ",\n\"big_data\": 5}"));
     files.setNode("/zones", "# the phone's\ncpu\nskim\n");
     files.setNode("/sub.json", R"({"config_versions": "x"})");
+    files.setNode("/gap", "zone  type  sample, m°C  remarks\n0     cpu\n2     gpu\n");
     files.setNode("/t.csv", "t,skin,elsewhere\n0,30,\n9,91000,\n");
     // arguments, status, part
     const std::tuple<const char*, int, const char*> cases[] = {
@@ -136,6 +137,7 @@ TEST_F(KelvoconfTest, lintEndsWithTheWorstOfItsFindings) {
             {"warned.json --zones /dev/null", 3, "kelvoconf: no list of zones: /dev/null\n"},
             {"warned.json --zones " KELVOCONF, 3, "kelvoconf: no list of zones: " KELVOCONF "\n"},
             {"warned.json --zones sub.json", 3, "kelvoconf: no list of zones: sub.json\n"},
+            {"warned.json --zones gap", 3, "kelvoconf: no list of zones: gap\n"},
             {"warned.json --trace t.csv", 1, "\"skin\" at 91 °C adds 91 °C (t.csv: line 3) "},
             {"warned.json --trace t.csv", 1, "kelvoconf: warning: the zone \"skin\" is 30 m°C"},
             {"warned.json --trace sub.json", 3, "the column t: sub.json: line 1\n"},
