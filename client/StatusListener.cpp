@@ -23,13 +23,18 @@ struct CallKind {
     bool answersException;
 };
 
-const CallKind* findKind(uint32_t code) {
-    static const std::vector<CallKind> kinds = {
+const std::vector<CallKind>& callKinds() {
+    static const std::vector<CallKind> kKinds = {
             {3, "notify_thermal_status", {"status"}, false, false},
             {4, "notify_thermal_broadcast", {"level", "temp"}, false, true},
             {5, "notify_ambient_thermal", {"temp"}, false, true},
             {6, "notify_component_heat", {"level", "temp"}, true, true},
     };
+    return kKinds;
+}
+
+const CallKind* findKind(uint32_t code) {
+    const std::vector<CallKind>& kinds = callKinds();
     const auto found = std::find_if(kinds.begin(), kinds.end(),
                                     [code](const CallKind& kind) { return kind.code == code; });
     return found != kinds.end() ? &*found : nullptr;
@@ -46,6 +51,17 @@ Json::Value parseDetail(const android::String16& text) {
 const android::String16& listenerDescriptor() {
     static const android::String16 kDescriptor("com.zenta.thermalcontrol.IThermalStatusListener");
     return kDescriptor;
+}
+
+const std::map<std::string, std::vector<std::string>>& listenerEvents() {
+    static const auto kEvents = [] {
+        std::map<std::string, std::vector<std::string>> events;
+        for (const CallKind& kind : callKinds()) {
+            events[kind.event] = {kind.numbers.begin(), kind.numbers.end()};
+        }
+        return events;
+    }();
+    return kEvents;
 }
 
 status_t readListenerCall(android::IBinder& listener, uint32_t code, const Parcel& data,

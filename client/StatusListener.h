@@ -5,6 +5,7 @@
 #include <json/value.h>
 
 #include <functional>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -29,6 +30,9 @@ const android::String16& listenerDescriptor();
  */
 android::status_t readListenerCall(android::IBinder& listener, uint32_t code,
                                    const android::Parcel& data, ListenerCall& call);
+
+/** The names of the numbers that each kind of call carries, by its event. */
+const std::map<std::string, std::vector<std::string>>& listenerEvents();
 
 /** Writes the reply of a call that was taken; `reply` is null for a call without one. */
 void answerListenerCall(const ListenerCall& call, android::Parcel* reply);

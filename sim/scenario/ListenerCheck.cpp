@@ -16,26 +16,9 @@ using Ids = std::set<std::string>;
 Ids knownIds(const std::vector<std::pair<Action, JsonPlace>>& timeline) {
     Ids ids;
     for (const auto& [action, place] : timeline) {
-        if (const auto* listen = std::get_if<Listen>(&action.deed)) {
-            ids.insert(listen->id);
-        } else if (const auto* unlisten = std::get_if<Unlisten>(&action.deed)) {
-            ids.insert(unlisten->id);
-        } else if (const auto* transact = std::get_if<Transact>(&action.deed)) {
-            for (const Argument& argument : transact->args) {
-                if (const auto* listener = std::get_if<ListenerArgument>(&argument)) {
-                    ids.insert(listener->id);
-                }
-            }
-        }
+        addListenerIds(action.deed, ids);
     }
     return ids;
-}
-
-void checkKnown(const Ids& ids, const std::string& id, const JsonPlace& place) {
-    if (!ids.contains(id)) {
-        place.need("id").fail("no action registers this listener" +
-                              common::suggestion(id, {ids.begin(), ids.end()}));
-    }
 }
 
 void unregister(const Transact& transact, Ids& registered) {
@@ -51,6 +34,27 @@ void unregister(const Transact& transact, Ids& registered) {
 
 }  // namespace
 
+void addListenerIds(const Deed& deed, Ids& ids) {
+    if (const auto* listen = std::get_if<Listen>(&deed)) {
+        ids.insert(listen->id);
+    } else if (const auto* unlisten = std::get_if<Unlisten>(&deed)) {
+        ids.insert(unlisten->id);
+    } else if (const auto* transact = std::get_if<Transact>(&deed)) {
+        for (const Argument& argument : transact->args) {
+            if (const auto* listener = std::get_if<ListenerArgument>(&argument)) {
+                ids.insert(listener->id);
+            }
+        }
+    }
+}
+
+void checkListenerId(const JsonPlace& place, const std::string& id, const Ids& known) {
+    if (!known.contains(id)) {
+        place.fail("no action registers this listener" +
+                   common::suggestion(id, {known.begin(), known.end()}));
+    }
+}
+
 void checkListeners(const std::vector<std::pair<Action, JsonPlace>>& timeline) {
     const Ids known = knownIds(timeline);
     Ids registered;
@@ -62,10 +66,10 @@ void checkListeners(const std::vector<std::pair<Action, JsonPlace>>& timeline) {
         } else if (const auto* unlisten = std::get_if<Unlisten>(&action.deed)) {
             registered.erase(unlisten->id);
         } else if (const auto* dies = std::get_if<ListenerDies>(&action.deed)) {
-            checkKnown(known, dies->id, place);
+            checkListenerId(place.need("id"), dies->id, known);
             registered.erase(dies->id);
         } else if (const auto* fails = std::get_if<ListenerFails>(&action.deed)) {
-            checkKnown(known, fails->id, place);
+            checkListenerId(place.need("id"), fails->id, known);
         } else if (const auto* transact = std::get_if<Transact>(&action.deed)) {
             unregister(*transact, registered);
         }

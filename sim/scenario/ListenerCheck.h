@@ -1,5 +1,7 @@
 #pragma once
 
+#include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -7,6 +9,12 @@
 #include "sim/scenario/Scenario.h"
 
 namespace sim {
+
+/** Adds the ids of listeners that an action makes binders. */
+void addListenerIds(const Deed& deed, std::set<std::string>& ids);
+/** Fails at `place` unless the id is one of these. */
+void checkListenerId(const JsonPlace& place, const std::string& id,
+                     const std::set<std::string>& known);
 
 /**
  * Follows the listeners through a sorted timeline: registering a living registered one again, or

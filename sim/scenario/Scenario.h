@@ -12,6 +12,7 @@
 
 #include "client/CallTypes.h"
 #include "sim/plant/PlantParams.h"
+#include "sim/scenario/Expectation.h"
 
 namespace sim {
 
@@ -170,7 +171,8 @@ struct Scenario {
     HealthHal healthHal = HealthHal::Aidl;
     std::optional<std::string> trace;  // host path of the CSV file
     std::optional<PlantParams> plant;
-    std::vector<Action> timeline;  // sorted by time, stably
+    std::vector<Action> timeline;     // sorted by time, stably
+    std::vector<Expectation> expect;  // in the file's order
 };
 
 /** The index of the zone of this type; none when there is no such zone or more than one. */

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "sim/scenario/ExpectParser.h"
 #include "sim/scenario/FolderCheck.h"
 #include "sim/scenario/JsonPlace.h"
 #include "sim/scenario/NodeParser.h"
@@ -167,7 +168,7 @@ Scenario parseScenario(std::string_view text, const std::string& file, const std
     const Json::Value document = parseJson(text, file);
     const JsonPlace root(document, file);
     root.onlyMembers({"name", "start", "uptime", "duration", "properties", "nodes", "zones",
-                      "config", "services", "health_hal", "trace", "plant", "timeline"});
+                      "config", "services", "health_hal", "trace", "plant", "timeline", "expect"});
     Scenario scenario;
     if (const auto name = root.find("name")) {
         scenario.name = name->text();
@@ -175,6 +176,9 @@ Scenario parseScenario(std::string_view text, const std::string& file, const std
     parseClocks(root, scenario);
     parseDevice(root, folder, scenario);
     parseCourse(root, folder, scenario);
+    if (const auto expect = root.find("expect")) {
+        scenario.expect = parseExpectations(*expect, scenario);
+    }
     return scenario;
 }
 
