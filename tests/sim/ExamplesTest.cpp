@@ -31,6 +31,7 @@ TEST(Examples, areAllCorrect) {
         if (entry.is_directory()) {
             const sim::Scenario scenario = sim::loadScenario(entry.path() / "scenario.json");
             EXPECT_GT(scenario.zones.size(), 0U) << entry.path();
+            EXPECT_GT(scenario.expect.size(), 2U) << entry.path();
             EXPECT_EQ(sim::checkTrace(scenario) > 0, scenario.trace.has_value());
             ++count;
         }

@@ -21,9 +21,9 @@ using testing::HasSubstr;
 /** A replay of an example with all that it writes. */
 class Replay {
   public:
-    /** With one text of the configuration in place of another. */
+    /** With one text of the configuration in place of another; `status` is the replay's. */
     explicit Replay(const std::string& name, const std::string& wrong = "",
-                    const std::string& right = "") {
+                    const std::string& right = "", int status = 0) {
         std::filesystem::copy(std::string(EXAMPLES) + "/" + name, path("scenario"));
         std::string config = readFile(path("scenario/kelvo.json"));
         config.replace(config.find(right), right.size(), wrong);
@@ -31,7 +31,8 @@ class Replay {
         const Program::Result result = Program::run(
                 "kelvosim", {"replay", path("scenario/scenario.json"), "--events", path("events"),
                              "--report", page(), "--perfetto", path("trace")});
-        EXPECT_EQ(result.status, 0) << result.err;
+        EXPECT_EQ(result.status, status) << result.err;
+        mOutput = result.out;
         mEvents = parsedLines(readFile(path("events")));
     }
 
@@ -53,6 +54,8 @@ class Replay {
         }
         return result;
     }
+    const std::string& output() const { return mOutput; }
+    const Json::Value& lastEvent() const { return mEvents.back()["event"]; }
     ptrdiff_t notifications() const {
         return std::ranges::count_if(mEvents, [](const Json::Value& event) {
             return event["event"].asString().starts_with("notify_");
@@ -62,6 +65,7 @@ class Replay {
   private:
     sim::TemporaryFolder mFolder{"kelvo-test-"};
     std::vector<Json::Value> mEvents;
+    std::string mOutput;
 };
 
 /** A page in the browser, with an option that says what of it is wanted. */
@@ -176,7 +180,7 @@ TEST(KelvosimReportTest, explainsWhatWasWritten) {
 }
 
 TEST(KelvosimReportTest, warnsOfTheConfiguration) {
-    const Replay replay("hello", "\"bord\"]", "\"board\"]");
+    const Replay replay("hello", "\"bord\"]", "\"board\"]", 1);
     const Json::Value answer = ask(
             replay,
             "{text: [...document.querySelectorAll('#warnings td')].map(one => one.textContent)}");
@@ -186,6 +190,20 @@ TEST(KelvosimReportTest, warnsOfTheConfiguration) {
     }
     EXPECT_THAT(cells, Contains(HasSubstr("front.thermal_zone[1]")));
     EXPECT_THAT(cells, Contains(HasSubstr("\"bord\"; the nearest is \"board\"")));
+}
+
+TEST(KelvosimReportTest, writesAllWhenAnExpectationFails) {
+    const Replay replay("hello", "0.35, 500]", "0.35, 1500]", 1);
+    EXPECT_THAT(replay.output(), AllOf(HasSubstr("FAILED: expect[1]: at 120 s: level 5"),
+                                       HasSubstr("board 39.200 × 0.35 + 0.500")));
+    EXPECT_EQ(replay.lastEvent(), "end");
+    EXPECT_GT(replay.trace()["traceEvents"].size(), 0U);
+    const Json::Value answer =
+            ask(replay,
+                "{text: [...document.querySelectorAll('#expectations tr, #extremes .bad')]"
+                ".map(one => one.textContent)}");
+    EXPECT_THAT(answer["text"][0].asString(), HasSubstr("2 failed"));
+    EXPECT_THAT(answer["text"][3].asString(), HasSubstr("failed08:02:00expect[1]"));
 }
 
 TEST(KelvosimReportTest, isNoBlankPage) {

@@ -31,5 +31,9 @@ void checkScenario(const std::string& file) {
     if (scenario.trace) {
         std::cout << "trace of " << rows << " rows, ";
     }
-    std::cout << scenario.timeline.size() << " actions\n";
+    std::cout << scenario.timeline.size() << " actions";
+    if (!scenario.expect.empty()) {
+        std::cout << ", " << scenario.expect.size() << " expectations";
+    }
+    std::cout << '\n';
 }

@@ -4,11 +4,13 @@
 #include <unistd.h>
 
 #include <array>
+#include <iostream>
 #include <memory>
 #include <ostream>
 
 #include "ChangeEvents.h"
 #include "Check.h"
+#include "CommandLine.h"
 #include "DecisionEvents.h"
 #include "OtherConfig.h"
 #include "OutputFile.h"
@@ -64,10 +66,25 @@ std::unique_ptr<OutputFile> openLog(const std::string& name) {
     return log;
 }
 
+/** Whether lines of the run go to standard output. */
+bool printsRun(const ReplayOptions& options) {
+    return options.events == "-" || options.log == "-" || options.explain == "-";
+}
+
 /** Lines of the run and one that comes and goes would be in each other's way. */
 bool writesToTerminal(const ReplayOptions& options) {
-    return isatty(STDOUT_FILENO) == 1 &&
-           (options.events == "-" || options.log == "-" || options.explain == "-");
+    return isatty(STDOUT_FILENO) == 1 && printsRun(options);
+}
+
+/** To standard output, or to standard error where something else has that for itself. */
+void tellVerdicts(const std::vector<Verdict>& verdicts, const ReplayOptions& options) {
+    if (verdicts.empty()) {
+        return;
+    }
+    const bool isTaken = printsRun(options) || options.recording.wantsOutput();
+    std::ostream& out = isTaken ? std::cerr : std::cout;
+    writeVerdicts(out, verdicts);
+    out.flush();
 }
 
 void run(sim::VirtualPhone& phone, const sim::Scenario& scenario, const ReplayOptions& options) {
@@ -92,7 +109,7 @@ int replay(const sim::Scenario& scenario, const ReplayOptions& options) {
         observers.add(&changes);
     }
     std::unique_ptr<ReplayRecording> recording;
-    if (options.recording.wanted()) {
+    if (options.recording.wanted() || !scenario.expect.empty()) {
         recording =
                 std::make_unique<ReplayRecording>(scenario, options.scenario, options.recording);
         observers.add(&recording->observer());
@@ -112,15 +129,15 @@ int replay(const sim::Scenario& scenario, const ReplayOptions& options) {
     }
     run(phone, scenario, options);
     __android_log_set_logger(dropLogLine);
-    if (recording != nullptr) {
-        recording->write();
-    }
+    const std::vector<Verdict> verdicts =
+            recording != nullptr ? recording->write() : std::vector<Verdict>();
     for (const auto* output : {&events, &log, &reasons}) {
         if (*output != nullptr) {
             (*output)->finish();
         }
     }
-    return 0;
+    tellVerdicts(verdicts, options);
+    return allPassed(verdicts) ? 0 : command_line::kFailed;
 }
 
 }  // namespace

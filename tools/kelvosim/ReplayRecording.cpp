@@ -2,6 +2,7 @@
 
 #include "ConfigWarnings.h"
 #include "comparison/ComparisonText.h"
+#include "expectations/Junit.h"
 #include "perfetto/PerfettoTrace.h"
 #include "report/HtmlReport.h"
 
@@ -14,6 +15,9 @@ ReplayRecording::ReplayRecording(const sim::Scenario& scenario, const std::strin
     if (!options.perfetto.empty()) {
         mPerfetto.emplace(options.perfetto);
     }
+    if (!options.junit.empty()) {
+        mJunit.emplace(options.junit);
+    }
 }
 
 void ReplayRecording::watch(sim::VirtualPhone& phone) {
@@ -22,16 +26,31 @@ void ReplayRecording::watch(sim::VirtualPhone& phone) {
     phone.setMomentListener([this](const sim::Plant* plant) { mRecorder.onMomentEnd(plant); });
 }
 
-void ReplayRecording::write() {
+std::vector<Verdict> ReplayRecording::write() {
+    // A run for the sake of its outcome has another configuration than the scenario speaks of.
+    std::vector<Verdict> verdicts;
+    if (mOptions.outcome.empty()) {
+        verdicts = judge(mScenario.expect, mRecorder.recording());
+    }
+    writeFiles(verdicts);
+    return verdicts;
+}
+
+void ReplayRecording::writeFiles(const std::vector<Verdict>& verdicts) {
     const std::optional<ComparedRun> other = comparedRun();
     if (mReport) {
-        writeHtmlReport(mReport->stream(), mRecorder.recording(), configWarnings(mScenario),
-                        other ? &*other : nullptr);
+        writeHtmlReport(mReport->stream(), mRecorder.recording(),
+                        {configWarnings(mScenario), verdicts, other ? &*other : nullptr});
         mReport->finish();
     }
     if (mPerfetto) {
         writePerfettoTrace(mPerfetto->stream(), mRecorder.recording());
         mPerfetto->finish();
+    }
+    if (mJunit) {
+        const RunInfo& info = mRecorder.recording().info;
+        writeJunit(mJunit->stream(), info.name.empty() ? info.scenario : info.name, verdicts);
+        mJunit->finish();
     }
     if (!mOptions.outcome.empty()) {
         OutputFile outcome(mOptions.outcome);

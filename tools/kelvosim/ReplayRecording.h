@@ -2,9 +2,11 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "OutputFile.h"
 #include "comparison/Comparison.h"
+#include "expectations/Verdict.h"
 #include "recording/Recorder.h"
 #include "sim/virtual/VirtualPhone.h"
 
@@ -12,12 +14,17 @@
 struct RecordingOptions {
     std::string report;       // an HTML page
     std::string perfetto;     // a trace
+    std::string junit;        // what became of the expectations, for continuous integration
     std::string outcome;      // what a run with another configuration is compared by
     std::string other;        // the outcome of that run; the comparison goes to standard output
     std::string otherConfig;  // its file, as the user named it
 
+    /** Whether standard output is for one of them. */
+    bool wantsOutput() const {
+        return report == "-" || perfetto == "-" || junit == "-" || !other.empty();
+    }
     /** Whether a user asked for a file. */
-    bool wantsFile() const { return !report.empty() || !perfetto.empty(); }
+    bool wantsFile() const { return !report.empty() || !perfetto.empty() || !junit.empty(); }
     bool wanted() const { return wantsFile() || !outcome.empty() || !other.empty(); }
 };
 
@@ -33,15 +40,20 @@ class ReplayRecording {
     /** Before the phone starts; events are for onEvent(). */
     void watch(sim::VirtualPhone& phone);
     void onEvent(const sim::Event& event) { mRecorder.onEvent(event); }
-    /** When the phone has run; what judges the configuration logs. Throws std::runtime_error. */
-    void write();
+    /**
+     * When the phone has run: writes the files and returns what became of the scenario's
+     * expectations. What judges the configuration logs. Throws std::runtime_error.
+     */
+    std::vector<Verdict> write();
 
   private:
+    void writeFiles(const std::vector<Verdict>& verdicts);
     std::optional<ComparedRun> comparedRun() const;
 
     const sim::Scenario& mScenario;
     Recorder mRecorder;
     std::optional<OutputFile> mReport;
     std::optional<OutputFile> mPerfetto;
+    std::optional<OutputFile> mJunit;
     const RecordingOptions mOptions;
 };

@@ -45,6 +45,9 @@ void addReplay(CLI::App& app, char** argv, int* status) {
     command->add_option("--perfetto", options.recording.perfetto,
                         "Where a trace for ui.perfetto.dev goes, JSON")
             ->type_name("FILE");
+    command->add_option("--junit", options.recording.junit,
+                        "Where what became of the scenario's expectations goes, JUnit XML")
+            ->type_name("FILE");
     command->add_option("--against", options.recording.otherConfig,
                         "A configuration, plain or encrypted, that stands in for the scenario's "
                         "main one in a second run; says where shell temperature, level, status "
@@ -60,7 +63,7 @@ void addReplay(CLI::App& app, char** argv, int* status) {
     command->callback([argv, status] {
         if (!options.recording.outcome.empty()) {
             options.events = options.log = options.explain = "";  // asked of the other run
-            options.recording.report = options.recording.perfetto = "";
+            options.recording.report = options.recording.perfetto = options.recording.junit = "";
         } else if (options.events.empty() && options.log.empty() && options.explain.empty() &&
                    !options.recording.wantsFile() && options.recording.otherConfig.empty()) {
             options.events = "-";

@@ -157,6 +157,8 @@ void Recorder::onHeatSample(const kelvo::HeatSample& sample) {
 void Recorder::onHeatRanking(const kelvo::HeatRanking& ranking) {
     const int64_t now = sim::VirtualTime::now();
     mRecording.rankings.push_back({now, {ranking, mLastSamples}});
+    const char* const main = componentName(ranking.mainComponent);
+    mRecording.heatSource.add(now, main != nullptr ? main : "");
     for (const auto& contribution : ranking.contributions) {
         mRecording.heat.at(static_cast<size_t>(contribution.component)).add(now, contribution.heat);
     }
@@ -175,6 +177,7 @@ void Recorder::onMomentEnd(const sim::Plant* plant) {
 void Recorder::endMonitoring() {
     const int64_t now = sim::VirtualTime::now();
     mRecording.monitoring.add(now, "");
+    mRecording.heatSource.add(now, "");
     for (auto* list : {&mRecording.heat, &mRecording.heatSamples}) {
         for (Series& series : *list) {
             series.add(now, std::nullopt);

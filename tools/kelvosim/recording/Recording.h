@@ -65,9 +65,10 @@ struct Recording {
     std::vector<Series> heatSamples;     // mW, mA or m°C, by ComponentType
     Series level{"level", ""};
     Series status{"status", ""};
-    Band scene{"scene"};            // whose models the passes evaluate
-    Band monitoring{"monitoring"};  // "on" while the components are sampled
-    std::vector<Mark> marks;        // ascending by time, like all lists below
+    Band scene{"scene"};             // whose models the passes evaluate
+    Band monitoring{"monitoring"};   // "on" while the components are sampled
+    Band heatSource{"heat source"};  // the main one of the latest question
+    std::vector<Mark> marks;         // ascending by time, like all lists below
     std::vector<Notification> notifications;
     std::vector<AtTime<kelvo::LevelDecision>> decisions;
     std::vector<AtTime<RecordedRanking>> rankings;

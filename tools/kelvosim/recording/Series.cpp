@@ -16,10 +16,22 @@ void append(std::vector<Entry>& list, int64_t timeMs, Value Entry::*member, Valu
     }
 }
 
+/** The latest entry of a time or before it; null when there is none. */
+template <typename Entry>
+const Entry* latest(const std::vector<Entry>& list, int64_t timeMs) {
+    const auto next = std::ranges::upper_bound(list, timeMs, {}, &Entry::timeMs);
+    return next == list.begin() ? nullptr : &*std::prev(next);
+}
+
 }  // namespace
 
 void Series::add(int64_t timeMs, std::optional<int32_t> value) {
     append(mPoints, timeMs, &Point::value, value, std::optional<int32_t>{});
+}
+
+std::optional<int32_t> Series::at(int64_t timeMs) const {
+    const Point* const point = latest(mPoints, timeMs);
+    return point != nullptr ? point->value : std::nullopt;
 }
 
 Series Series::thinned(size_t most) const {
@@ -45,4 +57,9 @@ Series Series::thinned(size_t most) const {
 
 void Band::add(int64_t timeMs, std::string_view text) {
     append(mChanges, timeMs, &Change::text, std::string(text), std::string());
+}
+
+std::string Band::at(int64_t timeMs) const {
+    const Change* const change = latest(mChanges, timeMs);
+    return change != nullptr ? change->text : std::string();
 }

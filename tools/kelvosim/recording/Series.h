@@ -28,6 +28,8 @@ class Series {
 
     /** Times never go back; of several values at one time the last one stays. */
     void add(int64_t timeMs, std::optional<int32_t> value);
+    /** What stands at a time; none before the first point. */
+    std::optional<int32_t> at(int64_t timeMs) const;
     /** At most `most` of the points, two at least: the extremes of equal stretches of them. */
     Series thinned(size_t most) const;
 
@@ -50,8 +52,9 @@ class Band {
     const std::string& name() const { return mName; }
     const std::vector<Change>& changes() const { return mChanges; }
 
-    /** As Series::add. */
+    /** As Series::add and Series::at. */
     void add(int64_t timeMs, std::string_view text);
+    std::string at(int64_t timeMs) const;
 
   private:
     std::string mName;

@@ -37,6 +37,22 @@ Json::Value warningsData(const std::vector<ReportWarning>& warnings) {
     return data;
 }
 
+Json::Value verdictsData(const std::vector<Verdict>& verdicts) {
+    Json::Value data(Json::arrayValue);
+    for (const Verdict& verdict : verdicts) {
+        Json::Value entry(Json::objectValue);
+        entry["passed"] = verdict.passed;
+        entry["place"] = verdict.place;
+        entry["name"] = verdict.name;
+        entry["expected"] = verdict.expected;
+        entry["happened"] = verdict.happened;
+        entry["why"] = verdict.why;
+        entry["timeMs"] = Json::Int64{verdict.timeMs};
+        data.append(entry);
+    }
+    return data;
+}
+
 /** JSON that can stand in a script element: nothing in it ends the element. */
 std::string inScript(const Json::Value& data) {
     std::string text;
@@ -69,13 +85,14 @@ std::string inHtml(const std::string& text) {
 
 /** What a place of the page's frame, named between "{{" and "}}", is filled with. */
 std::string filling(std::string_view place, const Recording& recording,
-                    const std::vector<ReportWarning>& warnings, const ComparedRun* other) {
+                    const ReportAdditions& additions) {
     if (place == "title") {
         return inHtml(recording.info.name.empty() ? recording.info.scenario : recording.info.name);
     }
     if (place == "data") {
-        Json::Value data = reportData(recording, other);
-        data["warnings"] = warningsData(warnings);
+        Json::Value data = reportData(recording, additions.other);
+        data["warnings"] = warningsData(additions.warnings);
+        data["verdicts"] = verdictsData(additions.verdicts);
         return inScript(data);
     }
     if (place.starts_with("dygraph")) {
@@ -87,12 +104,12 @@ std::string filling(std::string_view place, const Recording& recording,
 }  // namespace
 
 void writeHtmlReport(std::ostream& stream, const Recording& recording,
-                     const std::vector<ReportWarning>& warnings, const ComparedRun* other) {
+                     const ReportAdditions& additions) {
     std::string_view frame = pageAsset("page.html");
     for (size_t open = frame.find("{{"); open != std::string_view::npos; open = frame.find("{{")) {
         const size_t close = frame.find("}}", open);
         stream << frame.substr(0, open)
-               << filling(frame.substr(open + 2, close - open - 2), recording, warnings, other);
+               << filling(frame.substr(open + 2, close - open - 2), recording, additions);
         frame.remove_prefix(close + 2);
     }
     stream << frame;

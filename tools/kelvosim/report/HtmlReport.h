@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "comparison/Comparison.h"
+#include "expectations/Verdict.h"
 #include "recording/Recording.h"
 
 /** A mistake or trap of the configuration, for the page's table. */
@@ -16,11 +17,17 @@ struct ReportWarning {
     std::string mend;
 };
 
+/** What a page shows besides the recording. */
+struct ReportAdditions {
+    std::vector<ReportWarning> warnings;
+    std::vector<Verdict> verdicts;       // of the scenario's expectations
+    const ComparedRun* other = nullptr;  // shown beside the recording when there is one
+};
+
 /**
  * Writes a recording as one page that needs nothing else, no network either: the plotting library,
- * installed as the package libjs-dygraphs, is put into it. `other` is shown beside the recording
- * when it is not null. Throws std::runtime_error without the library.
+ * installed as the package libjs-dygraphs, is put into it. Throws std::runtime_error without the
+ * library.
  */
 void writeHtmlReport(std::ostream& stream, const Recording& recording,
-                     const std::vector<ReportWarning>& warnings,
-                     const ComparedRun* other = nullptr);
+                     const ReportAdditions& additions);

@@ -86,6 +86,7 @@ addFacts();
 addExtremes();
 addPlots();
 addNotes();
+addExpectations();
 addWarnings();
 addComparison();
 addNotifications();

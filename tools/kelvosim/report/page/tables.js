@@ -86,6 +86,14 @@ function addExtremes() {
     card('ambient estimate off by', `${error.toFixed(1)} °C`, 'r.m.s. against the plant');
   }
   card('passes', String(run.passTimes.length), count(run.notifications.length, 'notification'));
+  if (run.verdicts.length > 0) {
+    const failed = run.verdicts.filter(one => !one.passed).length;
+    cards.push(element('a', [
+      element('span', 'expectations'),
+      element('b', failed > 0 ? `${failed} failed` : 'passed'),
+      element('span', `of ${run.verdicts.length}`),
+    ], {class: failed > 0 ? 'card bad' : 'card', href: '#expectations'}));
+  }
   const errors = run.warnings.filter(one => one.error).length;
   const warned = run.warnings.length > 0;
   cards.push(element('a', [
@@ -95,6 +103,19 @@ function addExtremes() {
         : 'nothing to warn of'),
   ], {class: warned ? 'card bad' : 'card', href: '#warnings'}));
   document.getElementById('extremes').replaceChildren(...cards);
+}
+
+/** What became of what the scenario expects; without expectations no word about them. */
+function addExpectations() {
+  if (run.verdicts.length === 0) {
+    return;
+  }
+  const outcome = one => [element('div', one.happened), ...(one.why ? [element('div', `why: ${one.why}`)] : [])];
+  document.getElementById('expectations').append(element('h2', 'Expectations'),
+      table(['', 'time (UTC)', 'where', 'expected', 'what happened'], run.verdicts.map(one => [
+        element('b', one.passed ? 'passed' : 'failed', one.passed ? {} : {class: 'bad'}),
+        timeLink(one.timeMs), element('code', one.place),
+        one.name ? `${one.name}: ${one.expected}` : one.expected, element('div', outcome(one))])));
 }
 
 function addWarnings() {
