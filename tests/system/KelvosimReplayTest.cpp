@@ -165,8 +165,32 @@ TEST_F(KelvosimReplayTest, writesOnlyTheEndWhenTheDaemonIsDisabled) {
     const std::string scenario = path("scenario.json");
     std::ofstream(scenario) << R"({"name":"off","duration":3,
         "properties":{"persist.sys.kelvo.enable":"0"}})";
-    EXPECT_EQ(Program::run("kelvosim", {"replay", scenario}).out,
-              "{\"t\":3.000,\"event\":\"end\"}\n");
+    const Program::Result result = Program::run("kelvosim", {"replay", scenario});
+    EXPECT_EQ(result.out, "{\"t\":3.000,\"event\":\"end\"}\n");
+    EXPECT_EQ(result.err, "kelvosim: the daemon is disabled, so nothing happens (\"0\"): " +
+                                  scenario + ": properties.persist.sys.kelvo.enable\n");
+}
+
+TEST_F(KelvosimReplayTest, saysWhatKeepsTheDaemonFromItsConfiguration) {
+    const std::string scenario = path("scenario.json");
+    const std::string page = path("page.html");
+    // members, configuration, what is said
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+            {"", "", "the phone has no configuration, so the daemon does without one: "},
+            {R"(,"config":{"main":"c.json"})", "{\n\"a\": }", ": config.main:2\n"},
+            {R"(,"config":{"data":"c.json"})", "{}", "is nowhere in the file (the daemon takes"},
+            {R"(,"config":{"main":"c.json"})", "{\"temp_threshold_down\": 1}", ""},
+    };
+    for (const auto& [members, config, said] : cases) {
+        std::ofstream(path("c.json")) << config;
+        std::ofstream(scenario) << R"({"duration":1)" << members << "}";
+        const Program::Result result =
+                Program::run("kelvosim", {"replay", scenario, "--report", page});
+        EXPECT_EQ(result.status, 0);
+        EXPECT_THAT(result.err, HasSubstr(said));
+        EXPECT_EQ(std::ranges::count(result.err, '\n'), *said != '\0' ? 1 : 0) << result.err;
+        EXPECT_EQ(readFile(page).find("\"problem\":\"\"") != std::string::npos, *said == '\0');
+    }
 }
 
 TEST_F(KelvosimReplayTest, comparesWithAnotherConfiguration) {

@@ -25,10 +25,16 @@ LintInput inputFor(const sim::Scenario& scenario, const char* name, const std::s
     return input;
 }
 
+/** Whether the finding is about a file that the daemon does not take as it stands. */
+bool isAboutAll(const Finding& finding) {
+    return finding.rule == "not-json" || finding.rule == "text-before-object" ||
+           finding.rule == "wrong-main-file";
+}
+
 void addWarnings(const LintInput& input, std::vector<ReportWarning>& warnings) {
     for (const Finding& finding : kelvo::lint::lintConfig(input)) {
-        warnings.push_back({finding.severity == kelvo::lint::Severity::ERROR, placeOf(finding),
-                            finding.what, finding.effect, finding.mend});
+        warnings.push_back({finding.severity == kelvo::lint::Severity::ERROR, isAboutAll(finding),
+                            placeOf(finding), finding.what, finding.effect, finding.mend});
     }
 }
 

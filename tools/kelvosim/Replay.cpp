@@ -15,6 +15,7 @@
 #include "OtherConfig.h"
 #include "OutputFile.h"
 #include "ProgressLine.h"
+#include "RunProblem.h"
 #include "sim/process/RootedRun.h"
 #include "sim/scenario/ScenarioParser.h"
 #include "sim/virtual/VirtualPhone.h"
@@ -140,6 +141,12 @@ int replay(const sim::Scenario& scenario, const ReplayOptions& options) {
     return allPassed(verdicts) ? 0 : command_line::kFailed;
 }
 
+void complainOfProblem(const sim::Scenario& scenario, const std::string& file) {
+    if (const auto problem = runProblem(scenario)) {
+        command_line::complain("kelvosim", problem->what + ": " + file + ": " + problem->place);
+    }
+}
+
 }  // namespace
 
 int replayScenario(const ReplayOptions& options, char** argv) {
@@ -160,10 +167,13 @@ int replayScenario(const ReplayOptions& options, char** argv) {
         return replay(scenario, options);
     }
     checkTraceAndWarn(scenario, options.scenario);
+    if (!recording.otherConfig.empty()) {
+        readOtherConfig(recording.otherConfig);  // wrong ones are refused before anything runs
+    }
+    complainOfProblem(scenario, options.scenario);
     const auto prepare = [&](sim::DeviceTree& tree) { prepareTree(tree, scenario); };
     if (recording.otherConfig.empty()) {
         return sim::runBelowOwnRoot(argv, prepare);
     }
-    readOtherConfig(recording.otherConfig);  // wrong ones are refused before anything runs
     return runBothWays(argv, prepare);
 }

@@ -1,10 +1,20 @@
 #include "ReplayRecording.h"
 
 #include "ConfigWarnings.h"
+#include "RunProblem.h"
 #include "comparison/ComparisonText.h"
 #include "expectations/Junit.h"
 #include "perfetto/PerfettoTrace.h"
 #include "report/HtmlReport.h"
+
+namespace {
+
+std::string problemText(const sim::Scenario& scenario) {
+    const auto problem = runProblem(scenario);
+    return problem ? problem->place + ": " + problem->what : "";
+}
+
+}  // namespace
 
 ReplayRecording::ReplayRecording(const sim::Scenario& scenario, const std::string& file,
                                  const RecordingOptions& options)
@@ -40,7 +50,8 @@ void ReplayRecording::writeFiles(const std::vector<Verdict>& verdicts) {
     const std::optional<ComparedRun> other = comparedRun();
     if (mReport) {
         writeHtmlReport(mReport->stream(), mRecorder.recording(),
-                        {configWarnings(mScenario), verdicts, other ? &*other : nullptr});
+                        {problemText(mScenario), configWarnings(mScenario), verdicts,
+                         other ? &*other : nullptr});
         mReport->finish();
     }
     if (mPerfetto) {

@@ -92,6 +92,7 @@ std::string filling(std::string_view place, const Recording& recording,
     if (place == "data") {
         Json::Value data = reportData(recording, additions.other);
         data["warnings"] = warningsData(additions.warnings);
+        data["problem"] = additions.problem;
         data["verdicts"] = verdictsData(additions.verdicts);
         return inScript(data);
     }

@@ -11,7 +11,8 @@
 /** A mistake or trap of the configuration, for the page's table. */
 struct ReportWarning {
     bool isError = false;
-    std::string place;  // file and key path
+    bool isRejected = false;  // the daemon does not take the file
+    std::string place;        // file and key path
     std::string what;
     std::string effect;
     std::string mend;
@@ -19,6 +20,7 @@ struct ReportWarning {
 
 /** What a page shows besides the recording. */
 struct ReportAdditions {
+    std::string problem;  // what keeps the daemon from its configuration; empty when nothing
     std::vector<ReportWarning> warnings;
     std::vector<Verdict> verdicts;       // of the scenario's expectations
     const ComparedRun* other = nullptr;  // shown beside the recording when there is one

@@ -144,6 +144,7 @@ const run = (() => {
             ({last, rule, below, above, oldLevel, newLevel, oldStatus, newStatus})),
     rankings: coded.rankings,
     warnings: coded.warnings,
+    problem: coded.problem,
     verdicts: coded.verdicts,
     other: coded.other === null ? null : {
       ...coded.other, shell: all([coded.other.shell])[0], level: all([coded.other.level])[0],

@@ -68,6 +68,10 @@ function withoutUnknown(series) {
   return Object.assign(known, series, {values: series.values.map(value => value === -1 ? NaN : value)});
 }
 
+function addProblem() {
+  document.getElementById('problem').textContent = run.problem;
+}
+
 function addNotes() {
   const notes = [];
   if (view.plots.some(plot => plot.isThinned)) {
@@ -82,6 +86,7 @@ function addNotes() {
 }
 
 setTheme(window.matchMedia('(prefers-color-scheme: dark)').matches ? 'dark' : 'light');
+addProblem();
 addFacts();
 addExtremes();
 addPlots();
