@@ -211,7 +211,25 @@ TEST_F(KelvosimReplayTest, comparesWithAnotherConfiguration) {
     EXPECT_EQ(warmer.status, 0) << warmer.err;
     EXPECT_THAT(warmer.out, AllOf(HasSubstr("  mean           2.000 absolute, +2.000 signed\n"),
                                   HasSubstr("(+2.000)\n")));
-    EXPECT_THAT(readFile(page), HasSubstr("\"other\":{\"config\":\"" + other + "\""));
+    EXPECT_THAT(readFile(page), HasSubstr("\"others\":[{\"config\":\"" + other + "\""));
+    // Two others, one of them with a sub-file that takes the two degrees back.
+    const std::string both = path("both.json");
+    std::ofstream(both) << text;
+    text.replace(constant, 1, "1");
+    std::ofstream(path("both_SM8450.json")) << text;
+    const Program::Result two = Program::run(
+            "kelvosim", {"replay", "--against", other, "--against", both, example("hello"),
+                         "--comparison", path("comparison"), "--report", page});
+    EXPECT_THAT(two.out,
+                AllOf(HasSubstr("other: " + other +
+                                "\ndiffer: shell temperature, model "
+                                "front, level, status\n"),
+                      HasSubstr("both.json with " + path("both_SM8450.json") + "\nidentical: ")));
+    const auto lines = parsedLines(readFile(path("comparison")));
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_EQ(lines[0]["figures"][1]["name"], "model front");
+    EXPECT_EQ(lines[0]["figures"][1]["mean_signed"], 2.0);
+    EXPECT_EQ(lines[1]["identical"], true);
     std::ofstream(other) << "{\n\"a\": }";
     EXPECT_THAT(against(other), ended(1, HasSubstr(other + ": line 2, column 6\n")));
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string_view>
@@ -41,21 +42,7 @@ Json::Value parse(const std::string& text, const std::string& file) {
             "line " + std::to_string(place.line) + ", column " + std::to_string(place.column));
 }
 
-/** Runs the program with one option more. */
-int runWith(char** argv, const char* option, const std::string& value,
-            const std::function<void(sim::DeviceTree&)>& prepare) {
-    std::vector<std::string> added{option, value};
-    std::vector<char*> arguments;
-    for (char** argument = argv; *argument != nullptr; ++argument) {
-        arguments.push_back(*argument);
-    }
-    arguments.insert(arguments.end(), {added[0].data(), added[1].data(), nullptr});
-    return sim::runBelowOwnRoot(arguments.data(), prepare);
-}
-
-}  // namespace
-
-std::string readOtherConfig(const std::string& file) {
+std::string readConfig(const std::string& file) {
     const std::string stored = readFile(file);
     std::string text;
     if (kelvo::decryptConfig(stored, text) == 0) {
@@ -66,9 +53,54 @@ std::string readOtherConfig(const std::string& file) {
     return stored.front() == '{' ? stored : common::indentedJson(root);
 }
 
-int runBothWays(char** argv, const std::function<void(sim::DeviceTree&)>& prepare) {
+/** Runs the program with more options. */
+int runWith(char** argv, std::vector<std::string> added,
+            const std::function<void(sim::DeviceTree&)>& prepare) {
+    std::vector<char*> arguments;
+    for (char** argument = argv; *argument != nullptr; ++argument) {
+        arguments.push_back(*argument);
+    }
+    for (std::string& argument : added) {
+        arguments.push_back(argument.data());
+    }
+    arguments.push_back(nullptr);
+    return sim::runBelowOwnRoot(arguments.data(), prepare);
+}
+
+}  // namespace
+
+OtherConfig readOtherConfig(const std::string& file, const std::string& platform) {
+    namespace fs = std::filesystem;
+    OtherConfig other{readConfig(file), "", std::nullopt};
+    const fs::path path(file);
+    const fs::path sub = path.parent_path() /
+                         (path.stem().string() + "_" + platform + path.extension().string());
+    std::error_code ignored;
+    if (!platform.empty() && fs::exists(sub, ignored)) {
+        other.subFile = sub.string();
+        other.sub = readConfig(other.subFile);
+    }
+    return other;
+}
+
+void replaceConfig(sim::Scenario& scenario, const OtherConfig& other) {
+    scenario.config.main = other.main;
+    if (other.sub) {
+        scenario.config.platform = other.sub;
+    }
+}
+
+int runAllWays(char** argv, size_t others, const std::function<void(sim::DeviceTree&)>& prepare) {
     const sim::TemporaryFolder folder("kelvo-outcome-", sim::temporaryMemory());
-    const std::string outcome = folder.path() + "/outcome";
-    const int status = runWith(argv, kOutcomeTo, outcome, prepare);
-    return status != 0 ? status : runWith(argv, kCompareWith, outcome, prepare);
+    std::vector<std::string> compare;
+    for (size_t i = 0; i < others; ++i) {
+        const std::string outcome = folder.path() + "/outcome" + std::to_string(i);
+        const int status =
+                runWith(argv, {kOutcomeTo, outcome, kOutcomeOf, std::to_string(i)}, prepare);
+        if (status != 0) {
+            return status;
+        }
+        compare.insert(compare.end(), {kCompareWith, outcome});
+    }
+    return runWith(argv, compare, prepare);
 }

@@ -16,8 +16,10 @@
 #include "OutputFile.h"
 #include "ProgressLine.h"
 #include "RunProblem.h"
+#include "config/ConfigFiles.h"
 #include "sim/process/RootedRun.h"
 #include "sim/scenario/ScenarioParser.h"
+#include "sim/tree/PhoneTree.h"
 #include "sim/virtual/VirtualPhone.h"
 #include "sim/virtual/VirtualTime.h"
 
@@ -141,6 +143,21 @@ int replay(const sim::Scenario& scenario, const ReplayOptions& options) {
     return allPassed(verdicts) ? 0 : command_line::kFailed;
 }
 
+/** Wrong configurations are refused before anything runs. */
+void checkOthers(const std::vector<std::string>& others, const sim::Scenario& scenario,
+                 const std::string& file) {
+    for (const std::string& other : others) {
+        readOtherConfig(other, sim::platformOf(scenario.nodes));
+    }
+    const auto& data = scenario.config.data;
+    if (!others.empty() && data && data->find(kelvo::kMainFileMark) != std::string::npos) {
+        command_line::complain("kelvosim",
+                               "the copy on the data partition is in force, not the main file that "
+                               "another one stands in for: " +
+                                       file + ": config.data");
+    }
+}
+
 void complainOfProblem(const sim::Scenario& scenario, const std::string& file) {
     if (const auto problem = runProblem(scenario)) {
         command_line::complain("kelvosim", problem->what + ": " + file + ": " + problem->place);
@@ -161,19 +178,18 @@ int replayScenario(const ReplayOptions& options, char** argv) {
     }
     const RecordingOptions& recording = options.recording;
     if (!recording.outcome.empty()) {
-        scenario.config.main = readOtherConfig(recording.otherConfig);
+        replaceConfig(scenario, readOtherConfig(recording.otherConfigs.at(recording.outcomeOf),
+                                                sim::platformOf(scenario.nodes)));
     }
     if (sim::runsBelowOwnRoot()) {
         return replay(scenario, options);
     }
     checkTraceAndWarn(scenario, options.scenario);
-    if (!recording.otherConfig.empty()) {
-        readOtherConfig(recording.otherConfig);  // wrong ones are refused before anything runs
-    }
+    checkOthers(recording.otherConfigs, scenario, options.scenario);
     complainOfProblem(scenario, options.scenario);
     const auto prepare = [&](sim::DeviceTree& tree) { prepareTree(tree, scenario); };
-    if (recording.otherConfig.empty()) {
+    if (recording.otherConfigs.empty()) {
         return sim::runBelowOwnRoot(argv, prepare);
     }
-    return runBothWays(argv, prepare);
+    return runAllWays(argv, recording.otherConfigs.size(), prepare);
 }

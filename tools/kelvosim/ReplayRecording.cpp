@@ -1,7 +1,10 @@
 #include "ReplayRecording.h"
 
 #include "ConfigWarnings.h"
+#include "OtherConfig.h"
 #include "RunProblem.h"
+#include "common/JsonText.h"
+#include "comparison/ComparisonJson.h"
 #include "comparison/ComparisonText.h"
 #include "expectations/Junit.h"
 #include "perfetto/PerfettoTrace.h"
@@ -28,6 +31,9 @@ ReplayRecording::ReplayRecording(const sim::Scenario& scenario, const std::strin
     if (!options.junit.empty()) {
         mJunit.emplace(options.junit);
     }
+    if (!options.comparison.empty()) {
+        mComparison.emplace(options.comparison);
+    }
 }
 
 void ReplayRecording::watch(sim::VirtualPhone& phone) {
@@ -47,11 +53,10 @@ std::vector<Verdict> ReplayRecording::write() {
 }
 
 void ReplayRecording::writeFiles(const std::vector<Verdict>& verdicts) {
-    const std::optional<ComparedRun> other = comparedRun();
+    const std::vector<ComparedRun> others = comparedRuns();
     if (mReport) {
         writeHtmlReport(mReport->stream(), mRecorder.recording(),
-                        {problemText(mScenario), configWarnings(mScenario), verdicts,
-                         other ? &*other : nullptr});
+                        {problemText(mScenario), configWarnings(mScenario), verdicts, others});
         mReport->finish();
     }
     if (mPerfetto) {
@@ -68,20 +73,47 @@ void ReplayRecording::writeFiles(const std::vector<Verdict>& verdicts) {
         writeOutcome(outcome.stream(), outcomeOf(mRecorder.recording()));
         outcome.finish();
     }
-    if (other) {
-        OutputFile text("-");
-        writeComparison(text.stream(), other->comparison, mRecorder.recording().info.scenario,
-                        other->config);
-        text.finish();
-    }
+    writeComparisons(others);
 }
 
-std::optional<ComparedRun> ReplayRecording::comparedRun() const {
-    if (mOptions.other.empty()) {
-        return std::nullopt;
+void ReplayRecording::writeComparisons(const std::vector<ComparedRun>& others) {
+    if (others.empty()) {
+        return;
     }
-    const Recording& own = mRecorder.recording();
-    RunOutcome outcome = readOutcome(mOptions.other);
-    Comparison comparison = compare(outcomeOf(own), outcome, own.info.durationMs);
-    return ComparedRun{mOptions.otherConfig, std::move(outcome), std::move(comparison)};
+    const RunOutcome own = outcomeOf(mRecorder.recording());
+    const std::string& scenario = mRecorder.recording().info.scenario;
+    if (mComparison) {
+        for (const ComparedRun& other : others) {
+            mComparison->stream() << common::compactJson(comparisonJson(own, other, scenario),
+                                                         common::JsonStyle::AS_WRITTEN)
+                                  << '\n';
+        }
+        mComparison->finish();
+    }
+    if (mOptions.comparison == "-") {
+        return;
+    }
+    OutputFile text("-");
+    for (const ComparedRun& other : others) {
+        text.stream() << (&other == &others.front() ? "" : "\n");
+        writeComparison(text.stream(), own, other, scenario);
+    }
+    text.finish();
+}
+
+std::vector<ComparedRun> ReplayRecording::comparedRuns() const {
+    std::vector<ComparedRun> runs;
+    if (mOptions.others.empty()) {
+        return runs;
+    }
+    const RunInfo& info = mRecorder.recording().info;
+    const RunOutcome own = outcomeOf(mRecorder.recording());
+    for (size_t i = 0; i < mOptions.others.size(); ++i) {
+        const std::string& config = mOptions.otherConfigs.at(i);
+        RunOutcome outcome = readOutcome(mOptions.others[i]);
+        Comparison comparison = compare(own, outcome, info.durationMs);
+        runs.push_back({config, readOtherConfig(config, info.platform).subFile, std::move(outcome),
+                        std::move(comparison)});
+    }
+    return runs;
 }

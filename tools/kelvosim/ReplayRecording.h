@@ -12,20 +12,23 @@
 
 /** Where a replay's recording goes; empty: nowhere, "-": standard output. */
 struct RecordingOptions {
-    std::string report;       // an HTML page
-    std::string perfetto;     // a trace
-    std::string junit;        // what became of the expectations, for continuous integration
-    std::string outcome;      // what a run with another configuration is compared by
-    std::string other;        // the outcome of that run; the comparison goes to standard output
-    std::string otherConfig;  // its file, as the user named it
+    std::string report;      // an HTML page
+    std::string perfetto;    // a trace
+    std::string junit;       // what became of the expectations, for continuous integration
+    std::string comparison;  // comparisons for machines; those for people go to standard output
+    std::vector<std::string> otherConfigs;  // files, as the user named them
+    std::string outcome;                    // what a run with one of them is compared by
+    size_t outcomeOf = 0;                   // with which
+    std::vector<std::string> others;        // outcomes of all of them
 
     /** Whether standard output is for one of them. */
     bool wantsOutput() const {
-        return report == "-" || perfetto == "-" || junit == "-" || !other.empty();
+        return report == "-" || perfetto == "-" || junit == "-" || comparison == "-" ||
+               !others.empty();
     }
     /** Whether a user asked for a file. */
     bool wantsFile() const { return !report.empty() || !perfetto.empty() || !junit.empty(); }
-    bool wanted() const { return wantsFile() || !outcome.empty() || !other.empty(); }
+    bool wanted() const { return wantsFile() || !outcome.empty() || !others.empty(); }
 };
 
 /** The recording of a replay and the files that are made of it. */
@@ -48,12 +51,14 @@ class ReplayRecording {
 
   private:
     void writeFiles(const std::vector<Verdict>& verdicts);
-    std::optional<ComparedRun> comparedRun() const;
+    std::vector<ComparedRun> comparedRuns() const;
+    void writeComparisons(const std::vector<ComparedRun>& others);
 
     const sim::Scenario& mScenario;
     Recorder mRecorder;
     std::optional<OutputFile> mReport;
     std::optional<OutputFile> mPerfetto;
     std::optional<OutputFile> mJunit;
+    std::optional<OutputFile> mComparison;
     const RecordingOptions mOptions;
 };

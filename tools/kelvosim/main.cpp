@@ -19,6 +19,23 @@ void addCheck(CLI::App& app) {
     command->callback([] { checkScenario(scenario); });
 }
 
+/** Other configurations, and what the runs with them tell each other. */
+void addAgainst(CLI::App& command, RecordingOptions& options) {
+    CLI::Option* const against = command.add_option(
+            "--against", options.otherConfigs,
+            "A configuration, plain or encrypted, that stands in for the scenario's main one in a "
+            "run of its own, with the sub-file beside it if there is one (warmer_SM8450.json for "
+            "warmer.json); says what differs, where first and by how much. May be repeated");
+    against->type_name("FILE")->allow_extra_args(false);
+    command.add_option("--comparison", options.comparison,
+                       "Where the comparisons go for machines, one JSON object a line")
+            ->type_name("FILE")
+            ->needs(against);
+    command.add_option(kOutcomeTo, options.outcome)->group("");
+    command.add_option(kOutcomeOf, options.outcomeOf)->group("");
+    command.add_option(kCompareWith, options.others)->allow_extra_args(false)->group("");
+}
+
 void addReplay(CLI::App& app, char** argv, int* status) {
     static ReplayOptions options;
     CLI::App* const command = app.add_subcommand(
@@ -48,13 +65,7 @@ void addReplay(CLI::App& app, char** argv, int* status) {
     command->add_option("--junit", options.recording.junit,
                         "Where what became of the scenario's expectations goes, JUnit XML")
             ->type_name("FILE");
-    command->add_option("--against", options.recording.otherConfig,
-                        "A configuration, plain or encrypted, that stands in for the scenario's "
-                        "main one in a second run; says where shell temperature, level, status "
-                        "and notifications differ")
-            ->type_name("FILE");
-    command->add_option(kOutcomeTo, options.recording.outcome)->group("");
-    command->add_option(kCompareWith, options.recording.other)->group("");
+    addAgainst(*command, options.recording);
     command_line::setExamples(*command, {"kelvosim replay examples/hello/scenario.json",
                                          "kelvosim replay examples/game/scenario.json --report "
                                          "game.html --loglevel 1 --log game.log",
@@ -64,8 +75,9 @@ void addReplay(CLI::App& app, char** argv, int* status) {
         if (!options.recording.outcome.empty()) {
             options.events = options.log = options.explain = "";  // asked of the other run
             options.recording.report = options.recording.perfetto = options.recording.junit = "";
+            options.recording.comparison = "";
         } else if (options.events.empty() && options.log.empty() && options.explain.empty() &&
-                   !options.recording.wantsFile() && options.recording.otherConfig.empty()) {
+                   !options.recording.wantsFile() && options.recording.otherConfigs.empty()) {
             options.events = "-";
         }
         *status = replayScenario(options, argv);

@@ -2,18 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <deque>
-#include <functional>
 #include <iterator>
 #include <set>
 #include <utility>
 
-#include "common/JsonText.h"
+#include "comparison/NotificationMatch.h"
 
 namespace {
-
-// A notification this much earlier or later is another one.
-constexpr int64_t kFarthestMs = 600'000;
 
 /** Walks along two figures at once: all stretches of time, also those where they agree. */
 class Alongside {
@@ -73,8 +68,8 @@ int64_t apart(const Stretch& stretch) {
     return static_cast<int64_t>(*stretch.other) - *stretch.own;
 }
 
-ShellDifference compareShell(const Series& own, const Series& other, int64_t endMs) {
-    ShellDifference result;
+FigureDifference compareFigure(const Series& own, const Series& other, int64_t endMs) {
+    FigureDifference result;
     Alongside both(own, other, endMs);
     while (const auto stretch = both.next()) {
         const int64_t lengthMs = stretch->toMs - stretch->fromMs;
@@ -100,131 +95,79 @@ ShellDifference compareShell(const Series& own, const Series& other, int64_t end
     return result;
 }
 
-using Notifications = std::vector<const Notification*>;
-using Key = std::function<std::string(const Notification&)>;
-
-/**
- * Takes out of both what has the same key and is not too far apart, one of each at a time, in
- * order.
- */
-std::vector<std::pair<const Notification*, const Notification*>> pairUp(Notifications& own,
-                                                                        Notifications& other,
-                                                                        const Key& key) {
-    std::map<std::string, std::deque<const Notification*>> waiting;
-    for (const Notification* notification : other) {
-        waiting[key(*notification)].push_back(notification);
-    }
-    std::vector<std::pair<const Notification*, const Notification*>> pairs;
-    std::erase_if(own, [&](const Notification* notification) {
-        const auto found = waiting.find(key(*notification));
-        if (found == waiting.end()) {
-            return false;
-        }
-        auto& candidates = found->second;
-        while (!candidates.empty() &&
-               candidates.front()->timeMs < notification->timeMs - kFarthestMs) {
-            candidates.pop_front();
-        }
-        if (candidates.empty() || candidates.front()->timeMs > notification->timeMs + kFarthestMs) {
-            return false;
-        }
-        pairs.emplace_back(notification, candidates.front());
-        candidates.pop_front();
-        return true;
-    });
-    std::set<const Notification*> taken;
-    std::ranges::transform(pairs, std::inserter(taken, taken.end()),
-                           [](const auto& pair) { return pair.second; });
-    std::erase_if(other, [&](const Notification* n) { return taken.contains(n); });
-    return pairs;
+const Series& named(const std::string& name, const std::vector<Series>& list) {
+    static const Series kNone("", "");
+    const auto found = std::ranges::find(list, name, &Series::name);
+    return found != list.end() ? *found : kNone;
 }
 
-Notifications pointers(const std::vector<Notification>& list) {
-    Notifications result;
-    for (const Notification& notification : list) {
-        result.push_back(&notification);
+/** Figures that either run has. */
+std::vector<NamedDifference> compareAll(const std::vector<Series>& own,
+                                        const std::vector<Series>& other, int64_t endMs) {
+    std::set<std::string> names;
+    for (const std::vector<Series>* list : {&own, &other}) {
+        std::ranges::transform(*list, std::inserter(names, names.end()), &Series::name);
+    }
+    std::vector<NamedDifference> result;
+    for (const std::string& name : names) {
+        result.push_back({name, compareFigure(named(name, own), named(name, other), endMs)});
     }
     return result;
 }
 
-std::string values(const Notification& notification) {
-    Json::Value json(Json::objectValue);
-    for (const auto& [name, value] : notification.values) {
-        json[name] = value;
+/** A band as numbers that stand for its texts. */
+Series numbered(const Band& band, std::vector<std::string>& texts) {
+    Series series(band.name(), "");
+    for (const Band::Change& change : band.changes()) {
+        const auto found = std::ranges::find(texts, change.text);
+        const auto number = static_cast<int32_t>(found - texts.begin());
+        if (found == texts.end()) {
+            texts.push_back(change.text);
+        }
+        series.add(change.timeMs, change.text.empty() ? std::nullopt : std::optional(number));
     }
-    return common::compactJson(json);
+    return series;
 }
 
-/** Values to find it again by: of the temperature at which it happened to be sent whole degrees. */
-std::string subject(const Notification& notification) {
-    std::string text;
-    for (const auto& [name, value] : notification.values) {
-        const bool isMilli = name == "temp" && notification.values.size() > 1;
-        if (value.isInt()) {
-            text += name +
-                    std::to_string(isMilli ? std::lround(value.asInt() / 1000.0)
-                                           : static_cast<long>(value.asInt())) +
-                    '\n';
-        }
+std::vector<TextStretch> differences(const Band& own, const Band& other, int64_t endMs) {
+    std::vector<std::string> texts;
+    const Series ownNumbers = numbered(own, texts);
+    const Series otherNumbers = numbered(other, texts);
+    const auto textOf = [&](std::optional<int32_t> number) {
+        return number ? texts[static_cast<size_t>(*number)] : std::string();
+    };
+    std::vector<TextStretch> result;
+    for (const Stretch& stretch : differences(ownNumbers, otherNumbers, endMs)) {
+        result.push_back(
+                {stretch.fromMs, stretch.toMs, textOf(stretch.own), textOf(stretch.other)});
     }
-    return text;
+    return result;
 }
 
-class NotificationMatch {
-  public:
-    explicit NotificationMatch(Comparison& result) : mResult(result) {}
-
-    void run(const RunOutcome& own, const RunOutcome& other) {
-        Notifications here = pointers(own.notifications);
-        Notifications there = pointers(other.notifications);
-        const auto who = [](const Notification& n) { return n.kind + '\n' + n.listener + '\n'; };
-        const auto time = [](const Notification& n) { return std::to_string(n.timeMs) + '\n'; };
-        addPairs(Fate::SAME, pairUp(here, there, [&](const Notification& n) {
-                     return who(n) + time(n) + values(n);
-                 }));
-        addPairs(Fate::OTHER_VALUES,
-                 pairUp(here, there, [&](const Notification& n) { return who(n) + time(n); }));
-        addPairs(Fate::OTHER_TIME,
-                 pairUp(here, there, [&](const Notification& n) { return who(n) + subject(n); }));
-        for (const Notification* notification : here) {
-            add({Fate::ONLY_OWN, *notification, std::nullopt});
-        }
-        for (const Notification* notification : there) {
-            add({Fate::ONLY_OTHER, std::nullopt, *notification});
-        }
-        std::ranges::stable_sort(mResult.notifications, {}, &NotificationDifference::timeMs);
-    }
-
-  private:
-    void addPairs(Fate fate,
-                  const std::vector<std::pair<const Notification*, const Notification*>>& pairs) {
-        for (const auto& [own, other] : pairs) {
-            add({fate, *own, *other});
-        }
-    }
-    void add(NotificationDifference difference) {
-        ++mResult.counts[difference.notification().kind][static_cast<size_t>(difference.fate)];
-        if (difference.fate != Fate::SAME) {
-            mResult.notifications.push_back(std::move(difference));
-        }
-    }
-
-    Comparison& mResult;
-};
+bool isSame(const std::vector<NamedDifference>& list) {
+    return std::ranges::none_of(list,
+                                [](const auto& one) { return one.difference.first.has_value(); });
+}
 
 }  // namespace
 
 bool Comparison::identical() const {
-    return !shell.first && levels.empty() && statuses.empty() && notifications.empty();
+    return !shell.first && isSame(models) && !ambient.first && isSame(heat) && levels.empty() &&
+           statuses.empty() && scenes.empty() && heatSources.empty() && notifications.empty();
 }
 
 Comparison compare(const RunOutcome& own, const RunOutcome& other, int64_t endMs) {
     const int64_t behindMs = endMs + 1;  // what was decided at the very end counts
     Comparison result;
     result.endMs = endMs;
-    result.shell = compareShell(own.shell, other.shell, behindMs);
+    result.shell = compareFigure(own.shell, other.shell, behindMs);
+    result.models = compareAll(own.models, other.models, behindMs);
+    result.ambient = compareFigure(own.ambient, other.ambient, behindMs);
+    result.heat = compareAll(own.heat, other.heat, behindMs);
     result.levels = differences(own.level, other.level, behindMs);
     result.statuses = differences(own.status, other.status, behindMs);
-    NotificationMatch(result).run(own, other);
+    result.scenes = differences(own.scene, other.scene, behindMs);
+    result.heatSources = differences(own.heatSource, other.heatSource, behindMs);
+    matchNotifications(own, other, result);
     return result;
 }

@@ -20,14 +20,27 @@ struct Stretch {
     std::optional<int32_t> other;
 };
 
-/** How far two shell temperatures are apart. A point of time weighs as long as it lasts. */
-struct ShellDifference {
+/** The same of a state with a name; empty: there is none. */
+struct TextStretch {
+    int64_t fromMs = 0;
+    int64_t toMs = 0;
+    std::string own;
+    std::string other;
+};
+
+/** How far two temperatures are apart. A point of time weighs as long as it lasts. */
+struct FigureDifference {
     std::optional<Stretch> first;    // where they begin to differ; none when they never do
     std::optional<Stretch> largest;  // the first of the largest, where both have a figure
     double meanAbsolute = 0;         // m°C, over all time in which both have a figure
     double meanSigned = 0;           // m°C, other less own, likewise
     int64_t comparedMs = 0;          // that time
     int64_t differentMs = 0;         // time for which they differ
+};
+
+struct NamedDifference {
+    std::string name;
+    FigureDifference difference;
 };
 
 /**
@@ -49,9 +62,14 @@ struct NotificationDifference {
 
 struct Comparison {
     int64_t endMs = 0;  // of the runs
-    ShellDifference shell;
-    std::vector<Stretch> levels;  // where they differ, ascending by time
+    FigureDifference shell;
+    std::vector<NamedDifference> models;  // of all that either run has, by name
+    FigureDifference ambient;
+    std::vector<NamedDifference> heat;  // by component
+    std::vector<Stretch> levels;        // where they differ, ascending by time
     std::vector<Stretch> statuses;
+    std::vector<TextStretch> scenes;
+    std::vector<TextStretch> heatSources;
     std::map<std::string, std::array<int64_t, kFates>> counts;  // by kind, then Fate
     std::vector<NotificationDifference> notifications;          // ascending by time
 
@@ -61,6 +79,7 @@ struct Comparison {
 /** The other run, for who shows it beside the scenario's own. */
 struct ComparedRun {
     std::string config;  // the file of its configuration, as the user named it
+    std::string sub;     // the sub-file with it; empty: the scenario's own
     RunOutcome outcome;
     Comparison comparison;
 };

@@ -6,9 +6,10 @@
 #include "comparison/Comparison.h"
 
 /**
- * A comparison for people: a line when nothing differs, else what differs first, most and in the
- * mean, and the times of other levels, statuses and notifications. Times are seconds of phone time,
+ * A comparison for people: a line when nothing differs, else what differs and how far, first, most
+ * and in the mean, and the times of other states and notifications; how far the models of both were
+ * off what was measured. Times are seconds of phone time,
  * as in events and logs.
  */
-void writeComparison(std::ostream& out, const Comparison& comparison, const std::string& scenario,
-                     const std::string& other);
+void writeComparison(std::ostream& out, const RunOutcome& own, const ComparedRun& other,
+                     const std::string& scenario);

@@ -1,5 +1,6 @@
 #include "comparison/RunOutcome.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -25,6 +26,54 @@ void fill(Series& series, const Json::Value& points) {
     }
 }
 
+Json::Value toJson(const Band& band) {
+    Json::Value changes(Json::arrayValue);
+    for (const Band::Change& change : band.changes()) {
+        Json::Value& pair = changes.append(Json::arrayValue);
+        pair.append(Json::Int64(change.timeMs));
+        pair.append(change.text);
+    }
+    return changes;
+}
+
+void fill(Band& band, const Json::Value& changes) {
+    for (const Json::Value& pair : changes) {
+        band.add(pair[0].asInt64(), pair[1].asString());
+    }
+}
+
+Json::Value toJson(const std::vector<Series>& list) {
+    Json::Value all(Json::objectValue);
+    for (const Series& series : list) {
+        all[series.name()] = toJson(series);
+    }
+    return all;
+}
+
+void fill(std::vector<Series>& list, const Json::Value& all) {
+    for (const std::string& name : all.getMemberNames()) {
+        fill(list.emplace_back(name, "m°C"), all[name]);
+    }
+}
+
+Json::Value toJson(const ModelError& error) {
+    Json::Value json(Json::objectValue);
+    json["model"] = error.model;
+    json["truth"] = error.truth;
+    json["rms"] = error.rms;
+    json["bias"] = error.bias;
+    json["largest"] = Json::Int64(error.largest);
+    json["largestMs"] = Json::Int64(error.largestMs);
+    json["passes"] = Json::Int64(error.passes);
+    return json;
+}
+
+ModelError toModelError(const Json::Value& json) {
+    return {json["model"].asString(), json["truth"].asString(),  json["rms"].asDouble(),
+            json["bias"].asDouble(),  json["largest"].asInt64(), json["largestMs"].asInt64(),
+            json["passes"].asInt64()};
+}
+
 Json::Value toJson(const Notification& notification) {
     Json::Value json;
     json["t"] = Json::Int64(notification.timeMs);
@@ -48,15 +97,65 @@ Notification toNotification(const Json::Value& json) {
     return notification;
 }
 
+Series copyOf(const std::string& name, const Series& from, std::optional<int32_t> unknown) {
+    Series series(name, from.unit());
+    for (const Series::Point& point : from.points()) {
+        series.add(point.timeMs, point.value == unknown ? std::nullopt : point.value);
+    }
+    return series;
+}
+
+/** -1 says that there is no figure yet. */
+std::vector<Series> knownHeat(const std::vector<Series>& heat) {
+    std::vector<Series> result;
+    for (const Series& series : heat) {
+        result.push_back(copyOf(series.name(), series, -1));
+    }
+    return result;
+}
+
+/** The outputs under their names; where two share one the index tells them apart. */
+std::vector<Series> outputs(const PassLog& passes) {
+    std::vector<Series> result;
+    for (const auto& [index, output] : passes.outputs()) {
+        std::string name = passes.outputName(index);
+        if (std::ranges::find(result, name, &Series::name) != result.end()) {
+            name += " (index " + std::to_string(index) + ")";
+        }
+        result.push_back(copyOf(name, output.value, std::nullopt));
+    }
+    return result;
+}
+
 }  // namespace
 
 RunOutcome outcomeOf(const Recording& recording) {
-    return {recording.shell, recording.level, recording.status, recording.notifications};
+    RunOutcome outcome;
+    outcome.shell = recording.shell;
+    outcome.models = outputs(recording.passes);
+    outcome.ambient = recording.ambient;
+    outcome.heat = knownHeat(recording.heat);
+    outcome.level = recording.level;
+    outcome.status = recording.status;
+    outcome.scene = recording.scene;
+    outcome.heatSource = recording.heatSource;
+    outcome.errors = modelErrors(recording);
+    outcome.notifications = recording.notifications;
+    return outcome;
 }
 
 void writeOutcome(std::ostream& out, const RunOutcome& outcome) {
     Json::Value json;
     json["shell"] = toJson(outcome.shell);
+    json["models"] = toJson(outcome.models);
+    json["ambient"] = toJson(outcome.ambient);
+    json["heat"] = toJson(outcome.heat);
+    json["scene"] = toJson(outcome.scene);
+    json["heatSource"] = toJson(outcome.heatSource);
+    json["errors"] = Json::arrayValue;
+    for (const ModelError& error : outcome.errors) {
+        json["errors"].append(toJson(error));
+    }
     json["level"] = toJson(outcome.level);
     json["status"] = toJson(outcome.status);
     json["notifications"] = Json::arrayValue;
@@ -74,6 +173,14 @@ RunOutcome readOutcome(const std::string& file) {
     }
     RunOutcome outcome;
     fill(outcome.shell, (*json)["shell"]);
+    fill(outcome.models, (*json)["models"]);
+    fill(outcome.ambient, (*json)["ambient"]);
+    fill(outcome.heat, (*json)["heat"]);
+    fill(outcome.scene, (*json)["scene"]);
+    fill(outcome.heatSource, (*json)["heatSource"]);
+    for (const Json::Value& error : (*json)["errors"]) {
+        outcome.errors.push_back(toModelError(error));
+    }
     fill(outcome.level, (*json)["level"]);
     fill(outcome.status, (*json)["status"]);
     for (const Json::Value& notification : (*json)["notifications"]) {

@@ -4,13 +4,20 @@
 #include <string>
 #include <vector>
 
+#include "comparison/ModelError.h"
 #include "recording/Recording.h"
 
 /** What a replay came to, as far as two of them are compared. */
 struct RunOutcome {
     Series shell{"shell", "m°C"};
+    std::vector<Series> models;  // outputs as published, m°C; each name once
+    Series ambient{"estimate", "m°C"};
+    std::vector<Series> heat;  // m°C, by component
     Series level{"level", ""};
     Series status{"status", ""};
+    Band scene{"scene"};
+    Band heatSource{"heat source"};
+    std::vector<ModelError> errors;
     std::vector<Notification> notifications;  // ascending by time
 };
 

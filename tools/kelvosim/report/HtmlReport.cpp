@@ -90,7 +90,7 @@ std::string filling(std::string_view place, const Recording& recording,
         return inHtml(recording.info.name.empty() ? recording.info.scenario : recording.info.name);
     }
     if (place == "data") {
-        Json::Value data = reportData(recording, additions.other);
+        Json::Value data = reportData(recording, additions.others);
         data["warnings"] = warningsData(additions.warnings);
         data["problem"] = additions.problem;
         data["verdicts"] = verdictsData(additions.verdicts);

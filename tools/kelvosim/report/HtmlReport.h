@@ -22,8 +22,8 @@ struct ReportWarning {
 struct ReportAdditions {
     std::string problem;  // what keeps the daemon from its configuration; empty when nothing
     std::vector<ReportWarning> warnings;
-    std::vector<Verdict> verdicts;       // of the scenario's expectations
-    const ComparedRun* other = nullptr;  // shown beside the recording when there is one
+    std::vector<Verdict> verdicts;    // of the scenario's expectations
+    std::vector<ComparedRun> others;  // shown beside the recording
 };
 
 /**

@@ -19,6 +19,18 @@ Json::Value stretchData(const std::optional<Stretch>& stretch) {
     return data;
 }
 
+Json::Value textsData(const std::vector<TextStretch>& stretches) {
+    Json::Value data(Json::arrayValue);
+    for (const TextStretch& stretch : stretches) {
+        Json::Value& entry = data.append(Json::Value(Json::arrayValue));
+        entry.append(Json::Int64{stretch.fromMs});
+        entry.append(Json::Int64{stretch.toMs});
+        entry.append(stretch.own.empty() ? Json::Value() : Json::Value(stretch.own));
+        entry.append(stretch.other.empty() ? Json::Value() : Json::Value(stretch.other));
+    }
+    return data;
+}
+
 Json::Value stretchesData(const std::vector<Stretch>& stretches) {
     Json::Value data(Json::arrayValue);
     for (const Stretch& stretch : stretches) {
@@ -27,13 +39,28 @@ Json::Value stretchesData(const std::vector<Stretch>& stretches) {
     return data;
 }
 
-Json::Value shellData(const ShellDifference& shell) {
+Json::Value figureData(const std::string& name, const FigureDifference& figure) {
     Json::Value data(Json::objectValue);
-    data["first"] = stretchData(shell.first);
-    data["largest"] = stretchData(shell.largest);
-    data["meanAbsolute"] = shell.meanAbsolute;
-    data["meanSigned"] = shell.meanSigned;
-    data["differentMs"] = Json::Int64{shell.differentMs};
+    data["name"] = name;
+    data["first"] = stretchData(figure.first);
+    data["largest"] = stretchData(figure.largest);
+    data["meanAbsolute"] = figure.meanAbsolute;
+    data["meanSigned"] = figure.meanSigned;
+    data["differentMs"] = Json::Int64{figure.differentMs};
+    return data;
+}
+
+/** Every temperature that the two have. */
+Json::Value figuresData(const Comparison& comparison) {
+    Json::Value data(Json::arrayValue);
+    data.append(figureData("shell temperature", comparison.shell));
+    for (const NamedDifference& one : comparison.models) {
+        data.append(figureData("model " + one.name, one.difference));
+    }
+    data.append(figureData("ambient temperature", comparison.ambient));
+    for (const NamedDifference& one : comparison.heat) {
+        data.append(figureData("heat of " + one.name, one.difference));
+    }
     return data;
 }
 
@@ -52,14 +79,32 @@ Json::Value countsData(const Comparison& comparison) {
 
 }  // namespace
 
+Json::Value errorsData(const std::vector<ModelError>& errors) {
+    Json::Value data(Json::arrayValue);
+    for (const ModelError& error : errors) {
+        Json::Value& entry = data.append(Json::Value(Json::arrayValue));
+        entry.append(error.model);
+        entry.append(error.truth);
+        entry.append(error.rms);
+        entry.append(Json::Int64{error.largest});
+        entry.append(Json::Int64{error.largestMs});
+        entry.append(error.bias);
+    }
+    return data;
+}
+
 Json::Value comparisonData(const ComparedRun& other, const RowTimes& times) {
     Json::Value data(Json::objectValue);
     data["config"] = other.config;
+    data["sub"] = other.sub;
     data["identical"] = other.comparison.identical();
     data["shell"] = seriesData(other.outcome.shell, times);
     data["level"] = seriesData(other.outcome.level, times);
     data["status"] = seriesData(other.outcome.status, times);
-    data["shellDifference"] = shellData(other.comparison.shell);
+    data["figures"] = figuresData(other.comparison);
+    data["scenes"] = textsData(other.comparison.scenes);
+    data["heatSources"] = textsData(other.comparison.heatSources);
+    data["errors"] = errorsData(other.outcome.errors);
     data["levels"] = stretchesData(other.comparison.levels);
     data["statuses"] = stretchesData(other.comparison.statuses);
     data["counts"] = countsData(other.comparison);

@@ -68,18 +68,21 @@ std::vector<std::pair<const char*, std::vector<const Series*>>> plottedSeries(
             {"status", {&recording.status}}};
 }
 
-/** The other run with no more points than the page takes. */
-std::optional<ComparedRun> shownRun(const ComparedRun* other) {
-    if (other == nullptr) {
-        return std::nullopt;
-    }
-    ComparedRun shown = *other;
-    for (Series* series : {&shown.outcome.shell, &shown.outcome.level, &shown.outcome.status}) {
-        if (series->points().size() > kMostPoints) {
-            *series = series->thinned(kMostPoints);
+/** The figures of another run that are plotted. */
+std::vector<Series*> plottedSeries(ComparedRun& run) {
+    return {&run.outcome.shell, &run.outcome.level, &run.outcome.status};
+}
+
+/** The other runs with no more points than the page takes. */
+std::vector<ComparedRun> shownRuns(std::vector<ComparedRun> others) {
+    for (ComparedRun& other : others) {
+        for (Series* series : plottedSeries(other)) {
+            if (series->points().size() > kMostPoints) {
+                *series = series->thinned(kMostPoints);
+            }
         }
     }
-    return shown;
+    return others;
 }
 
 Json::Value infoData(const RunInfo& info) {
@@ -155,7 +158,7 @@ Json::Value timesData(const RowTimes& times) {
     return data;
 }
 
-Json::Value reportData(const Recording& recording, const ComparedRun* other) {
+Json::Value reportData(const Recording& recording, const std::vector<ComparedRun>& others) {
     auto plotted = plottedSeries(recording);
     std::deque<Series> thinned;
     TimeUnion allTimes;
@@ -167,10 +170,9 @@ Json::Value reportData(const Recording& recording, const ComparedRun* other) {
             allTimes.add(*series);
         }
     }
-    const std::optional<ComparedRun> shown = shownRun(other);
-    if (shown) {
-        for (const Series* series :
-             {&shown->outcome.shell, &shown->outcome.level, &shown->outcome.status}) {
+    std::vector<ComparedRun> shown = shownRuns(others);
+    for (ComparedRun& other : shown) {
+        for (const Series* series : plottedSeries(other)) {
             allTimes.add(*series);
         }
     }
@@ -190,7 +192,11 @@ Json::Value reportData(const Recording& recording, const ComparedRun* other) {
     data["monitoring"] = bandData(recording.monitoring);
     data["marks"] = marksData(recording.marks);
     data["notifications"] = notificationsData(recording.notifications);
-    data["other"] = shown ? comparisonData(*shown, times) : Json::Value();
+    data["errors"] = errorsData(modelErrors(recording));
+    data["others"] = Json::Value(Json::arrayValue);
+    for (const ComparedRun& other : shown) {
+        data["others"].append(comparisonData(other, times));
+    }
     addReasons(data, recording);
     return data;
 }

@@ -98,6 +98,8 @@ class Series {
   }
 }
 
+const MARKS = ['′', '″', '‴'];  // of other runs
+
 const run = (() => {
   const coded = JSON.parse(document.getElementById('data').textContent);
   const times = decodeTimes(coded.times);
@@ -146,10 +148,11 @@ const run = (() => {
     warnings: coded.warnings,
     problem: coded.problem,
     verdicts: coded.verdicts,
-    other: coded.other === null ? null : {
-      ...coded.other, shell: all([coded.other.shell])[0], level: all([coded.other.level])[0],
-      status: all([coded.other.status])[0],
-    },
+    errors: coded.errors,
+    others: coded.others.map((one, i) => ({
+      ...one, mark: MARKS[i] ?? `′${i + 1}`, shell: all([one.shell])[0], level: all([one.level])[0],
+      status: all([one.status])[0],
+    })),
   };
 })();
 

@@ -32,7 +32,8 @@ function truths() {
 function shellLines() {
   return [
     ...linesOf([run.shell], {label: 'shell, as clients are told', wide: true, colour: 6}),
-    ...(run.other ? linesOf([run.other.shell], {label: 'shell with ' + run.other.config, wide: true, colour: 6, dash: 1}) : []),
+    ...run.others.flatMap((other, i) => linesOf([other.shell],
+        {label: `shell${other.mark} with ${other.config}`, wide: true, colour: 6 + i, dash: 1})),
     ...truths().map(({output, series, source}) => ({
       series, label: `${output.name} ${source}`, colour: run.outputs.indexOf(output), dash: 1})),
   ];

@@ -123,7 +123,8 @@ function addStrips() {
   const strips = [
     numberStrip('level', run.level),
     numberStrip('status', run.status),
-    ...(run.other ? [numberStrip('level′', run.other.level), numberStrip('status′', run.other.status)] : []),
+    ...run.others.flatMap(other => [
+      numberStrip('level' + other.mark, other.level), numberStrip('status' + other.mark, other.status)]),
     textStrip('scene', run.scene),
     textStrip('monitor', run.monitoring.map(([time, text]) => [time, text === 'on' ? 'heat monitoring' : ''])),
     tickStrip('actions', actions, 6),
