@@ -206,6 +206,26 @@ TEST(KelvosimReportTest, writesAllWhenAnExpectationFails) {
     EXPECT_THAT(answer["text"][3].asString(), HasSubstr("failed08:02:00expect[1]"));
 }
 
+TEST(KelvosimReportTest, comparesWithEveryOtherConfiguration) {
+    const Replay replay("tuning");
+    const auto file = [&](const std::string& name) { return replay.path("scenario/" + name); };
+    Program::run("kelvosim", {"replay", file("scenario.json"), "--report", replay.page(),
+                              "--against", file("fitted.json"), "--against", file("kelvo.json")});
+    const Json::Value answer =
+            ask(replay,
+                "{text: [...document.querySelectorAll('#comparison tr, #comparison h2 + p')]"
+                ".map(one => one.textContent), plots: document.getElementById('plots')"
+                ".textContent}");
+    std::vector<std::string> rows;
+    for (const Json::Value& row : answer["text"]) {
+        rows.push_back(row.asString());
+    }
+    EXPECT_THAT(rows, Contains(HasSubstr("model back08:00:0032.90032.592-0.308")));
+    EXPECT_THAT(rows, Contains(HasSubstr("back against lab-back0.1780.52008:10:000.0230.038")));
+    EXPECT_THAT(rows, Contains(HasSubstr("Identical: shell temperature, ")));
+    EXPECT_THAT(answer["plots"].asString(), AllOf(HasSubstr("level′"), HasSubstr("status″")));
+}
+
 TEST(KelvosimReportTest, isNoBlankPage) {
     const Replay replay("hello");
     const auto pictureSize = [&](const std::string& page) {

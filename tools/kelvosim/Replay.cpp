@@ -187,6 +187,10 @@ int replayScenario(const ReplayOptions& options, char** argv) {
     checkTraceAndWarn(scenario, options.scenario);
     checkOthers(recording.otherConfigs, scenario, options.scenario);
     complainOfProblem(scenario, options.scenario);
+    if (!recording.junit.empty() && scenario.expect.empty()) {
+        command_line::complain("kelvosim", "nothing is expected, so there is nothing to report: " +
+                                                   options.scenario + ": expect");
+    }
     const auto prepare = [&](sim::DeviceTree& tree) { prepareTree(tree, scenario); };
     if (recording.otherConfigs.empty()) {
         return sim::runBelowOwnRoot(argv, prepare);

@@ -70,7 +70,9 @@ void addReplay(CLI::App& app, char** argv, int* status) {
                                          "kelvosim replay examples/game/scenario.json --report "
                                          "game.html --loglevel 1 --log game.log",
                                          "kelvosim replay examples/tuning/scenario.json --against "
-                                         "examples/tuning/fitted.json"});
+                                         "examples/tuning/fitted.json --comparison -",
+                                         "kelvosim replay examples/game/scenario.json --junit "
+                                         "game.xml"});
     command->callback([argv, status] {
         if (!options.recording.outcome.empty()) {
             options.events = options.log = options.explain = "";  // asked of the other run
