@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "common/JsonText.h"
+#include "common/Markup.h"
 #include "report/PageAssets.h"
 #include "report/ReportData.h"
 
@@ -66,28 +67,12 @@ std::string inScript(const Json::Value& data) {
     return text;
 }
 
-std::string inHtml(const std::string& text) {
-    std::string result;
-    for (const char byte : text) {
-        switch (byte) {
-            case '<':
-                result += "&lt;";
-                break;
-            case '&':
-                result += "&amp;";
-                break;
-            default:
-                result += byte;
-        }
-    }
-    return result;
-}
-
 /** What a place of the page's frame, named between "{{" and "}}", is filled with. */
 std::string filling(std::string_view place, const Recording& recording,
                     const ReportAdditions& additions) {
     if (place == "title") {
-        return inHtml(recording.info.name.empty() ? recording.info.scenario : recording.info.name);
+        return common::escapedMarkup(recording.info.name.empty() ? recording.info.scenario
+                                                                 : recording.info.name);
     }
     if (place == "data") {
         Json::Value data = reportData(recording, additions.others);
