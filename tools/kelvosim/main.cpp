@@ -54,7 +54,8 @@ void addReplay(CLI::App& app, char** argv, int* status) {
                         "Where the reasons of the daemon's values go, one JSON object a line")
             ->type_name("FILE");
     command->add_option("--loglevel", options.logLevel,
-                        "0 error lines, 1 info lines too, 2 debug lines too, negative: none")
+                        "0 error lines, 1 info lines too, 2 debug lines too, negative: none; "
+                        "else as the scenario's properties say")
             ->type_name("LEVEL");
     command->add_option("--report", options.recording.report,
                         "Where a page goes that shows the run and its reasons, HTML")
