@@ -2,42 +2,17 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
-#include <ostream>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "Failure.h"
 
 // What all programs of this tree have in common towards who runs them: "--help" and "--version",
 // status 0 for success, and for a failure one line "PROGRAM: what is wrong: where" on standard
 // error.
 
 namespace command_line {
-
-inline constexpr int kFailed = 1;      // exit status
-inline constexpr int kWrongUsage = 2;  // likewise
-
-/** Ends the program with status 1. */
-class Failure : public std::runtime_error {
-  public:
-    Failure(const std::string& problem, const std::string& place)
-          : std::runtime_error(problem + ": " + place) {}
-};
-
-/** Ends it with status 2. */
-class WrongUsage : public Failure {
-  public:
-    using Failure::Failure;
-};
-
-/** Ends it with status 0 and no word: who read its standard output has gone. */
-class ReaderGone : public std::exception {};
-
-/** Throws for output that is lost, with its errno: ReaderGone or a Failure. */
-[[noreturn]] void failWriting(int error, const std::string& place);
-
-/** The same when something of what was just written to the stream is lost: errno tells why. */
-void checkWritten(const std::ostream& stream, const std::string& place);
 
 /** What is added about a word that none of the known ones is: ", did you mean …?", or nothing. */
 using Suggestion =
@@ -56,8 +31,5 @@ int run(int argc, char** argv, const std::string& name, const std::string& purpo
 
 /** What the help of a command ends with: command lines that work, one a line. */
 void setExamples(CLI::App& command, const std::vector<std::string>& lines);
-
-/** Writes the line of a failure. */
-void complain(const std::string& program, const std::string& problem);
 
 }  // namespace command_line

@@ -10,7 +10,7 @@
 
 #include <iostream>
 
-#include "CommandLine.h"
+#include "Failure.h"
 #include "common/NewFile.h"
 
 using android::base::unique_fd;

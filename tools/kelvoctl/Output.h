@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "CommandLine.h"
+#include "Failure.h"
 
 namespace kelvoctl {
 

@@ -3,7 +3,7 @@
 #include <iostream>
 #include <vector>
 
-#include "CommandLine.h"
+#include "Failure.h"
 #include "sim/scenario/ScenarioParser.h"
 #include "sim/scenario/TraceCheck.h"
 #include "sim/tree/PhoneTree.h"

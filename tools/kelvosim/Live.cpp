@@ -17,7 +17,7 @@
 #include <system_error>
 
 #include "Check.h"
-#include "CommandLine.h"
+#include "Failure.h"
 #include "KelvodView.h"
 #include "StatusLine.h"
 #include "Supported.h"

@@ -3,7 +3,7 @@
 #include <cerrno>
 #include <iostream>
 
-#include "CommandLine.h"
+#include "Failure.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 
 #include "ChangeEvents.h"
 #include "Check.h"
-#include "CommandLine.h"
 #include "DecisionEvents.h"
+#include "Failure.h"
 #include "OtherConfig.h"
 #include "OutputFile.h"
 #include "ProgressLine.h"

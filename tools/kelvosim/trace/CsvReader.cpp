@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <new>
 
-#include "CommandLine.h"
+#include "Failure.h"
 
 using command_line::Failure;
 

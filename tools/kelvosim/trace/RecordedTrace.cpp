@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <set>
 
-#include "CommandLine.h"
+#include "Failure.h"
 #include "common/NearestName.h"
 #include "sim/scenario/Trace.h"
 #include "trace/CsvReader.h"
