@@ -42,7 +42,6 @@ class KelvodLog {
 
     void start();
     void finishLoad();
-    void chooseFile(std::string_view path);
     void takeConfigLine(std::string_view line);
     void takeSceneLine(std::string_view line);
 

@@ -10,6 +10,7 @@
 
 #include "ChangeEvents.h"
 #include "Check.h"
+#include "ConfigWarnings.h"
 #include "DecisionEvents.h"
 #include "Failure.h"
 #include "OtherConfig.h"
@@ -159,7 +160,7 @@ void checkOthers(const std::vector<std::string>& others, const sim::Scenario& sc
 }
 
 void complainOfProblem(const sim::Scenario& scenario, const std::string& file) {
-    if (const auto problem = runProblem(scenario)) {
+    if (const auto problem = runProblem(scenario, configWarnings(scenario))) {
         command_line::complain("kelvosim", problem->what + ": " + file + ": " + problem->place);
     }
 }

@@ -12,8 +12,8 @@
 
 namespace {
 
-std::string problemText(const sim::Scenario& scenario) {
-    const auto problem = runProblem(scenario);
+std::string problemText(const sim::Scenario& scenario, const std::vector<ReportWarning>& warnings) {
+    const auto problem = runProblem(scenario, warnings);
     return problem ? problem->place + ": " + problem->what : "";
 }
 
@@ -53,10 +53,13 @@ std::vector<Verdict> ReplayRecording::write() {
 }
 
 void ReplayRecording::writeFiles(const std::vector<Verdict>& verdicts) {
-    const std::vector<ComparedRun> others = comparedRuns();
+    const bool compares = !mOptions.outcome.empty() || !mOptions.others.empty();
+    const RunOutcome own = compares ? outcomeOf(mRecorder.recording()) : RunOutcome{};
+    const std::vector<ComparedRun> others = comparedRuns(own);
     if (mReport) {
+        const std::vector<ReportWarning> warnings = configWarnings(mScenario);
         writeHtmlReport(mReport->stream(), mRecorder.recording(),
-                        {problemText(mScenario), configWarnings(mScenario), verdicts, others});
+                        {problemText(mScenario, warnings), warnings, verdicts, others});
         mReport->finish();
     }
     if (mPerfetto) {
@@ -70,17 +73,17 @@ void ReplayRecording::writeFiles(const std::vector<Verdict>& verdicts) {
     }
     if (!mOptions.outcome.empty()) {
         OutputFile outcome(mOptions.outcome);
-        writeOutcome(outcome.stream(), outcomeOf(mRecorder.recording()));
+        writeOutcome(outcome.stream(), own);
         outcome.finish();
     }
-    writeComparisons(others);
+    writeComparisons(own, others);
 }
 
-void ReplayRecording::writeComparisons(const std::vector<ComparedRun>& others) {
+void ReplayRecording::writeComparisons(const RunOutcome& own,
+                                       const std::vector<ComparedRun>& others) {
     if (others.empty()) {
         return;
     }
-    const RunOutcome own = outcomeOf(mRecorder.recording());
     const std::string& scenario = mRecorder.recording().info.scenario;
     if (mComparison) {
         for (const ComparedRun& other : others) {
@@ -101,13 +104,12 @@ void ReplayRecording::writeComparisons(const std::vector<ComparedRun>& others) {
     text.finish();
 }
 
-std::vector<ComparedRun> ReplayRecording::comparedRuns() const {
+std::vector<ComparedRun> ReplayRecording::comparedRuns(const RunOutcome& own) const {
     std::vector<ComparedRun> runs;
     if (mOptions.others.empty()) {
         return runs;
     }
     const RunInfo& info = mRecorder.recording().info;
-    const RunOutcome own = outcomeOf(mRecorder.recording());
     for (size_t i = 0; i < mOptions.others.size(); ++i) {
         const std::string& config = mOptions.otherConfigs.at(i);
         RunOutcome outcome = readOutcome(mOptions.others[i]);

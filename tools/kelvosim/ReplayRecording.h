@@ -51,8 +51,8 @@ class ReplayRecording {
 
   private:
     void writeFiles(const std::vector<Verdict>& verdicts);
-    std::vector<ComparedRun> comparedRuns() const;
-    void writeComparisons(const std::vector<ComparedRun>& others);
+    std::vector<ComparedRun> comparedRuns(const RunOutcome& own) const;
+    void writeComparisons(const RunOutcome& own, const std::vector<ComparedRun>& others);
 
     const sim::Scenario& mScenario;
     Recorder mRecorder;

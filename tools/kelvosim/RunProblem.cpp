@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "ConfigWarnings.h"
 #include "sim/scenario/PhonePaths.h"
 
 namespace {
@@ -21,7 +20,8 @@ bool hasConfiguration(const sim::Scenario& scenario) {
 
 }  // namespace
 
-std::optional<RunProblem> runProblem(const sim::Scenario& scenario) {
+std::optional<RunProblem> runProblem(const sim::Scenario& scenario,
+                                     const std::vector<ReportWarning>& warnings) {
     const std::string& enable = scenario.properties.at(kEnableProperty);
     if (enable != "1" && enable != "2") {
         return RunProblem{"the daemon is disabled, so nothing happens (\"" + enable + "\")",
@@ -31,7 +31,7 @@ std::optional<RunProblem> runProblem(const sim::Scenario& scenario) {
         return RunProblem{"the phone has no configuration, so the daemon does without one",
                           "config"};
     }
-    for (const ReportWarning& warning : configWarnings(scenario)) {
+    for (const ReportWarning& warning : warnings) {
         if (warning.isRejected) {
             return RunProblem{warning.what + " (the daemon " + warning.effect + ")", warning.place};
         }

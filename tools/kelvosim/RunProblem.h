@@ -2,7 +2,9 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "report/HtmlReport.h"
 #include "sim/scenario/Scenario.h"
 
 /** Why a run shows nothing, or not what its configuration says. */
@@ -13,6 +15,7 @@ struct RunProblem {
 
 /**
  * What keeps the daemon from its configuration at the start: its property, a phone without any, a
- * file that it rejects. The daemon's code that this runs logs.
+ * file that it rejects. `warnings` are the configuration's.
  */
-std::optional<RunProblem> runProblem(const sim::Scenario& scenario);
+std::optional<RunProblem> runProblem(const sim::Scenario& scenario,
+                                     const std::vector<ReportWarning>& warnings);
